@@ -1,0 +1,161 @@
+#include "AppDelegate.h"
+#include "ApplicationBundles.h"
+#include "Bundle.h"
+#include "Debug.h"
+#include "LinuxStandardDirectories.h"
+#include "LinuxVolumeNames.h"
+#include "LinuxWorkspace.h"
+#include "NSAlert.h"
+#include "NSApplication.h"
+#include "QtClock.h"
+#include "QtDesktop.h"
+#include "SingleInstance.h"
+#include "StatusMenuItemController.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+// Puts the parts together: the desktop's side and the display are made and installed, the application runs
+// on them, and all of it is let go of in the reverse order.
+
+namespace quillbox {
+
+namespace {
+
+    void showMessage(const std::string& message, const std::string& detail)
+    {
+        NSAlert alert;
+        if (const auto icon = NSImage::imageNamed("Quillbox Icon"))
+            alert.setIcon(*icon);
+        alert.setMessageText(message);
+        alert.setInformativeText(detail);
+        alert.runModal();
+    }
+
+    void logBundleError(const Error& error)
+    {
+        Debug::addErrorLogEntry("ApplicationBundles", "bringUpToDate()", __FILE__, __LINE__, false,
+                                error.description());
+    }
+
+    void openPreferences()
+    {
+        if (const auto& controller = AppDelegate::statusMenuItemController())
+            controller->openAppPreferencesWindow(nullptr);
+    }
+
+    void quit()
+    {
+        NSApplication::shared().terminate(nullptr);
+    }
+
+    // What a right click on the icon offers.
+    class ShortMenu final : public NSObject {
+    public:
+        explicit ShortMenu(QtDesktop& desktop) : desktop_(desktop) { }
+
+        void openTheMenu(NSObject*)
+        {
+            if (const auto& controller = AppDelegate::statusMenuItemController())
+                desktop_.menuPresenter().popUp(controller->statusItem()->menu(), {}, nullptr);
+        }
+        void openThePreferences(NSObject*) { openPreferences(); }
+        void quitTheApplication(NSObject*) { quit(); }
+
+        static std::shared_ptr<NSMenu> menu(const std::shared_ptr<ShortMenu>& target)
+        {
+            static const Selector open = makeSelector<&ShortMenu::openTheMenu>("openTheMenuWithSender:");
+            static const Selector preferences =
+                makeSelector<&ShortMenu::openThePreferences>("openThePreferencesWithSender:");
+            static const Selector quit = makeSelector<&ShortMenu::quitTheApplication>("quitTheApplicationWithSender:");
+            auto result = std::make_shared<NSMenu>("Quillbox");
+            const auto add = [&](const char* title, const Selector& action) {
+                auto item = std::make_shared<NSMenuItem>(title, &action);
+                item->setTarget(target);
+                result->addItem(std::move(item));
+            };
+            add("Open", open);
+            add("Preferences...", preferences);
+            result->addItem(NSMenuItem::separatorItem());
+            add("Quit", quit);
+            return result;
+        }
+
+    private:
+        QtDesktop& desktop_;
+    };
+
+    int runApplication(QApplication& qt, SingleInstance& instance)
+    {
+        QtDesktop desktop(qt);
+        NSApplication& application = NSApplication::shared();
+        application.setDesktop(&desktop);
+
+        ApplicationBundles bundles(XdgEnvironment::ofProcess(), logBundleError);
+        LinuxStandardDirectories directories(bundles);
+        FileManager::installStandardDirectories(&directories);
+        LinuxVolumeNames volumeNames;
+        VolumeNames::install(&volumeNames);
+        LinuxWorkspace workspace(bundles, showMessage);
+        NSWorkspace::install(&workspace);
+
+        const auto takeToken = [&workspace](const std::string& token) { workspace.setActivationToken(token); };
+        const auto shortMenu = std::make_shared<ShortMenu>(desktop);
+        desktop.setShortMenu(ShortMenu::menu(shortMenu));
+        desktop.setActivationTokenHandler(takeToken);
+        instance.setHandlers({ openPreferences,
+                               { { "preferences", openPreferences },
+                                 { "quit", quit },
+                                 { "print-open-menus",
+                                   [&desktop] {
+                                       std::fputs(desktop.menuPresenter().describeOpenLevels().c_str(), stdout);
+                                       std::fflush(stdout);
+                                   } } },
+                               takeToken });
+
+        application.setDelegate(std::make_shared<AppDelegate>());
+        const int exitCode = application.run();
+
+        instance.setHandlers({});
+        application.setDelegate(nullptr);
+        AppDelegate::releaseStatusMenuItemController();
+        NSWorkspace::install(nullptr);
+        VolumeNames::install(nullptr);
+        FileManager::installStandardDirectories(nullptr);
+        application.setDesktop(nullptr);
+        return exitCode;
+    }
+
+} // namespace
+
+} // namespace quillbox
+
+int main(int argc, char** argv)
+{
+    using namespace quillbox;
+    auto startEnvironment = SingleInstance::StartEnvironment::take();
+    QApplication qt(argc, argv);
+    QApplication::setApplicationName("Quillbox");
+    if (const auto identifier = Bundle::main().bundleIdentifier())
+        QApplication::setDesktopFileName(QString::fromStdString(*identifier));
+
+    SingleInstance instance(std::move(startEnvironment));
+    switch (instance.claim()) {
+    case SingleInstance::Outcome::First:
+    case SingleInstance::Outcome::Unguarded:
+        break;
+    case SingleInstance::Outcome::HandedOver:
+        return EXIT_SUCCESS;
+    case SingleInstance::Outcome::NotAnswered:
+        std::fputs("Quillbox is running already, but it does not answer.\n", stderr);
+        return EXIT_FAILURE;
+    }
+
+    QtClock clock;
+    Clock::install(&clock);
+    const int exitCode = runApplication(qt, instance);
+    Clock::install(nullptr);
+    return exitCode;
+}

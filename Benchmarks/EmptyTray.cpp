@@ -1,0 +1,16 @@
+#include <QApplication>
+#include <QMenu>
+#include <QStyle>
+#include <QSystemTrayIcon>
+
+// The least a Qt program with an icon in the status bar is, to measure beside.
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QSystemTrayIcon icon(QApplication::style()->standardIcon(QStyle::SP_DirIcon));
+    QMenu menu;
+    menu.addAction("Quit", &application, &QApplication::quit);
+    icon.setContextMenu(&menu);
+    icon.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,69 @@
+#include "MenuTracking.h"
+
+#include "NSAlert.h"
+#include "NSApplication.h"
+
+namespace quillbox {
+
+MenuTracking::~MenuTracking()
+{
+    closeAll();
+}
+
+void MenuTracking::tellAboutToOpen(NSMenu& menu)
+{
+    if (const auto delegate = menu.delegate()) {
+        delegate->menuNeedsUpdate(menu);
+        delegate->menuWillOpen(menu);
+    }
+}
+
+bool MenuTracking::open(std::shared_ptr<NSMenu> menu)
+{
+    if (isOpen() || NSAlert::isAnyRunning())
+        return false;
+    const NSApplication::EventScope event;
+    tellAboutToOpen(*menu);
+    levels_.push_back(std::move(menu));
+    return true;
+}
+
+bool MenuTracking::openSubmenu(std::size_t level, const std::shared_ptr<NSMenuItem>& item)
+{
+    if (level >= levels_.size() || !item->hasSubmenu() || item->menu() != levels_[level].get())
+        return false;
+    if (level + 1 < levels_.size() && levels_[level + 1] == item->submenu())
+        return true;
+    const NSApplication::EventScope event;
+    closeToLevelCount(level + 1);
+    const std::shared_ptr<NSMenu> submenu = item->submenu();
+    tellAboutToOpen(*submenu);
+    levels_.push_back(submenu);
+    return true;
+}
+
+void MenuTracking::closeToLevelCount(std::size_t count)
+{
+    const NSApplication::EventScope event;
+    while (levels_.size() > count) {
+        const std::shared_ptr<NSMenu> menu = std::move(levels_.back());
+        levels_.pop_back();
+        if (const auto delegate = menu->delegate())
+            delegate->menuDidClose(*menu);
+    }
+}
+
+bool MenuTracking::choose(std::shared_ptr<NSMenuItem> item)
+{
+    if (!item->action())
+        return false;
+    const NSApplication::EventScope event;
+    const std::shared_ptr<NSObject> target = item->target();
+    if (onTakeOffScreen)
+        onTakeOffScreen();
+    closeAll();
+    NSApplication::shared().sendAction(item->action(), target, item);
+    return true;
+}
+
+} // namespace quillbox

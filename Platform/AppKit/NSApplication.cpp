@@ -1,0 +1,68 @@
+#include "NSApplication.h"
+
+#include "Desktop.h"
+#include "UserDefaults.h"
+
+namespace quillbox {
+
+NSApplication& NSApplication::shared()
+{
+    static NSApplication application;
+    return application;
+}
+
+Desktop& NSApplication::desktop()
+{
+    QB_CHECK(desktop_);
+    return *desktop_;
+}
+
+int NSApplication::run()
+{
+    {
+        const EventScope event;
+        if (delegate_)
+            delegate_->applicationDidFinishLaunching();
+    }
+    return desktop().run();
+}
+
+void NSApplication::terminate(NSObject*)
+{
+    if (delegate_)
+        delegate_->applicationWillTerminate();
+    // A failure has been shown by the failure handler; the old file is still there.
+    static_cast<void>(UserDefaults::standard().synchronize());
+    desktop().stop();
+}
+
+void NSApplication::activate(bool)
+{
+    desktop().activate();
+}
+
+bool NSApplication::sendAction(const Selector* action, const std::shared_ptr<NSObject>& target,
+                               std::shared_ptr<NSObject> sender)
+{
+    if (!action || !target)
+        return false;
+    const EventScope event;
+    action->perform(*target, sender.get());
+    return true;
+}
+
+NSApplication::EventScope::EventScope()
+{
+    ++NSApplication::shared().eventDepth_;
+}
+
+NSApplication::EventScope::~EventScope()
+{
+    int& depth = NSApplication::shared().eventDepth_;
+    // Written while still inside the event: an alert about a failed write handles events of its own.
+    if (depth == 1)
+        static_cast<void>(UserDefaults::standard().synchronize());
+    --depth;
+}
+
+} // namespace quillbox

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "NSObject.h"
+
+#include <functional>
+#include <memory>
+
+namespace quillbox {
+
+class Desktop;
+
+class NSApplicationDelegate {
+public:
+    virtual ~NSApplicationDelegate() = default;
+    virtual void applicationDidFinishLaunching() = 0;
+    virtual void applicationWillTerminate() = 0;
+};
+
+// The running application: its main loop, its delegate and the sending of actions. The one of the process
+// is shared(). Settings that were changed are written when the outermost event or action ends.
+class NSApplication {
+public:
+    static NSApplication& shared();
+
+    // Must outlive the application's run; null takes it back.
+    void setDesktop(Desktop* desktop) { desktop_ = desktop; }
+    // Stops the program where none is set: without a desktop nothing may be shown.
+    Desktop& desktop();
+    bool hasDesktop() const { return desktop_ != nullptr; }
+
+    void setDelegate(std::shared_ptr<NSApplicationDelegate> delegate) { delegate_ = std::move(delegate); }
+
+    // Tells the delegate that launching has finished, then runs the desktop's loop. Returns the exit code.
+    int run();
+    // Tells the delegate, writes the settings and stops the loop.
+    void terminate(NSObject* sender);
+    void activate(bool ignoringOtherApps);
+
+    // Performs the action on its target with the sender; false where there is no action or the target is
+    // gone. The sender is held until the action ends.
+    bool sendAction(const Selector* action, const std::shared_ptr<NSObject>& target, std::shared_ptr<NSObject> sender);
+
+    // One event of the display or one call from outside. At the end of the outermost one the user
+    // defaults are written.
+    class EventScope {
+    public:
+        EventScope();
+        ~EventScope();
+        EventScope(const EventScope&) = delete;
+        EventScope& operator=(const EventScope&) = delete;
+    };
+
+private:
+    Desktop* desktop_ = nullptr;
+    std::shared_ptr<NSApplicationDelegate> delegate_;
+    int eventDepth_ = 0;
+};
+
+} // namespace quillbox

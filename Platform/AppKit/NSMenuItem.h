@@ -1,0 +1,69 @@
+#pragma once
+
+#include "AttributedString.h"
+#include "NSImage.h"
+#include "NSObject.h"
+
+#include <memory>
+#include <string>
+
+namespace quillbox {
+
+class NSMenu;
+
+// One row of a menu. It owns its submenu; the menu it is in owns it. A row is enabled if it has an action
+// or a submenu: without an action it can be opened, not chosen; with neither it is shown disabled.
+class NSMenuItem : public NSObject {
+public:
+    NSMenuItem() = default;
+    explicit NSMenuItem(std::string title, const Selector* action = nullptr);
+    ~NSMenuItem() override;
+
+    static std::shared_ptr<NSMenuItem> separatorItem();
+    bool isSeparatorItem() const { return isSeparator_; }
+
+    // Valid UTF-8. Shown as it is: no mnemonics.
+    const std::string& title() const { return title_; }
+    void setTitle(std::string title) { title_ = std::move(title); }
+    // Shown in place of the title when set; may have several lines.
+    const AttributedString* attributedTitle() const { return attributedTitle_.get(); }
+    void setAttributedTitle(AttributedString title);
+
+    // An empty image when the row has none.
+    const NSImage& image() const { return image_; }
+    void setImage(NSImage image) { image_ = std::move(image); }
+
+    // `action` must be a constant of the program.
+    const Selector* action() const { return action_; }
+    void setAction(const Selector* action) { action_ = action; }
+    std::shared_ptr<NSObject> target() const { return target_.lock(); }
+    void setTarget(std::weak_ptr<NSObject> target) { target_ = std::move(target); }
+    bool isEnabled() const { return action_ || submenu_; }
+
+    const std::shared_ptr<NSMenu>& submenu() const { return submenu_; }
+    // A menu is the submenu of one item at most.
+    void setSubmenu(std::shared_ptr<NSMenu> submenu);
+    bool hasSubmenu() const { return submenu_ != nullptr; }
+
+    // Empty where there is none.
+    const std::string& toolTip() const { return toolTip_; }
+    void setToolTip(std::string toolTip) { toolTip_ = std::move(toolTip); }
+
+    // The menu this item is in; null while it is in none. The menu clears it when the item leaves.
+    NSMenu* menu() const { return menu_; }
+
+private:
+    friend class NSMenu;
+
+    std::string title_;
+    std::string toolTip_;
+    std::unique_ptr<AttributedString> attributedTitle_;
+    NSImage image_;
+    const Selector* action_ = nullptr;
+    std::weak_ptr<NSObject> target_;
+    std::shared_ptr<NSMenu> submenu_;
+    NSMenu* menu_ = nullptr;
+    bool isSeparator_ = false;
+};
+
+} // namespace quillbox

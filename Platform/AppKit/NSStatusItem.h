@@ -1,0 +1,46 @@
+#pragma once
+
+#include "NSImage.h"
+#include "NSMenu.h"
+
+#include <memory>
+#include <optional>
+
+namespace quillbox {
+
+struct NSStatusBarButton {
+    std::optional<NSImage> image;
+};
+
+// One place in the status bar: an icon and the menu that a click on it opens.
+class NSStatusItem {
+public:
+    static constexpr double variableLength = -1;
+
+    explicit NSStatusItem(double length) : length_(length), button_(NSStatusBarButton {}) { }
+    ~NSStatusItem();
+    NSStatusItem(const NSStatusItem&) = delete;
+    NSStatusItem& operator=(const NSStatusItem&) = delete;
+
+    double length() const { return length_; }
+    // Null where the status bar gave the item none.
+    NSStatusBarButton* button() { return button_ ? &*button_ : nullptr; }
+    // Tells the desktop when it is set.
+    const std::shared_ptr<NSMenu>& menu() const { return menu_; }
+    void setMenu(std::shared_ptr<NSMenu> menu);
+
+private:
+    double length_;
+    std::optional<NSStatusBarButton> button_;
+    std::shared_ptr<NSMenu> menu_;
+};
+
+// The status bar of the desktop: it makes status items and shows them through the installed Desktop.
+class NSStatusBar {
+public:
+    static NSStatusBar& systemStatusBar();
+    // The bar keeps no reference: the item goes when its maker lets go of it.
+    std::shared_ptr<NSStatusItem> statusItem(double withLength);
+};
+
+} // namespace quillbox

@@ -1,0 +1,39 @@
+#include "NSWorkspace.h"
+
+#include "FileManager.h"
+
+namespace quillbox {
+
+namespace {
+
+    class NoWorkspace final : public NSWorkspace {
+    public:
+        NSImage icon(std::string_view, EntryKind) override { return {}; }
+        std::optional<NSImage> systemImage(std::string_view) override { return std::nullopt; }
+        bool open(const URL&) override { return false; }
+        bool launchApplication(const std::string&) override { return false; }
+    };
+
+    NSWorkspace* installedWorkspace = nullptr;
+
+} // namespace
+
+bool NSWorkspace::isFilePackage(const std::string& atPath)
+{
+    bool isDirectory = false;
+    return isPackageName(path::lastPathComponent(atPath))
+        && FileManager::defaultManager().fileExists(atPath, isDirectory) && isDirectory;
+}
+
+NSWorkspace& NSWorkspace::sharedWorkspace()
+{
+    static NoWorkspace none;
+    return installedWorkspace ? *installedWorkspace : none;
+}
+
+void NSWorkspace::install(NSWorkspace* workspace)
+{
+    installedWorkspace = workspace;
+}
+
+} // namespace quillbox

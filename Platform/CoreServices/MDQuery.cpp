@@ -1,0 +1,83 @@
+#include "MDQuery.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+namespace quillbox {
+
+namespace {
+
+    MetadataIndex* installedIndex = nullptr;
+
+    // The moment in "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09 +0000) ,  ...".
+    std::optional<Date> cutOffOf(const std::string& text)
+    {
+        static constexpr char kBefore[] = "( InRange (kMDItemLastUsedDate ,          $time.iso(";
+        static constexpr char kAfter[] = ") ,          $time.today(+1d)    ))";
+        static constexpr std::size_t kDateLength = std::strlen("2024-03-05 14:07:09 +0000");
+        const std::size_t before = std::strlen(kBefore);
+        if (text.size() != before + kDateLength + std::strlen(kAfter) || text.compare(0, before, kBefore) != 0
+            || text.compare(before + kDateLength, std::string::npos, kAfter) != 0)
+            return std::nullopt;
+        std::tm parts {};
+        const std::string date = text.substr(before, kDateLength);
+        int parsed = 0;
+        if (std::sscanf(date.c_str(), "%4d-%2d-%2d %2d:%2d:%2d +0000%n", &parts.tm_year, &parts.tm_mon, &parts.tm_mday,
+                        &parts.tm_hour, &parts.tm_min, &parts.tm_sec, &parsed)
+                != 6
+            || parsed != static_cast<int>(kDateLength))
+            return std::nullopt;
+        parts.tm_year -= 1900;
+        parts.tm_mon -= 1;
+        return Date::sinceUnixEpoch(static_cast<double>(timegm(&parts)));
+    }
+
+    // The next midnight of the calendar where this process runs: a day may have 23 or 25 hours.
+    Date startOfTomorrow()
+    {
+        const auto now = static_cast<std::time_t>(Date::now().secondsSinceUnixEpoch());
+        std::tm parts {};
+        localtime_r(&now, &parts);
+        parts.tm_mday += 1;
+        parts.tm_hour = parts.tm_min = parts.tm_sec = 0;
+        parts.tm_isdst = -1;
+        return Date::sinceUnixEpoch(static_cast<double>(std::mktime(&parts)));
+    }
+
+} // namespace
+
+MetadataIndex* MetadataIndex::installed()
+{
+    return installedIndex;
+}
+
+void MetadataIndex::install(MetadataIndex* index)
+{
+    installedIndex = index;
+}
+
+std::optional<std::string> MDItem::copyAttribute(std::string_view name) const
+{
+    return name == kMDItemPath ? std::optional(path_) : std::nullopt;
+}
+
+MDQuery::MDQuery(std::string queryText, std::vector<std::string_view> sortingAttributes)
+    : queryText_(std::move(queryText)),
+      sortingAttributes_(std::move(sortingAttributes))
+{
+}
+
+bool MDQuery::execute()
+{
+    results_.clear();
+    const auto cutOff = cutOffOf(queryText_);
+    if (!cutOff || !installedIndex || sortingAttributes_ != std::vector { kMDItemLastUsedDate })
+        return false;
+    for (std::string& path : installedIndex->pathsLastUsed(*cutOff, startOfTomorrow()))
+        results_.emplace_back(std::move(path));
+    return true;
+}
+
+} // namespace quillbox

@@ -1,0 +1,321 @@
+#include "Bookmark.h"
+
+#include "FileDescriptor.h"
+#include "LiveFileReferences.h"
+#include "MountTable.h"
+#include "URL.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <map>
+#include <memory>
+#include <optional>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+namespace quillbox {
+
+namespace {
+
+    constexpr std::string_view kMagic = "QBbk";
+    constexpr std::uint8_t kVersion = 1;
+    constexpr unsigned kIsDirectory = 1;
+    constexpr unsigned kHasDirectoryPath = 2;
+    constexpr unsigned kHasBirth = 4;
+    constexpr unsigned kAllBits = 7;
+    constexpr std::size_t kChecksumSize = 4;
+    // How many entries of the old directory are looked through for a file that has left its path: a listing
+    // of that many names costs some ten milliseconds, and a missing file is asked for at every opening.
+    constexpr int kMaximumSearched = 20000;
+
+    std::uint32_t crc32(const std::uint8_t* bytes, std::size_t count)
+    {
+        static constexpr std::array<std::uint32_t, 256> kTable = [] {
+            std::array<std::uint32_t, 256> table {};
+            for (std::uint32_t i = 0; i < 256; ++i) {
+                std::uint32_t value = i;
+                for (int bit = 0; bit < 8; ++bit)
+                    value = (value & 1U) != 0 ? 0xEDB88320U ^ (value >> 1U) : value >> 1U;
+                table[i] = value;
+            }
+            return table;
+        }();
+        std::uint32_t crc = 0xFFFFFFFFU;
+        for (std::size_t i = 0; i < count; ++i)
+            crc = kTable[(crc ^ bytes[i]) & 0xFFU] ^ (crc >> 8U);
+        return ~crc;
+    }
+
+    class FieldWriter {
+    public:
+        void number(std::uint64_t value, int width)
+        {
+            for (int i = width - 1; i >= 0; --i)
+                bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+        }
+        template <class Bytes>
+        void field(const Bytes& contents)
+        {
+            number(contents.size(), 4);
+            bytes.insert(bytes.end(), contents.begin(), contents.end());
+        }
+
+        Data bytes;
+    };
+
+    // Takes fields from the front. Once bytes are missing, everything reads as 0 or empty and `isDamaged` is
+    // set.
+    class FieldReader {
+    public:
+        FieldReader(const Data& bytes, std::size_t position, std::size_t end)
+            : bytes_(bytes),
+              position_(position),
+              end_(end)
+        {
+        }
+        bool isDamaged() const { return isDamaged_; }
+        bool isAtEnd() const { return position_ == end_; }
+
+        std::uint64_t number(std::size_t width)
+        {
+            std::uint64_t value = 0;
+            for (const std::uint8_t byte : field<Data>(width))
+                value = (value << 8U) | byte;
+            return value;
+        }
+        template <class Bytes>
+        Bytes field()
+        {
+            return field<Bytes>(static_cast<std::size_t>(number(4)));
+        }
+
+    private:
+        template <class Bytes>
+        Bytes field(std::size_t length)
+        {
+            if (isDamaged_ || length > end_ - position_) {
+                isDamaged_ = true;
+                return {};
+            }
+            const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(position_);
+            position_ += length;
+            return Bytes(first, first + static_cast<std::ptrdiff_t>(length));
+        }
+
+        const Data& bytes_;
+        std::size_t position_;
+        std::size_t end_;
+        bool isDamaged_ = false;
+    };
+
+    // The file handle's type and bytes; empty where the file system has none.
+    Data handleOfPath(const std::string& path)
+    {
+        constexpr std::size_t kMaximumHandle = MAX_HANDLE_SZ;
+        alignas(file_handle) std::array<unsigned char, sizeof(file_handle) + kMaximumHandle> storage {};
+        auto* handle = reinterpret_cast<file_handle*>(storage.data());
+        handle->handle_bytes = kMaximumHandle;
+        int mountId = 0;
+        if (::name_to_handle_at(AT_FDCWD, path.c_str(), handle, &mountId, 0) != 0
+            || handle->handle_bytes > kMaximumHandle)
+            return {};
+        FieldWriter writer;
+        writer.number(static_cast<std::uint32_t>(handle->handle_type), 4);
+        const unsigned char* first = storage.data() + offsetof(file_handle, f_handle);
+        writer.bytes.insert(writer.bytes.end(), first, first + handle->handle_bytes);
+        return writer.bytes;
+    }
+
+    // The UUID of the file system that the file was reached through. Some file systems give their files
+    // device numbers that no device has; then the mount's source tells.
+    std::string uuidOfFile(const FileStatus& file)
+    {
+        static std::map<std::pair<dev_t, std::uint64_t>, std::string> known;
+        static std::uint64_t knownGeneration = 0;
+        const MountTable& mounts = MountTable::current();
+        if (std::exchange(knownGeneration, mounts.generation()) != mounts.generation())
+            known.clear();
+        const dev_t device = makedev(file.identity.deviceMajor, file.identity.deviceMinor);
+        const std::uint64_t mountId = file.mountId.value_or(0);
+        const auto [entry, isNew] = known.try_emplace({ device, mountId });
+        if (isNew) {
+            entry->second = fileSystemUUID(device);
+            struct stat source { };
+            if (entry->second.empty() && ::stat(mounts.source(mountId).c_str(), &source) == 0
+                && S_ISBLK(source.st_mode))
+                entry->second = fileSystemUUID(source.st_rdev);
+        }
+        return entry->second;
+    }
+
+    // Where in the directory the file lies under another name; none where it is not among the first
+    // kMaximumSearched entries.
+    std::optional<std::string> searchDirectory(const std::string& directory, const Bookmark& wanted)
+    {
+        const std::unique_ptr<DIR, int (*)(DIR*)> opened(::opendir(directory.c_str()), ::closedir);
+        for (int searched = 0; opened && searched < kMaximumSearched; ++searched) {
+            const dirent* entry = ::readdir(opened.get());
+            if (!entry)
+                break;
+            if (entry->d_ino != wanted.identity.inode)
+                continue;
+            const std::string candidate = path::appending(directory, entry->d_name);
+            const Result<Bookmark> found = Bookmark::ofPath(candidate);
+            if (found && found->isSameFile(wanted))
+                return candidate;
+        }
+        return std::nullopt;
+    }
+
+    // With nothing at the bookmark's path. Wider searches (the directory above, other mounts) belong after
+    // the last step here.
+    std::optional<std::string> findMoved(const Bookmark& bookmark)
+    {
+        const auto isWanted = [&](const FileIdentity& identity) {
+            Bookmark candidate = bookmark;
+            candidate.identity = identity;
+            return identity.inode == bookmark.identity.inode && candidate.isSameFile(bookmark);
+        };
+        if (std::optional<std::string> path = pathOfLiveReference(isWanted))
+            return path;
+        return searchDirectory(std::string(path::deletingLastPathComponent(bookmark.path)), bookmark);
+    }
+
+    URL urlOf(const std::string& path, const Bookmark& bookmark)
+    {
+        return URL::fileURLWithPath(bookmark.hasDirectoryPath && path != "/" ? path + "/" : path);
+    }
+
+} // namespace
+
+std::string fileSystemUUID(dev_t device, const std::string& linksDirectory)
+{
+    const std::unique_ptr<DIR, int (*)(DIR*)> links(::opendir(linksDirectory.c_str()), ::closedir);
+    while (const dirent* link = links ? ::readdir(links.get()) : nullptr) {
+        struct stat status { };
+        if (link->d_name[0] != '.' && ::fstatat(::dirfd(links.get()), link->d_name, &status, 0) == 0
+            && (S_ISBLK(status.st_mode) || S_ISCHR(status.st_mode)) && status.st_rdev == device)
+            return link->d_name;
+    }
+    return {};
+}
+
+bool Bookmark::isSameFile(const Bookmark& other) const
+{
+    if (identity.inode != other.identity.inode)
+        return false;
+    const bool knowBirths = identity.birth && other.identity.birth;
+    if (knowBirths && identity.birth != other.identity.birth)
+        return false;
+    const bool knowHandles = !handle.empty() && !other.handle.empty();
+    if (!knowBirths && knowHandles && handle != other.handle)
+        return false;
+    if (!fileSystemUUID.empty() && !other.fileSystemUUID.empty())
+        return fileSystemUUID == other.fileSystemUUID;
+    // Device numbers differ from boot to boot, births don't.
+    return knowBirths
+        || (identity.deviceMajor == other.identity.deviceMajor && identity.deviceMinor == other.identity.deviceMinor);
+}
+
+Result<Bookmark> Bookmark::ofPath(const std::string& path)
+{
+    const Result<FileStatus> file = lookAtFile(path);
+    if (!file)
+        return file.error();
+    Bookmark bookmark;
+    bookmark.path = path;
+    bookmark.isDirectory = file->isDirectory;
+    bookmark.fileSystemUUID = uuidOfFile(*file);
+    bookmark.identity = file->identity;
+    bookmark.handle = handleOfPath(path);
+    return bookmark;
+}
+
+Data Bookmark::encoded() const
+{
+    FieldWriter writer;
+    writer.bytes.assign(kMagic.begin(), kMagic.end());
+    writer.number(kVersion, 1);
+    writer.number((isDirectory ? kIsDirectory : 0U) | (hasDirectoryPath ? kHasDirectoryPath : 0U)
+                      | (identity.birth ? kHasBirth : 0U),
+                  1);
+    writer.field(path);
+    writer.field(fileSystemUUID);
+    writer.number(identity.deviceMajor, 4);
+    writer.number(identity.deviceMinor, 4);
+    writer.number(identity.inode, 8);
+    const FileIdentity::Time birth = identity.birth.value_or(FileIdentity::Time {});
+    writer.number(static_cast<std::uint64_t>(birth.seconds), 8);
+    writer.number(birth.nanoseconds, 4);
+    writer.field(handle);
+    writer.number(crc32(writer.bytes.data(), writer.bytes.size()), 4);
+    return writer.bytes;
+}
+
+Result<Bookmark> Bookmark::decode(const Data& bytes)
+{
+    const Error damaged { EINVAL, "couldn't read the bookmark: its bytes are damaged", {} };
+    if (bytes.size() < kMagic.size() + 1 + kChecksumSize
+        || std::memcmp(bytes.data(), kMagic.data(), kMagic.size()) != 0)
+        return damaged;
+    if (const int version = bytes[kMagic.size()]; version != kVersion)
+        return Error { EINVAL, "couldn't read the bookmark: version " + std::to_string(version) + " is unknown", {} };
+    const std::size_t end = bytes.size() - kChecksumSize;
+    if (FieldReader(bytes, end, bytes.size()).number(4) != crc32(bytes.data(), end))
+        return damaged;
+
+    FieldReader reader(bytes, kMagic.size() + 1, end);
+    Bookmark bookmark;
+    const auto bits = static_cast<unsigned>(reader.number(1));
+    bookmark.isDirectory = (bits & kIsDirectory) != 0;
+    bookmark.hasDirectoryPath = (bits & kHasDirectoryPath) != 0;
+    bookmark.path = reader.field<std::string>();
+    bookmark.fileSystemUUID = reader.field<std::string>();
+    bookmark.identity.deviceMajor = static_cast<std::uint32_t>(reader.number(4));
+    bookmark.identity.deviceMinor = static_cast<std::uint32_t>(reader.number(4));
+    bookmark.identity.inode = reader.number(8);
+    FileIdentity::Time birth;
+    birth.seconds = static_cast<std::int64_t>(reader.number(8));
+    birth.nanoseconds = static_cast<std::uint32_t>(reader.number(4));
+    if ((bits & kHasBirth) != 0)
+        bookmark.identity.birth = birth;
+    bookmark.handle = reader.field<Data>();
+    const bool isPathUsable = bookmark.path.starts_with('/') && bookmark.path.find('\0') == std::string::npos;
+    if (reader.isDamaged() || !reader.isAtEnd() || bits > kAllBits || !isPathUsable)
+        return damaged;
+    return bookmark;
+}
+
+Result<Data> URL::bookmarkData() const
+{
+    Result<Bookmark> bookmark = Bookmark::ofPath(path_);
+    if (!bookmark)
+        return bookmark.error();
+    bookmark->hasDirectoryPath = hasDirectoryPath_;
+    return bookmark->encoded();
+}
+
+Result<URL> URL::resolvingBookmarkData(const Data& data, bool& isStale)
+{
+    const Result<Bookmark> bookmark = Bookmark::decode(data);
+    if (!bookmark)
+        return bookmark.error();
+    const Result<Bookmark> present = Bookmark::ofPath(bookmark->path);
+    if (present) {
+        if (!present->isSameFile(*bookmark))
+            isStale = true;
+        return urlOf(bookmark->path, *bookmark);
+    }
+    if (present.error().code != ENOENT && present.error().code != ENOTDIR)
+        return present.error();
+    if (const std::optional<std::string> found = findMoved(*bookmark)) {
+        isStale = true;
+        return urlOf(*found, *bookmark);
+    }
+    return present.error();
+}
+
+} // namespace quillbox

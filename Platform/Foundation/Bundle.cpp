@@ -1,0 +1,100 @@
+#include "Bundle.h"
+
+#include "FileContents.h"
+#include "FileManager.h"
+#include "URL.h"
+
+#include <climits>
+#include <unistd.h>
+#include <utility>
+
+namespace quillbox {
+
+namespace {
+
+    PropertyList::Dictionary readInfo(const std::string& path)
+    {
+        constexpr std::size_t kMaximumSize = std::size_t { 4 } << 20;
+        const Result<Data> bytes = readFile(path, kMaximumSize);
+        if (!bytes)
+            return {};
+        Result<PropertyList> info = PropertyList::fromData(*bytes);
+        auto* dictionary = info ? info->as<PropertyList::Dictionary>() : nullptr;
+        return dictionary ? std::move(*dictionary) : PropertyList::Dictionary {};
+    }
+
+    bool isFile(const std::string& path)
+    {
+        bool isDirectory = false;
+        return FileManager().fileExists(path, isDirectory) && !isDirectory;
+    }
+
+    // Empty where there is none.
+    std::string resourceDirectoryOfExecutable()
+    {
+        char target[PATH_MAX];
+        const ssize_t length = ::readlink("/proc/self/exe", target, sizeof target);
+        if (length <= 0)
+            return {};
+        const std::string executable(target, static_cast<std::size_t>(length));
+        // Beside the executable, installed, and from a build tree's preset directory up to the sources.
+        for (const char* place :
+             { "Resources", "../share/quillbox", "../Resources", "../../Resources", "../../../Resources" }) {
+            const std::string directory = path::appending(path::deletingLastPathComponent(executable), place);
+            if (isFile(path::appending(directory, "Info.plist")))
+                return URL::fileURLWithPath(directory).standardized().path();
+        }
+        return {};
+    }
+
+    std::string installedResourceDirectory;
+    bool mainIsRead = false;
+
+} // namespace
+
+std::optional<Bundle> Bundle::atPath(const std::string& path)
+{
+    bool isDirectory = false;
+    if (!FileManager().fileExists(path, isDirectory) || !isDirectory)
+        return std::nullopt;
+    Bundle bundle;
+    bundle.resourceDirectory_ = path::appending(path, "Contents/Resources");
+    bundle.info_ = readInfo(path::appending(path, "Contents/Info.plist"));
+    return bundle;
+}
+
+std::optional<std::string> Bundle::infoString(const std::string& key) const
+{
+    const auto entry = info_.find(key);
+    const auto* text = entry == info_.end() ? nullptr : entry->second.as<std::string>();
+    return text ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<std::string> Bundle::pathForResource(const std::string& name) const
+{
+    if (resourceDirectory_.empty() || name.empty())
+        return std::nullopt;
+    std::string path = path::appending(resourceDirectory_, name);
+    return isFile(path) ? std::optional(std::move(path)) : std::nullopt;
+}
+
+const Bundle& Bundle::main()
+{
+    static Bundle bundle;
+    if (!std::exchange(mainIsRead, true)) {
+        bundle.resourceDirectory_ =
+            installedResourceDirectory.empty() ? resourceDirectoryOfExecutable() : installedResourceDirectory;
+        bundle.info_ = bundle.resourceDirectory_.empty()
+            ? PropertyList::Dictionary {}
+            : readInfo(path::appending(bundle.resourceDirectory_, "Info.plist"));
+    }
+    return bundle;
+}
+
+void Bundle::installMainResourceDirectory(const std::string& directory)
+{
+    installedResourceDirectory = directory;
+    mainIsRead = false;
+}
+
+} // namespace quillbox

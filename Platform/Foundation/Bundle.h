@@ -1,0 +1,36 @@
+#pragma once
+
+#include "PropertyList.h"
+
+#include <optional>
+#include <string>
+
+namespace quillbox {
+
+// A directory with an Info.plist: the running application's, or a package on disk.
+class Bundle {
+public:
+    // The package at `path` (its Info.plist lies in Contents/). None where that is no directory.
+    static std::optional<Bundle> atPath(const std::string& path);
+
+    // Empty where there is no Info.plist or it can't be read.
+    const PropertyList::Dictionary& infoDictionary() const { return info_; }
+    // The text under `key`; none where it is absent or of another type.
+    std::optional<std::string> infoString(const std::string& key) const;
+    // "CFBundleIdentifier", or none.
+    std::optional<std::string> bundleIdentifier() const { return infoString("CFBundleIdentifier"); }
+    // The path of a resource by its file name ("Quillbox Icon.svg"); none where there is no such file.
+    std::optional<std::string> pathForResource(const std::string& name) const;
+
+    // The running application. Its resources lie in Resources/ of the source or build tree beside the
+    // executable, or in ../share/quillbox once installed.
+    static const Bundle& main();
+    // Tests give the application's bundle another directory; empty puts the real one back.
+    static void installMainResourceDirectory(const std::string& directory);
+
+private:
+    std::string resourceDirectory_;
+    PropertyList::Dictionary info_;
+};
+
+} // namespace quillbox

@@ -1,0 +1,45 @@
+#include "Clock.h"
+
+#include "Check.h"
+
+namespace quillbox {
+
+namespace {
+
+    class SystemClock final : public Clock {
+    public:
+        Date now() const override
+        {
+            const std::chrono::duration<double> sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+            return Date::sinceUnixEpoch(sinceEpoch.count());
+        }
+
+        std::chrono::milliseconds uptime() const override
+        {
+            return std::chrono::duration_cast<std::chrono::milliseconds>(
+                std::chrono::steady_clock::now().time_since_epoch());
+        }
+
+        std::unique_ptr<Timer> after(std::chrono::milliseconds, std::function<void()>) override
+        {
+            QB_CHECK(!"the system's clock has no event loop to call from");
+            return nullptr;
+        }
+    };
+
+    Clock* installedClock = nullptr;
+
+} // namespace
+
+Clock& Clock::current()
+{
+    static SystemClock systemClock;
+    return installedClock ? *installedClock : systemClock;
+}
+
+void Clock::install(Clock* clock)
+{
+    installedClock = clock;
+}
+
+} // namespace quillbox

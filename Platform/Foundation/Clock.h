@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Date.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace quillbox {
+
+// The one source of time: it tells the date and calls back after a delay. The application installs the
+// display's clock; tests install one whose hands they move themselves. Main thread only.
+class Clock {
+public:
+    // A pending call. Destroying it cancels the call; destroying it after the call is harmless.
+    class Timer {
+    public:
+        virtual ~Timer() = default;
+    };
+
+    virtual ~Clock() = default;
+
+    virtual Date now() const = 0;
+    // Time that never jumps, for measuring pauses.
+    virtual std::chrono::milliseconds uptime() const = 0;
+    // Calls `action` once, after `delay`, from the event loop.
+    [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
+                                                       std::function<void()> action) = 0;
+
+    // The installed clock. Before any is installed: the system's, whose after() is refused by a check,
+    // because there is no event loop to call from.
+    static Clock& current();
+    // Installs `clock`, which must outlive its use; null puts the system's back.
+    static void install(Clock* clock);
+};
+
+} // namespace quillbox

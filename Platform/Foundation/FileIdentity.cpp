@@ -1,0 +1,44 @@
+#include "FileIdentity.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quillbox {
+
+namespace {
+
+    Result<FileStatus> look(int directory, const char* name, int flags, const std::string& path)
+    {
+        struct statx status { };
+        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | flags,
+                    STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MNT_ID, &status)
+            != 0)
+            return Error::fromErrno(errno, "couldn't look at", path);
+        FileStatus result;
+        result.identity.deviceMajor = status.stx_dev_major;
+        result.identity.deviceMinor = status.stx_dev_minor;
+        result.identity.inode = status.stx_ino;
+        if ((status.stx_mask & STATX_BTIME) != 0)
+            result.identity.birth = FileIdentity::Time { status.stx_btime.tv_sec, status.stx_btime.tv_nsec };
+        result.isDirectory = S_ISDIR(status.stx_mode);
+        if ((status.stx_mask & STATX_MNT_ID) != 0)
+            result.mountId = status.stx_mnt_id;
+        return result;
+    }
+
+} // namespace
+
+Result<FileStatus> lookAtFile(const std::string& path)
+{
+    if (path.empty() || path.find('\0') != std::string::npos)
+        return Error::fromErrno(ENOENT, "couldn't look at", path);
+    return look(AT_FDCWD, path.c_str(), 0, path);
+}
+
+Result<FileStatus> lookAtDescriptor(int descriptor)
+{
+    return look(descriptor, "", AT_EMPTY_PATH, {});
+}
+
+} // namespace quillbox

@@ -1,0 +1,174 @@
+#include "FileManager.h"
+
+#include "FileDescriptor.h"
+#include "HiddenNames.h"
+#include "MountTable.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+
+namespace quillbox {
+
+namespace {
+
+    FileManager* installedManager = nullptr;
+    StandardDirectories* installedDirectories = nullptr;
+
+    using EntryKind = DirectoryListing::EntryKind;
+
+    EntryKind kindOfType(unsigned char type)
+    {
+        switch (type) {
+        case DT_REG:
+            return EntryKind::file;
+        case DT_DIR:
+            return EntryKind::directory;
+        case DT_LNK:
+            return EntryKind::symbolicLink;
+        case DT_UNKNOWN:
+            return EntryKind::unknown;
+        default:
+            return EntryKind::other;
+        }
+    }
+
+    // What the system cuts at a NUL would name another file.
+    bool isNameable(const std::string& path)
+    {
+        return !path.empty() && path.find('\0') == std::string::npos;
+    }
+
+    // The path that the open directory has in the mount table: without links.
+    std::string pathOfDescriptor(int descriptor)
+    {
+        char target[PATH_MAX];
+        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+        const ssize_t length = ::readlink(link.c_str(), target, sizeof target);
+        return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
+    }
+
+    // Hands every entry but "." and ".." to `take(name, kind)`. Gives the error number, or 0.
+    template <class Take>
+    int forEachEntry(int directory, Take take)
+    {
+        // One buffer for all listings: the fewer calls the cheaper, and pages touched once stay warm.
+        constexpr std::size_t kBufferSize = std::size_t { 256 } << 10;
+        static const std::unique_ptr<char[]> buffer(new char[kBufferSize]);
+        while (true) {
+            const long length = ::syscall(SYS_getdents64, directory, buffer.get(), kBufferSize);
+            if (length <= 0)
+                return length == 0 ? 0 : errno;
+            for (long position = 0; position < length;) {
+                const char* record = buffer.get() + position;
+                std::uint16_t recordLength = 0;
+                std::memcpy(&recordLength, record + offsetof(dirent64, d_reclen), sizeof recordLength);
+                const std::string_view name(record + offsetof(dirent64, d_name));
+                if (name != "." && name != "..")
+                    take(name, kindOfType(static_cast<unsigned char>(record[offsetof(dirent64, d_type)])));
+                position += recordLength;
+            }
+        }
+    }
+
+} // namespace
+
+bool FileManager::fileExists(const std::string& path)
+{
+    struct stat status { };
+    return isNameable(path) && ::stat(path.c_str(), &status) == 0;
+}
+
+bool FileManager::fileExists(const std::string& path, bool& isDirectory)
+{
+    struct stat status { };
+    if (!isNameable(path) || ::stat(path.c_str(), &status) != 0) {
+        isDirectory = false;
+        return false;
+    }
+    isDirectory = S_ISDIR(status.st_mode);
+    return true;
+}
+
+Result<DirectoryListing> FileManager::contentsOfDirectory(const URL& directory, DirectoryEnumerationOptions options)
+{
+    const std::string& path = directory.path();
+    if (!isNameable(path))
+        return Error::fromErrno(ENOENT, "couldn't list", path);
+    const FileDescriptor opened(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened)
+        return Error::fromErrno(errno, "couldn't list", path);
+
+    DirectoryListing listing(path);
+    listing.setNamesToldHidden(hiddenNames(opened.get()));
+    const bool skipsHidden = options == DirectoryEnumerationOptions::skipsHiddenFiles;
+    const int error = forEachEntry(opened.get(), [&](std::string_view name, EntryKind kind) {
+        if (!skipsHidden || !listing.isHidden(name))
+            listing.append(name, kind);
+    });
+    if (error != 0)
+        return Error::fromErrno(error, "couldn't list", path);
+
+    // Without the right to search it, a directory still lists its names, but none of them can be looked at.
+    struct stat status { };
+    listing.setIsSearchable(::fstatat(opened.get(), ".", &status, AT_SYMLINK_NOFOLLOW) == 0);
+    listing.setMountPoints(MountTable::current().mountPointsIn(pathOfDescriptor(opened.get())));
+    return listing;
+}
+
+Result<std::string> FileManager::destinationOfSymbolicLink(const std::string& path)
+{
+    if (!isNameable(path))
+        return Error::fromErrno(ENOENT, "couldn't read the link", path);
+    std::string target(256, '\0');
+    while (true) {
+        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+        if (length < 0)
+            return Error::fromErrno(errno, "couldn't read the link", path);
+        if (static_cast<std::size_t>(length) < target.size()) {
+            target.resize(static_cast<std::size_t>(length));
+            return target;
+        }
+        target.resize(target.size() * 4);
+    }
+}
+
+std::vector<URL> FileManager::urls(SearchPathDirectory directory, SearchPathDomainMask domains)
+{
+    return installedDirectories ? installedDirectories->urls(directory, domains) : std::vector<URL>();
+}
+
+URL FileManager::homeDirectoryForCurrentUser()
+{
+    if (installedDirectories)
+        return installedDirectories->homeDirectory();
+    if (const char* home = std::getenv("HOME"); home && home[0] == '/')
+        return URL::fileURLWithPath(home);
+    const passwd* entry = ::getpwuid(::getuid());
+    return URL::fileURLWithPath(entry && entry->pw_dir && entry->pw_dir[0] == '/' ? entry->pw_dir : "/");
+}
+
+FileManager& FileManager::defaultManager()
+{
+    static FileManager plain;
+    return installedManager ? *installedManager : plain;
+}
+
+void FileManager::installDefaultManager(FileManager* manager)
+{
+    installedManager = manager;
+}
+
+void FileManager::installStandardDirectories(StandardDirectories* directories)
+{
+    installedDirectories = directories;
+}
+
+} // namespace quillbox

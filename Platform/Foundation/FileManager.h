@@ -1,0 +1,68 @@
+#pragma once
+
+#include "DirectoryListing.h"
+#include "Result.h"
+#include "URL.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+enum class SearchPathDirectory : unsigned {
+    applicationDirectory = 1,
+    documentDirectory = 9,
+    desktopDirectory = 12,
+    downloadsDirectory = 15,
+    printerDescriptionDirectory = 20,
+    preferencePanesDirectory = 22,
+};
+
+enum class SearchPathDomainMask : unsigned {
+    userDomainMask = 1,
+    localDomainMask = 2,
+    systemDomainMask = 8,
+    localAndSystemDomainMask = 10,
+};
+
+// Where the running system keeps the directories that have a role. Implemented by the desktop's side.
+class StandardDirectories {
+public:
+    virtual ~StandardDirectories() = default;
+    // In the order local, system, user; no entry where the system has none.
+    virtual std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains) = 0;
+    virtual URL homeDirectory() = 0;
+};
+
+enum class DirectoryEnumerationOptions { none, skipsHiddenFiles };
+
+// Looks at the file system. Nothing is cached: every call asks anew. Tests derive from it to fix the order
+// of a listing.
+class FileManager {
+public:
+    virtual ~FileManager() = default;
+
+    // Follow links; a path that can't be reached does not exist.
+    virtual bool fileExists(const std::string& path);
+    virtual bool fileExists(const std::string& path, bool& isDirectory);
+
+    // One level. With skipsHiddenFiles, dot files and names in the directory's .hidden file are left out.
+    // "." and ".." never appear.
+    virtual Result<DirectoryListing> contentsOfDirectory(const URL& directory, DirectoryEnumerationOptions options);
+
+    // The link's text as stored.
+    virtual Result<std::string> destinationOfSymbolicLink(const std::string& path);
+
+    // Empty where no standard directories are installed.
+    std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains);
+    // What the installed standard directories say; without any, $HOME, else the password database.
+    URL homeDirectoryForCurrentUser();
+
+    static FileManager& defaultManager();
+    // Both must outlive their use; null puts the plain one (no standard directories) back.
+    static void installDefaultManager(FileManager* manager);
+    static void installStandardDirectories(StandardDirectories* directories);
+};
+
+} // namespace quillbox

@@ -1,0 +1,87 @@
+#include "URLResourceValues.h"
+
+#include "AliasFile.h"
+#include "HiddenNames.h"
+#include "MountTable.h"
+#include "URL.h"
+#include "VolumeNames.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace quillbox {
+
+namespace {
+
+    VolumeNames* installedVolumeNames = nullptr;
+
+    bool isListedHidden(const URL& url)
+    {
+        const std::string directory(path::deletingLastPathComponent(url.path()));
+        const auto names = hiddenNames(AT_FDCWD, path::appending(directory, ".hidden").c_str());
+        return !names.empty() && names.contains(std::string(url.lastPathComponent()));
+    }
+
+} // namespace
+
+bool isPackageName(std::string_view name)
+{
+    constexpr std::array<std::string_view, 5> kSuffixes { ".app", ".prefPane", ".bundle", ".plugin", ".AppDir" };
+    return std::any_of(kSuffixes.begin(), kSuffixes.end(), [&](auto suffix) { return name.ends_with(suffix); });
+}
+
+bool packageHidesExtension(std::string_view name)
+{
+    return name.ends_with(".app") || name.ends_with(".prefPane");
+}
+
+VolumeNames* VolumeNames::installed()
+{
+    return installedVolumeNames;
+}
+
+void VolumeNames::install(VolumeNames* names)
+{
+    installedVolumeNames = names;
+}
+
+Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
+{
+    const bool isNameable = !path_.empty() && path_.find('\0') == std::string::npos;
+    struct statx status { };
+    // Not mounting an automount: looking at the entry is all that was asked.
+    if (!isNameable
+        || ::statx(AT_FDCWD, path_.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &status) != 0)
+        return Error::fromErrno(isNameable ? errno : ENOENT, "couldn't look at", path_);
+
+    const std::string_view name = lastPathComponent();
+    const bool isDirectory = S_ISDIR(status.stx_mode);
+    const bool isPackage = isDirectory && isPackageName(name);
+    const auto asked = [keys](URLResourceKey key) { return contains(keys, key); };
+    URLResourceValues values;
+    if (asked(URLResourceKey::isHidden))
+        values.isHidden = isDotName(name) || isListedHidden(*this);
+    if (asked(URLResourceKey::isDirectory))
+        values.isDirectory = isDirectory;
+    if (asked(URLResourceKey::isPackage))
+        values.isPackage = isPackage;
+    if (asked(URLResourceKey::hasHiddenExtension))
+        values.hasHiddenExtension = isPackage && packageHidesExtension(name);
+    if (asked(URLResourceKey::isAliasFile))
+        values.isAliasFile = S_ISREG(status.stx_mode) && hasAliasSuffix(name) && aliasTarget(path_).has_value();
+    if (asked(URLResourceKey::isSymbolicLink))
+        values.isSymbolicLink = S_ISLNK(status.stx_mode);
+    if (asked(URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName)) {
+        const bool isVolume = MountTable::current().isMountRoot(path_);
+        if (asked(URLResourceKey::isVolume))
+            values.isVolume = isVolume;
+        if (isVolume && installedVolumeNames && asked(URLResourceKey::volumeLocalizedName))
+            values.volumeLocalizedName = installedVolumeNames->localizedName(path_);
+    }
+    return values;
+}
+
+} // namespace quillbox

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Data.h"
+#include "PropertyList.h"
+#include "Result.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace quillbox {
+
+// The application's settings: a dictionary of keys kept in one binary property list (mode 0600).
+//
+// Setters change the dictionary in memory. synchronize() writes it once, whole: to a temporary file beside
+// the old one, synced, renamed over it; the application calls it when an event or action ends and before
+// it terminates. Values are read again when the file has changed on disk; a value that was set and not yet
+// written is never dropped for it. A file that is no property list is moved aside and kept
+// ("defaults.plist.damaged-<time>"). A file that can't be read stays, is reported, and is not written over.
+class UserDefaults {
+public:
+    // Keeps the settings at `path`. Nothing is read before the first question.
+    explicit UserDefaults(std::string path);
+    ~UserDefaults();
+    UserDefaults(const UserDefaults&) = delete;
+    UserDefaults& operator=(const UserDefaults&) = delete;
+
+    std::optional<PropertyList> object(const std::string& forKey);
+    // The value if it is a byte string.
+    std::optional<Data> data(const std::string& forKey);
+    // 0 when absent. Booleans, reals (toward zero) and decimal texts are read as numbers; others give 0.
+    // A number of 2^63 and more comes back with its bits unchanged.
+    std::int64_t integer(const std::string& forKey);
+    // Numbers are true unless 0; the texts "YES", "true" and "1" in any case are true; others are false.
+    bool boolean(const std::string& forKey);
+
+    void set(PropertyList value, const std::string& forKey);
+    void removeObject(const std::string& forKey);
+    PropertyList::Dictionary dictionaryRepresentation();
+    // Deletes the file and drops values not yet written. Only the application's own domain has a name.
+    void removePersistentDomain(const std::string& name);
+
+    // Writes what has been set since the last time; nothing to write is a success. A failure is handed to
+    // the failure handler too, once for each new cause, and the values stay pending.
+    Result<void> synchronize();
+
+    // Told of every file that could not be read, was set aside, or could not be written.
+    void setFailureHandler(std::function<void(const Error&)> handler);
+
+    const std::string& path() const;
+
+    // The application's settings ($XDG_CONFIG_HOME/quillbox/defaults.plist unless others are installed).
+    static UserDefaults& standard();
+    // `defaults` must outlive its use; null puts the ordinary ones back.
+    static void installStandard(UserDefaults* defaults);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace quillbox

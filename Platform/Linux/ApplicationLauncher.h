@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Result.h"
+#include "XdgEnvironment.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace quillbox {
+
+// Starts programs for LinuxWorkspace as the desktop would: field codes, activation over the bus, terminal programs,
+// start-up notification. What is started lives on when this process ends, in a session of its own, and gets none of
+// its descriptors. Each call's activation token is used up by it.
+class ApplicationLauncher {
+public:
+    // `onLateError` is told, from the event loop, of programs whose activation over the bus failed.
+    ApplicationLauncher(XdgEnvironment environment, std::function<void(const Error&)> onLateError);
+    ~ApplicationLauncher();
+    ApplicationLauncher(const ApplicationLauncher&) = delete;
+    ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
+
+    // What the display got with the click that asks for the next start; for that one only.
+    void setActivationToken(std::string token);
+
+    Result<void> startEntry(const std::string& entryPath);
+    // A program without an entry, without arguments.
+    Result<void> startProgram(const std::string& path);
+    // With the user's default application for the file's type; a directory with the file manager.
+    Result<void> openFile(const std::string& path);
+
+private:
+    struct Launches;
+    // Shared with starts under way, which may end after this object.
+    std::shared_ptr<Launches> launches_;
+};
+
+} // namespace quillbox

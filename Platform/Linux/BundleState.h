@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Result.h"
+#include "XdgEnvironment.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+// What one stat call told of a path, its target's where it is a link. All zero where nothing is there.
+struct FileStamp {
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    // Nanoseconds since 1970.
+    std::int64_t modified = 0;
+
+    static FileStamp of(const std::string& path);
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+// Everything that the application bundles were made from, as it was then, so that a later look can tell whether
+// anything has changed: the environment, paths and the programs that entries depend on. It is kept on disk beside the
+// bundles and holds for one run of the system only: after a crash the bundles are looked at again.
+class BundleState {
+public:
+    explicit BundleState(const XdgEnvironment& environment);
+
+    // To be called before `path` is read: what changes afterwards is seen at the next look.
+    void watch(const std::string& path);
+    void watchProgram(const std::string& name);
+    // Like watch(), for what the keeper itself has just written.
+    void watchOwn(const std::string& path);
+
+    bool isCurrent() const;
+
+    // None where there is no such file, or it is damaged or of another environment or run of the system.
+    static std::optional<BundleState> load(const std::string& file, const XdgEnvironment& environment);
+    // Writes nothing where the file has that content already.
+    Result<void> save(const std::string& file) const;
+
+private:
+    struct WatchedPath {
+        std::string path;
+        FileStamp stamp;
+    };
+    struct WatchedProgram {
+        std::string name;
+        bool isFound;
+    };
+
+    std::string serialized() const;
+
+    XdgEnvironment environment_;
+    std::vector<WatchedPath> paths_;
+    std::vector<WatchedProgram> programs_;
+};
+
+} // namespace quillbox

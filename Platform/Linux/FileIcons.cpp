@@ -1,0 +1,279 @@
+#include "FileIcons.h"
+
+#include "DesktopEntry.h"
+#include "GLibPointer.h"
+#include "URL.h"
+#include "URLResourceValues.h"
+
+#include <gio/gio.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace quillbox {
+
+namespace {
+
+    // Longer endings are no types but parts of a name ("Minutes of 3. September").
+    constexpr std::size_t kLongestEnding = 16;
+    // Where directories hold thousands of made-up endings the tables start anew, rather than grow.
+    constexpr std::size_t kMostSources = 4096;
+
+    // What comes before the last dot of an ending of two parts ("tar.gz") that is a type of its own.
+    constexpr std::array<std::string_view, 15> kFirstParts { "tar", "ps",  "pdf", "svg", "eps",  "epsi", "epsf", "dvi",
+                                                             "xcf", "pcf", "psf", "src", "cpio", "fb2",  "img" };
+
+    // Files without an ending that are known by their whole name.
+    constexpr std::array<std::string_view, 14> kWellKnownNames { "Makefile",   "makefile", "GNUmakefile", "README",
+                                                                 "COPYING",    "LICENSE",  "AUTHORS",     "CREDITS",
+                                                                 "INSTALL",    "NEWS",     "ChangeLog",   "TODO",
+                                                                 "SConstruct", "core" };
+
+    bool isFirstPart(std::string_view part)
+    {
+        return std::find(kFirstParts.begin(), kFirstParts.end(), part) != kFirstParts.end();
+    }
+
+    // The ending that decides a file's type, with its dot; empty where it has none. Called for every row of a listing:
+    // looks at the end of the path only.
+    std::string_view ending(std::string_view path)
+    {
+        const std::size_t stop = path.size() - std::min(path.size(), kLongestEnding);
+        std::size_t dot = path.size();
+        do {
+            if (dot == stop || path[--dot] == '/')
+                return {};
+        } while (path[dot] != '.');
+        // The only dot of a dot file begins no ending.
+        if (dot == 0 || path[dot - 1] == '/')
+            return {};
+        // First parts have 2 to 4 letters, and there is a name before them.
+        for (std::size_t length = 2; length <= 4 && length + 2 <= dot; ++length) {
+            const std::size_t before = dot - length - 1;
+            if (path[before] == '.' && path[before - 1] != '/' && isFirstPart(path.substr(before + 1, length)))
+                return path.substr(before);
+        }
+        return path.substr(dot);
+    }
+
+    // The theme's names for a content type, best first.
+    std::vector<std::string> iconNames(const char* contentType)
+    {
+        std::vector<std::string> names;
+        const GLibObject<GIcon> icon(g_content_type_get_icon(contentType));
+        if (G_IS_THEMED_ICON(icon.get())) {
+            for (const char* const* name = g_themed_icon_get_names(G_THEMED_ICON(icon.get())); name && *name; ++name) {
+                // Those are single-coloured, for bars.
+                if (!std::string_view(*name).ends_with("-symbolic"))
+                    names.emplace_back(*name);
+            }
+        }
+        return names;
+    }
+
+    ThemedImage imageOfFileNamed(const std::string& name)
+    {
+        const GLibText type(g_content_type_guess(name.c_str(), nullptr, 0, nullptr));
+        ThemedImage image { iconNames(type.get()), {} };
+        // Themes need not have a picture for every type.
+        image.names.emplace_back("text-x-generic");
+        return image;
+    }
+
+    ThemedImage imageOfType(const char* contentType)
+    {
+        return { iconNames(contentType), {} };
+    }
+
+    const ThemedImage kFolderImage { { "folder", "inode-directory" }, {} };
+    const ThemedImage kPackageImage { { "package-x-generic", "folder" }, {} };
+    const ThemedImage kApplicationImage { { "application-x-executable", "package-x-generic" }, {} };
+
+    ImageContent imageOfEntry(const std::string& entryPath, const std::vector<std::string>& languages)
+    {
+        const auto entry = DesktopEntry::read(entryPath, languages);
+        if (!entry || entry->icon.empty())
+            return kApplicationImage;
+        struct stat status { };
+        if (entry->icon.front() == '/')
+            return stat(entry->icon.c_str(), &status) == 0 ? ImageContent(ImageFile { entry->icon })
+                                                           : kApplicationImage;
+        std::string name = entry->icon;
+        // Some entries name a theme's picture as if it were a file.
+        for (const std::string_view fileEnding : { ".png", ".svg", ".xpm" }) {
+            if (name.ends_with(fileEnding))
+                name.resize(name.size() - fileEnding.size());
+        }
+        ThemedImage image { { name }, {} };
+        image.names.insert(image.names.end(), kApplicationImage.names.begin(), kApplicationImage.names.end());
+        return image;
+    }
+
+    // All files of one ending.
+    class EndingSource final : public ImageSource {
+    public:
+        // `example` is a file name of that ending.
+        explicit EndingSource(std::string example) : example_(std::move(example)) { }
+        ImageContent content() const override { return imageOfFileNamed(example_); }
+        std::string name() const override
+        {
+            return "icon of " + (example_.starts_with("file.") ? '*' + example_.substr(4) : example_);
+        }
+
+    private:
+        std::string example_;
+    };
+
+    FileIcons::Source known(const char* name, ImageContent content)
+    {
+        return std::make_shared<KnownImageSource>(name, std::move(content));
+    }
+
+} // namespace
+
+struct FileIcons::Lookup {
+    EntryOfPackage entryOfPackage;
+    std::vector<std::string> languages;
+
+    ImageContent imageOf(const std::string& path) const;
+    ImageContent imageOfPackage(const std::string& package) const;
+};
+
+// One path that is looked at when it is painted.
+class FileIcons::PathSource final : public ImageSource {
+public:
+    PathSource(std::string_view path, std::shared_ptr<const Lookup> lookup)
+        : path_(path),
+          lookup_(std::move(lookup)) { }
+    ImageContent content() const override { return lookup_->imageOf(path_); }
+    std::string name() const override { return "icon of " + path_; }
+
+private:
+    std::string path_;
+    std::shared_ptr<const Lookup> lookup_;
+};
+
+FileIcons::FileIcons(EntryOfPackage entryOfPackage, std::vector<std::string> languages)
+    : lookup_(std::make_shared<Lookup>(Lookup { std::move(entryOfPackage), std::move(languages) })),
+      plainFile_(known("icon of a file", imageOfFileNamed("file"))),
+      folder_(known("icon of a folder", kFolderImage))
+{
+    const auto addPlace = [&](const char* path, const char* iconName) {
+        if (path)
+            places_.emplace_back(path, known(iconName, ThemedImage { { iconName, "folder" }, {} }));
+    };
+    addPlace(g_get_home_dir(), "user-home");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_DESKTOP), "user-desktop");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS), "folder-documents");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD), "folder-download");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_MUSIC), "folder-music");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_PICTURES), "folder-pictures");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_VIDEOS), "folder-videos");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_PUBLIC_SHARE), "folder-publicshare");
+    addPlace(g_get_user_special_dir(G_USER_DIRECTORY_TEMPLATES), "folder-templates");
+}
+
+FileIcons::Source FileIcons::source(std::string_view path, EntryKind kind)
+{
+    switch (kind) {
+    case EntryKind::file:
+        return fileSource(path);
+    case EntryKind::directory:
+        return directorySource(path);
+    case EntryKind::unknown:
+        // What is likely decided by the path alone is shared; the source looks whether it is so.
+        if (isPackageName(path::lastPathComponent(path)))
+            return packageSource(path);
+        if (const Source* place = placeSource(path))
+            return *place;
+        break;
+    case EntryKind::symbolicLink:
+    case EntryKind::other:
+        break;
+    }
+    return std::make_shared<PathSource>(path, lookup_);
+}
+
+FileIcons::Source FileIcons::fileSource(std::string_view path)
+{
+    const std::string_view end = ending(path);
+    const bool isWholeName = end.empty();
+    const std::string_view key = isWholeName ? path::lastPathComponent(path) : end;
+    if (const auto found = files_.find(key); found != files_.end())
+        return found->second;
+    if (isWholeName && std::find(kWellKnownNames.begin(), kWellKnownNames.end(), key) == kWellKnownNames.end())
+        return plainFile_;
+    if (files_.size() >= kMostSources)
+        files_.clear();
+    std::string keyText(key);
+    auto source = std::make_shared<EndingSource>(isWholeName ? keyText : "file" + keyText);
+    return files_.emplace(std::move(keyText), std::move(source)).first->second;
+}
+
+FileIcons::Source FileIcons::directorySource(std::string_view path)
+{
+    if (isPackageName(path::lastPathComponent(path)))
+        return packageSource(path);
+    const Source* place = placeSource(path);
+    return place ? *place : folder_;
+}
+
+const FileIcons::Source* FileIcons::placeSource(std::string_view path) const
+{
+    const auto place =
+        std::find_if(places_.begin(), places_.end(), [&](const auto& candidate) { return candidate.first == path; });
+    return place == places_.end() ? nullptr : &place->second;
+}
+
+FileIcons::Source FileIcons::packageSource(std::string_view path)
+{
+    if (const auto found = packages_.find(path); found != packages_.end())
+        return found->second;
+    if (packages_.size() >= kMostSources)
+        packages_.clear();
+    auto source = std::make_shared<PathSource>(path, lookup_);
+    return packages_.emplace(std::string(path), std::move(source)).first->second;
+}
+
+ImageContent FileIcons::Lookup::imageOfPackage(const std::string& package) const
+{
+    if (const auto entry = entryOfPackage(package))
+        return imageOfEntry(*entry, languages);
+    struct stat status { };
+    const std::string ownPicture = package + "/.DirIcon";
+    if (package.ends_with(".AppDir") && stat(ownPicture.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+        return ImageFile { ownPicture };
+    return package.ends_with(".app") || package.ends_with(".AppDir") ? kApplicationImage : kPackageImage;
+}
+
+ImageContent FileIcons::Lookup::imageOf(const std::string& path) const
+{
+    struct stat status { };
+    const bool isLink = lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+    if (stat(path.c_str(), &status) != 0)
+        return isLink ? imageOfType("inode/symlink") : imageOfFileNamed("file");
+    switch (status.st_mode & S_IFMT) {
+    case S_IFDIR:
+    case S_IFREG:
+        break;
+    case S_IFIFO:
+        return imageOfType("inode/fifo");
+    case S_IFSOCK:
+        return imageOfType("inode/socket");
+    case S_IFCHR:
+        return imageOfType("inode/chardevice");
+    default:
+        return imageOfType("inode/blockdevice");
+    }
+    // A link's name says nothing of what it leads to.
+    const GLibPointer<char, std::free> target(isLink ? realpath(path.c_str(), nullptr) : nullptr);
+    const std::string end = target ? target.get() : path;
+    const std::string name(path::lastPathComponent(end));
+    if (S_ISREG(status.st_mode))
+        return imageOfFileNamed(name);
+    return isPackageName(name) ? imageOfPackage(end) : ImageContent(kFolderImage);
+}
+
+} // namespace quillbox

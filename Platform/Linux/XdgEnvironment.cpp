@@ -1,0 +1,87 @@
+#include "XdgEnvironment.h"
+
+#include "URL.h"
+
+#include <glib.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+namespace quillbox {
+
+namespace {
+
+    std::vector<std::string> split(const char* list)
+    {
+        std::vector<std::string> parts;
+        std::string_view rest = list ? list : "";
+        while (!rest.empty()) {
+            const std::size_t colon = rest.find(':');
+            if (const std::string_view part = rest.substr(0, colon); !part.empty())
+                parts.emplace_back(part);
+            rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
+        }
+        return parts;
+    }
+
+    std::string withoutTrailingSlashes(std::string path)
+    {
+        while (path.size() > 1 && path.back() == '/')
+            path.pop_back();
+        return path;
+    }
+
+    bool isProgram(const std::string& path)
+    {
+        struct stat status { };
+        return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+    }
+
+} // namespace
+
+XdgEnvironment XdgEnvironment::ofProcess()
+{
+    XdgEnvironment environment;
+    environment.dataHome = withoutTrailingSlashes(g_get_user_data_dir());
+    for (const char* const* directory = g_get_system_data_dirs(); *directory; ++directory) {
+        // The standard has relative ones ignored.
+        if ((*directory)[0] == '/')
+            environment.dataDirectories.push_back(withoutTrailingSlashes(*directory));
+    }
+    environment.desktops = split(std::getenv("XDG_CURRENT_DESKTOP"));
+    for (const char* const* language = g_get_language_names(); *language; ++language)
+        environment.languages.emplace_back(*language);
+    environment.programDirectories = split(std::getenv("PATH"));
+    if (const char* terminal = std::getenv("TERMINAL"))
+        environment.terminal = terminal;
+    return environment;
+}
+
+std::string XdgEnvironment::fingerprint() const
+{
+    std::string text = dataHome + '\n' + systemDataDirectory;
+    for (const auto* list : { &dataDirectories, &desktops, &languages, &programDirectories }) {
+        text += '\n';
+        for (const std::string& part : *list)
+            text += part + ':';
+    }
+    return text;
+}
+
+std::string XdgEnvironment::findProgram(const std::string& name) const
+{
+    if (name.empty())
+        return {};
+    if (name.find('/') != std::string::npos)
+        return name.front() == '/' && isProgram(name) ? name : std::string();
+    for (const std::string& directory : programDirectories) {
+        if (std::string path = path::appending(directory, name); isProgram(path))
+            return path;
+    }
+    return {};
+}
+
+} // namespace quillbox

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+// What the session tells a program about where desktop entries lie and which of them to show. The program takes
+// the process's own once, at its start; tests make theirs.
+struct XdgEnvironment {
+    // $XDG_DATA_HOME, $HOME/.local/share where it is not set.
+    std::string dataHome;
+    // $XDG_DATA_DIRS, most important first.
+    std::vector<std::string> dataDirectories;
+    // The one of them whose entries come with the system; the others' come with this machine.
+    std::string systemDataDirectory = "/usr/share";
+    // $XDG_CURRENT_DESKTOP, split; most specific name first.
+    std::vector<std::string> desktops;
+    // Locale names as entries' keys have them in brackets, best first ("de_DE", "de").
+    std::vector<std::string> languages;
+    // $PATH, split.
+    std::vector<std::string> programDirectories;
+    // $TERMINAL: the terminal program that the user prefers; empty for none.
+    std::string terminal;
+
+    static XdgEnvironment ofProcess();
+
+    // The same text for environments that show the same entries.
+    std::string fingerprint() const;
+    // Where the keeper of application bundles writes.
+    std::string bundlesDirectory() const { return dataHome + "/quillbox/bundles"; }
+    // The absolute path of a program named as in an entry's TryExec or Exec; empty where it can't be run.
+    std::string findProgram(const std::string& name) const;
+};
+
+} // namespace quillbox

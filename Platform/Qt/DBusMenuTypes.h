@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDBusArgument>
+#include <QDBusVariant>
+#include <QList>
+#include <QVariantMap>
+
+namespace quillbox {
+
+// What com.canonical.dbusmenu sends and takes.
+
+// A row with the rows below it: (ia{sv}av).
+struct DBusMenuLayout {
+    int id = 0;
+    QVariantMap properties;
+    QList<DBusMenuLayout> children;
+};
+
+// A row's properties without its children: (ia{sv}).
+struct DBusMenuProperties {
+    int id = 0;
+    QVariantMap properties;
+};
+using DBusMenuPropertiesList = QList<DBusMenuProperties>;
+
+// What a host says happened to a row: (isvu).
+struct DBusMenuEvent {
+    int id = 0;
+    QString name;
+    QDBusVariant data;
+    uint timestamp = 0;
+};
+using DBusMenuEventList = QList<DBusMenuEvent>;
+
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuLayout& layout);
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuLayout& layout);
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuProperties& item);
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuProperties& item);
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuEvent& event);
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuEvent& event);
+
+// Before any of them is sent or received.
+void registerDBusMenuTypes();
+
+} // namespace quillbox
+
+Q_DECLARE_METATYPE(quillbox::DBusMenuLayout)
+Q_DECLARE_METATYPE(quillbox::DBusMenuProperties)
+Q_DECLARE_METATYPE(quillbox::DBusMenuEvent)

@@ -1,0 +1,213 @@
+#include "ImageRenderer.h"
+
+#include <QCache>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QHashFunctions>
+#include <QIcon>
+#include <QImageReader>
+#include <QPainter>
+#include <QPalette>
+#include <QSvgRenderer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillbox {
+
+namespace {
+
+    // Past this, a picture asked for is a mistake of whoever asked.
+    constexpr double kLargestSide = 4096;
+    constexpr qsizetype kKeptBytes = 16 * 1024 * 1024;
+    constexpr qsizetype kKeptContents = 4096;
+
+    struct Key {
+        const ImageSource* source = nullptr;
+        double width = 0;
+        double height = 0;
+        double devicePixelRatio = 1;
+        // Zero for pixels that are the same in every colour.
+        QRgb colour = 0;
+
+        friend bool operator==(const Key&, const Key&) = default;
+        friend std::size_t qHash(const Key& key, std::size_t seed = 0)
+        {
+            return qHashMulti(seed, key.source, key.width, key.height, key.devicePixelRatio, key.colour);
+        }
+    };
+
+    // Both hold the image, so that no other source takes the address they are kept by.
+    struct Content {
+        NSImage image;
+        ImageContent content;
+    };
+    struct Pixels {
+        NSImage image;
+        QPixmap pixmap;
+    };
+
+    struct Kept {
+        QCache<const ImageSource*, Content> contents { kKeptContents };
+        QCache<Key, Pixels> pixels { kKeptBytes };
+        QString themeName;
+        qint64 paletteKey = 0;
+    };
+
+    Kept& kept()
+    {
+        static Kept everything;
+        return everything;
+    }
+
+    // Theme and palette are compared when something is painted, so that nothing has to listen while no menu is
+    // open.
+    void dropIfThemeChanged()
+    {
+        const QString themeName = QIcon::themeName();
+        const qint64 paletteKey = QGuiApplication::palette().cacheKey();
+        if (themeName == kept().themeName && paletteKey == kept().paletteKey)
+            return;
+        ImageRenderer::dropAll();
+        kept().themeName = themeName;
+        kept().paletteKey = paletteKey;
+    }
+
+    ImageContent contentOf(const NSImage& image)
+    {
+        if (const Content* known = kept().contents.object(image.source()))
+            return known->content;
+        ImageContent content = image.source()->content();
+        kept().contents.insert(image.source(), new Content { image, content });
+        return content;
+    }
+
+    QImage canvas(NSSize size, double devicePixelRatio)
+    {
+        const auto pixelCount = [devicePixelRatio](double points) {
+            return static_cast<int>(std::lround(std::clamp(points * devicePixelRatio, 1.0, kLargestSide)));
+        };
+        QImage image(pixelCount(size.width), pixelCount(size.height), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(devicePixelRatio);
+        image.fill(Qt::transparent);
+        return image;
+    }
+
+    // The largest rectangle of `picture`'s proportions inside `room`, centred.
+    QRectF fitted(QSizeF picture, QSizeF room)
+    {
+        const QSizeF size = picture.scaled(room, Qt::KeepAspectRatio);
+        return { QPointF((room.width() - size.width()) / 2, (room.height() - size.height()) / 2), size };
+    }
+
+    bool paintFile(QPainter& painter, const QString& path, QSizeF room, double devicePixelRatio)
+    {
+        // Opening a pipe or a device could wait for ever.
+        if (!QFileInfo(path).isFile())
+            return false;
+        if (path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive)
+            || path.endsWith(QStringLiteral(".svgz"), Qt::CaseInsensitive)) {
+            QSvgRenderer renderer(path);
+            if (!renderer.isValid())
+                return false;
+            renderer.render(&painter, fitted(renderer.viewBoxF().size(), room));
+            return true;
+        }
+        QImageReader reader(path);
+        reader.setDecideFormatFromContent(true);
+        const QSize natural = reader.size();
+        const QSizeF inPixels = room * devicePixelRatio;
+        // Large photographs are scaled while they are decoded.
+        if (natural.width() > 2 * inPixels.width() && natural.height() > 2 * inPixels.height())
+            reader.setScaledSize(natural.scaled((inPixels * 2).toSize(), Qt::KeepAspectRatio));
+        const QImage image = reader.read();
+        if (image.isNull())
+            return false;
+        painter.drawImage(fitted(image.size(), room), image);
+        return true;
+    }
+
+    bool paintThemed(QPainter& painter, const ThemedImage& themed, QSizeF room, double devicePixelRatio)
+    {
+        for (const std::string& name : themed.names) {
+            const QIcon icon = QIcon::fromTheme(QString::fromStdString(name));
+            const QPixmap pixmap = icon.isNull() ? QPixmap() : icon.pixmap(room.toSize(), devicePixelRatio);
+            if (pixmap.isNull())
+                continue;
+            painter.drawPixmap(fitted(pixmap.size(), room), pixmap, QRectF(QPointF(), QSizeF(pixmap.size())));
+            return true;
+        }
+        return !themed.reserveFile.empty()
+            && paintFile(painter, QFile::decodeName(themed.reserveFile.c_str()), room, devicePixelRatio);
+    }
+
+    bool paintDrawn(QPainter& painter, const DrawnImage& drawn, QSizeF room, double devicePixelRatio,
+                    const QColor& templateColour)
+    {
+        bool isAnythingPainted = false;
+        const QRectF whole(QPointF(), room);
+        for (const DrawnImage::Layer& layer : drawn.layers) {
+            const QRectF rect(layer.rect.origin.x, layer.rect.origin.y, layer.rect.size.width, layer.rect.size.height);
+            NSImage image = layer.image;
+            image.setSize(layer.rect.size);
+            const QPixmap pixmap = ImageRenderer::pixmap(image, devicePixelRatio, templateColour);
+            if (pixmap.isNull() || !rect.intersects(whole))
+                continue;
+            painter.drawPixmap(rect, pixmap, QRectF(QPointF(), QSizeF(pixmap.size())));
+            isAnythingPainted = true;
+        }
+        return isAnythingPainted;
+    }
+
+    QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
+                   const QColor& templateColour)
+    {
+        QImage result = canvas(image.size(), devicePixelRatio);
+        const QSizeF room = result.deviceIndependentSize();
+        QPainter painter(&result);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        bool isPainted = false;
+        if (const auto* themed = std::get_if<ThemedImage>(&content))
+            isPainted = paintThemed(painter, *themed, room, devicePixelRatio);
+        else if (const auto* file = std::get_if<ImageFile>(&content))
+            isPainted = paintFile(painter, QFile::decodeName(file->path.c_str()), room, devicePixelRatio);
+        else if (const auto* drawn = std::get_if<DrawnImage>(&content))
+            isPainted = paintDrawn(painter, *drawn, room, devicePixelRatio, templateColour);
+        if (!isPainted)
+            return {};
+        if (image.isTemplate()) {
+            painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+            painter.fillRect(QRectF(QPointF(), room), templateColour);
+        }
+        painter.end();
+        return QPixmap::fromImage(std::move(result));
+    }
+
+} // namespace
+
+QPixmap ImageRenderer::pixmap(const NSImage& image, double devicePixelRatio, const QColor& templateColour)
+{
+    if (image.isEmpty() || image.size().width <= 0 || image.size().height <= 0)
+        return {};
+    dropIfThemeChanged();
+    const ImageContent content = contentOf(image);
+    // What a picture is drawn of may be a template itself.
+    const bool usesColour = image.isTemplate() || std::holds_alternative<DrawnImage>(content);
+    const Key key { image.source(), image.size().width, image.size().height, devicePixelRatio,
+                    usesColour ? templateColour.rgba() : 0 };
+    if (const Pixels* known = kept().pixels.object(key))
+        return known->pixmap;
+    QPixmap rendered = render(image, content, devicePixelRatio, templateColour);
+    // An image that can't be found is remembered too: it would be looked for at every paint.
+    const qsizetype cost = 256 + static_cast<qsizetype>(rendered.width()) * rendered.height() * 4;
+    kept().pixels.insert(key, new Pixels { image, rendered }, cost);
+    return rendered;
+}
+
+void ImageRenderer::dropAll()
+{
+    kept().contents.clear();
+    kept().pixels.clear();
+}
+
+} // namespace quillbox

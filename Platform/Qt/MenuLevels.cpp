@@ -1,0 +1,171 @@
+#include "MenuLevels.h"
+
+#include "MenuPlacement.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+#include <limits>
+
+namespace quillbox {
+
+namespace {
+
+    // How far a submenu lies over the menu it belongs to, so that the pointer never leaves both on its way.
+    constexpr int kSubmenuOverlap = 3;
+
+    // The screen nearest to `point`; an icon in a panel may lie at the very edge.
+    QScreen& screenFor(QPoint point)
+    {
+        if (QScreen* screen = QGuiApplication::screenAt(point))
+            return *screen;
+        QScreen* nearest = QGuiApplication::primaryScreen();
+        int least = std::numeric_limits<int>::max();
+        for (QScreen* screen : QGuiApplication::screens()) {
+            const QRect area = screen->geometry();
+            const QPoint inside(std::clamp(point.x(), area.left(), area.right()),
+                                std::clamp(point.y(), area.top(), area.bottom()));
+            const int distance = (point - inside).manhattanLength();
+            if (distance < least) {
+                least = distance;
+                nearest = screen;
+            }
+        }
+        return *nearest;
+    }
+
+} // namespace
+
+MenuLevels::MenuLevels(MenuPopupEvents& events) : events_(events)
+{
+    tracking_.onTakeOffScreen = [this] { takeOffScreen(0); };
+}
+
+MenuLevels::~MenuLevels()
+{
+    onClosed = nullptr;
+    closeToCount(0);
+}
+
+bool MenuLevels::open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve)
+{
+    closeToCount(0);
+    if (!tracking_.open(menu))
+        return false;
+    if (menu->itemArray().empty()) {
+        tracking_.closeAll();
+        if (!reserve || !tracking_.open(reserve))
+            return false;
+        if (reserve->itemArray().empty()) {
+            tracking_.closeAll();
+            return false;
+        }
+    }
+    anchor_ = anchor;
+    const QPoint centre = anchor.isEmpty() ? anchor.topLeft() : anchor.center();
+    QScreen& screen = screenFor(centre);
+    available_ = screen.availableGeometry();
+    auto popup = std::make_unique<MenuPopup>(tracking_.menu(0), events_, available_);
+    const Qt::LayoutDirection direction = popup->layoutDirection();
+    const QRect geometry = placeBesideAnchor(popup->wantedSize(), anchor, available_, direction);
+    activeLevel_ = 0;
+    show(std::move(popup), geometry, direction == Qt::RightToLeft ? Qt::RightEdge : Qt::LeftEdge);
+    return true;
+}
+
+void MenuLevels::closeToCount(std::size_t count)
+{
+    takeOffScreen(count);
+    tracking_.closeToLevelCount(count);
+}
+
+void MenuLevels::openSubmenu(std::size_t level, std::size_t row)
+{
+    const std::shared_ptr<NSMenuItem> item = popup(level).item(row);
+    if (!item->hasSubmenu() || openRow(level) == row)
+        return;
+    closeToCount(level + 1);
+    if (!tracking_.openSubmenu(level, item))
+        return;
+    const std::shared_ptr<NSMenu>& submenu = tracking_.menu(level + 1);
+    if (submenu->itemArray().empty()) {
+        tracking_.closeToLevelCount(level + 1);
+        return;
+    }
+    MenuPopup& parent = popup(level);
+    parent.select(row);
+    auto child = std::make_unique<MenuPopup>(submenu, events_, available_);
+    const QRect geometry = placeBesideRow(child->wantedSize(), child->firstRowTop(), parent.rowRect(row),
+                                          parent.geometry(), available_, kSubmenuOverlap, child->layoutDirection());
+    parentRows_.push_back(row);
+    show(std::move(child), geometry, geometry.x() < parent.x() ? Qt::RightEdge : Qt::LeftEdge);
+}
+
+bool MenuLevels::activate(std::size_t level, std::size_t row)
+{
+    if (!popup(level).isSelectable(row))
+        return false;
+    const std::shared_ptr<NSMenuItem> item = popup(level).item(row);
+    if (!item->action()) {
+        select(level, row);
+        openSubmenu(level, row);
+        return false;
+    }
+    // The action may open the menu again, or run an alert: nothing of this object's state is used afterwards.
+    return tracking_.choose(item);
+}
+
+std::optional<std::size_t> MenuLevels::levelAt(QPoint global) const
+{
+    for (std::size_t level = count(); level-- > 0;)
+        if (popups_[level]->zoneAt(global) != MenuPopup::Zone::outside)
+            return level;
+    return std::nullopt;
+}
+
+std::optional<std::size_t> MenuLevels::openRow(std::size_t level) const
+{
+    return level < parentRows_.size() ? std::optional(parentRows_[level]) : std::nullopt;
+}
+
+void MenuLevels::select(std::size_t level, std::optional<std::size_t> row)
+{
+    const bool isSelectable = row && popup(level).isSelectable(*row);
+    for (std::size_t above = 0; above < level; ++above)
+        popup(above).select(parentRows_[above]);
+    popup(level).select(isSelectable ? row : std::nullopt);
+    for (std::size_t below = level + 1; below < count(); ++below)
+        popup(below).select(std::nullopt);
+    if (isSelectable)
+        activeLevel_ = level;
+}
+
+void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge fixedEdge)
+{
+    popup->setFixedEdge(fixedEdge);
+    popup->setGeometry(geometry);
+    popups_.push_back(std::move(popup));
+    popups_.back()->show();
+    if (popups_.size() == 1)
+        grab_.take(*popups_.front());
+}
+
+void MenuLevels::takeOffScreen(std::size_t count)
+{
+    if (popups_.size() <= count)
+        return;
+    if (count == 0)
+        grab_.release();
+    while (popups_.size() > count) {
+        std::unique_ptr<MenuPopup> popup = std::move(popups_.back());
+        popups_.pop_back();
+        MenuPopup::retire(std::move(popup));
+    }
+    parentRows_.resize(count > 0 ? count - 1 : 0);
+    activeLevel_ = count > 0 ? std::min(activeLevel_, count - 1) : 0;
+    if (count == 0 && onClosed)
+        onClosed();
+}
+
+} // namespace quillbox

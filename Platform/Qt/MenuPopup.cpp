@@ -1,0 +1,329 @@
+#include "MenuPopup.h"
+
+#include "MenuText.h"
+#include "NSApplication.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace quillbox {
+
+namespace {
+
+    // The part of the screen's width that a menu may take; longer titles are cut in the middle.
+    constexpr double kWidestPart = 0.4;
+    constexpr int kNarrowestInCharacters = 12;
+    // Of the mark that shows where a long list stands, in logical pixels.
+    constexpr int kMarkWidth = 3;
+    constexpr int kShortestMark = 12;
+    constexpr double kMarkOpacity = 0.4;
+    // What one notch of a wheel scrolls by.
+    constexpr int kRowsPerNotch = 3;
+    constexpr double kAngleOfNotch = 120;
+
+} // namespace
+
+MenuPopup::MenuPopup(std::shared_ptr<NSMenu> menu, MenuPopupEvents& events, QRect available)
+    : QWidget(nullptr, Qt::Popup),
+      menu_(std::move(menu)),
+      events_(&events),
+      available_(available),
+      painter_(*this),
+      layout_(menu_->numberOfItems(), [this](std::size_t row) { return painter_.heightOf(*item(row)); })
+{
+    setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setPalette(QApplication::palette("QMenu"));
+    setFont(QApplication::font("QMenu"));
+    painter_ = MenuRowPainter(*this);
+}
+
+MenuPopup::~MenuPopup() = default;
+
+QSize MenuPopup::wantedSize() const
+{
+    const Margins around = margins();
+    const int room = available_.height() - 2 * around.vertical;
+    int height = 0;
+    int widest = 0;
+    for (std::size_t row = 0; row < rowCount() && height < room; ++row) {
+        height += painter_.heightOf(*item(row));
+        widest = std::max(widest, painter_.widthOf(*item(row)));
+    }
+    return { widthFor(widest), std::min(height, room) + 2 * around.vertical };
+}
+
+int MenuPopup::firstRowTop() const
+{
+    return margins().vertical;
+}
+
+void MenuPopup::retire(std::unique_ptr<MenuPopup> popup)
+{
+    popup->events_ = nullptr;
+    popup->hide();
+    popup->layout_ = MenuLayout(0, {});
+    popup->selection_.reset();
+    popup->menu_.reset();
+    // The event that led here may be one of its own.
+    popup.release()->deleteLater();
+}
+
+bool MenuPopup::isSelectable(std::size_t row) const
+{
+    return row < rowCount() && !item(row)->isSeparatorItem() && item(row)->isEnabled();
+}
+
+MenuPopup::Zone MenuPopup::zoneAt(QPoint global) const
+{
+    const QPoint local = global - pos();
+    if (!rect().contains(local))
+        return Zone::outside;
+    if (rowsRect().contains(local))
+        return Zone::rows;
+    if (!isScrolling_)
+        return Zone::frame;
+    return local.y() < rowsRect().top() ? Zone::upperScroller : Zone::lowerScroller;
+}
+
+std::optional<std::size_t> MenuPopup::rowAt(QPoint global) const
+{
+    if (zoneAt(global) != Zone::rows)
+        return std::nullopt;
+    return layout_.rowAt(global.y() - pos().y() - rowsRect().top());
+}
+
+QRect MenuPopup::rowRect(std::size_t row) const
+{
+    const auto visible = layout_.visibleRow(row);
+    return visible ? localRect(*visible).intersected(rowsRect()).translated(pos()) : QRect();
+}
+
+void MenuPopup::select(std::optional<std::size_t> row)
+{
+    if (row == selection_)
+        return;
+    for (const auto& changed : { selection_, row })
+        if (changed)
+            if (const auto visible = layout_.visibleRow(*changed))
+                update(localRect(*visible));
+    selection_ = row;
+}
+
+bool MenuPopup::bringIntoSight(std::size_t row)
+{
+    if (!layout_.scrollToRow(row))
+        return false;
+    growToVisibleRows();
+    update();
+    return true;
+}
+
+bool MenuPopup::scrollBy(int pixels)
+{
+    if (!isScrolling_ || !layout_.scrollBy(pixels))
+        return false;
+    growToVisibleRows();
+    update();
+    return true;
+}
+
+QString MenuPopup::tipOf(std::size_t row) const
+{
+    const NSMenuItem& shown = *item(row);
+    QStringList parts;
+    if (painter_.isElided(shown, rowsRect().width()))
+        parts = shownLines(shown);
+    if (!shown.toolTip().empty())
+        parts.append(QString::fromStdString(shown.toolTip()));
+    return parts.join(QChar('\n'));
+}
+
+bool MenuPopup::event(QEvent* event)
+{
+    // No shortcut of a window of ours may take a key from an open menu.
+    if (event->type() == QEvent::ShortcutOverride)
+        event->accept();
+    return QWidget::event(event);
+}
+
+void MenuPopup::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    QStyleOption panel;
+    panel.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_PanelMenu, &panel, &painter, this);
+
+    painter.setClipRect(rowsRect());
+    for (const MenuLayout::VisibleRow& visible : layout_.visibleRows()) {
+        const QRect rect = localRect(visible);
+        if (rect.intersects(event->rect()))
+            painter_.paint(painter, rect, *item(visible.row), visible.row == selection_);
+    }
+    painter.setClipping(false);
+    if (isScrolling_) {
+        paintScrollers(painter);
+        paintPositionMark(painter);
+    }
+    QStyleOptionFrame frame;
+    frame.initFrom(this);
+    frame.lineWidth = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
+    style()->drawPrimitive(QStyle::PE_FrameMenu, &frame, &painter, this);
+}
+
+void MenuPopup::resizeEvent(QResizeEvent*)
+{
+    const int room = height() - 2 * margins().vertical;
+    isScrolling_ = layout_.heightOfRows(room + 1) > room;
+    layout_.setViewportHeight(rowsRect().height());
+}
+
+void MenuPopup::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::StyleChange && event->type() != QEvent::FontChange)
+        return;
+    painter_ = MenuRowPainter(*this);
+    layout_.setViewportHeight(rowsRect().height());
+    update();
+}
+
+void MenuPopup::hideEvent(QHideEvent*)
+{
+    if (!events_)
+        return;
+    const NSApplication::EventScope scope;
+    events_->wasHidden(*this);
+}
+
+void MenuPopup::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!events_)
+        return;
+    const NSApplication::EventScope scope;
+    events_->pointerMoved(event->globalPosition().toPoint(), event->buttons());
+}
+
+void MenuPopup::mousePressEvent(QMouseEvent* event)
+{
+    if (!events_)
+        return;
+    const NSApplication::EventScope scope;
+    events_->pointerPressed(event->globalPosition().toPoint());
+}
+
+void MenuPopup::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!events_)
+        return;
+    const NSApplication::EventScope scope;
+    events_->pointerReleased(event->globalPosition().toPoint());
+}
+
+void MenuPopup::wheelEvent(QWheelEvent* event)
+{
+    if (!events_)
+        return;
+    const NSApplication::EventScope scope;
+    const double pixels = event->pixelDelta().y() != 0
+        ? event->pixelDelta().y()
+        : event->angleDelta().y() / kAngleOfNotch * kRowsPerNotch * ordinaryRowHeight();
+    events_->wheelTurned(event->globalPosition().toPoint(), -pixels);
+    event->accept();
+}
+
+void MenuPopup::keyPressEvent(QKeyEvent* event)
+{
+    if (!events_)
+        return;
+    const NSApplication::EventScope scope;
+    events_->keyPressed(*event);
+    event->accept();
+}
+
+MenuPopup::Margins MenuPopup::margins() const
+{
+    const int frame = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
+    return { frame + style()->pixelMetric(QStyle::PM_MenuHMargin, nullptr, this),
+             frame + style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this),
+             style()->pixelMetric(QStyle::PM_MenuScrollerHeight, nullptr, this) };
+}
+
+QRect MenuPopup::rowsRect() const
+{
+    const Margins around = margins();
+    const int edge = around.vertical + (isScrolling_ ? around.scroller : 0);
+    return rect().adjusted(around.horizontal, edge, -around.horizontal, -edge);
+}
+
+QRect MenuPopup::localRect(const MenuLayout::VisibleRow& row) const
+{
+    const QRect rows = rowsRect();
+    return { rows.left(), rows.top() + row.top, rows.width(), row.height };
+}
+
+int MenuPopup::widthFor(int widestRow) const
+{
+    const int widest = static_cast<int>(available_.width() * kWidestPart);
+    const int narrowest = std::min(widest, kNarrowestInCharacters * fontMetrics().averageCharWidth());
+    return std::clamp(widestRow + 2 * margins().horizontal, narrowest, widest);
+}
+
+void MenuPopup::growToVisibleRows()
+{
+    int widestRow = 0;
+    for (const MenuLayout::VisibleRow& visible : layout_.visibleRows())
+        widestRow = std::max(widestRow, painter_.widthOf(*item(visible.row)));
+    const int wanted = widthFor(widestRow);
+    if (wanted <= width())
+        return;
+    const int x = fixedEdge_ == Qt::LeftEdge ? pos().x() : pos().x() + width() - wanted;
+    const int last = available_.x() + available_.width() - wanted;
+    setGeometry(std::clamp(x, available_.x(), last), pos().y(), wanted, height());
+}
+
+void MenuPopup::paintScrollers(QPainter& painter) const
+{
+    const Margins around = margins();
+    QStyleOptionMenuItem scroller;
+    scroller.initFrom(this);
+    scroller.menuItemType = QStyleOptionMenuItem::Scroller;
+    scroller.menuRect = rect();
+    const auto paint = [&](int top, bool isActive, QStyle::State arrow) {
+        scroller.rect = QRect(around.horizontal, top, width() - 2 * around.horizontal, around.scroller);
+        scroller.state = arrow | (isActive ? QStyle::State_Enabled : QStyle::State_None);
+        if (isActive)
+            style()->drawControl(QStyle::CE_MenuScroller, &scroller, &painter, this);
+    };
+    paint(around.vertical, layout_.canScrollUp(), QStyle::State_None);
+    paint(height() - around.vertical - around.scroller, layout_.canScrollDown(), QStyle::State_DownArrow);
+}
+
+void MenuPopup::paintPositionMark(QPainter& painter) const
+{
+    const QRect rows = rowsRect();
+    const MenuLayout::Extent extent = layout_.extent();
+    const int length = std::max(kShortestMark, static_cast<int>((extent.end - extent.begin) * rows.height()));
+    // The part of the way that is left to a mark of that length.
+    const double hidden = 1 - (extent.end - extent.begin);
+    const double progress = hidden > 0 ? extent.begin / hidden : 0;
+    const int top = rows.top() + static_cast<int>(progress * (rows.height() - length));
+    const QRect mark(rows.right() - kMarkWidth - 1, top, kMarkWidth, length);
+
+    QColor colour = palette().color(QPalette::Text);
+    colour.setAlphaF(kMarkOpacity);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawRoundedRect(QStyle::visualRect(layoutDirection(), rows, mark), kMarkWidth / 2.0, kMarkWidth / 2.0);
+    painter.restore();
+}
+
+} // namespace quillbox

@@ -1,0 +1,164 @@
+#include "MenuPresenter.h"
+
+#include "Clock.h"
+#include "MenuKeyboard.h"
+#include "MenuLevels.h"
+#include "MenuPointer.h"
+#include "MenuText.h"
+#include "NSApplication.h"
+
+#include <QCursor>
+#include <QScreen>
+#include <QToolTip>
+
+#include <cmath>
+#include <optional>
+#include <sstream>
+
+namespace quillbox {
+
+namespace {
+
+    // How far from an anchor without a size a press still counts as a press on the icon there.
+    constexpr int kNearAnchor = 24;
+
+    QRect inDevicePixels(const QRect& rect, const QScreen& screen)
+    {
+        const QPoint origin = screen.geometry().topLeft();
+        const double ratio = screen.devicePixelRatio();
+        const auto scaled = [ratio](int length) { return static_cast<int>(std::lround(length * ratio)); };
+        const QPoint offset = rect.topLeft() - origin;
+        return { origin.x() + scaled(offset.x()), origin.y() + scaled(offset.y()), scaled(rect.width()),
+                 scaled(rect.height()) };
+    }
+
+    std::ostream& operator<<(std::ostream& out, const QRect& rect)
+    {
+        return out << rect.x() << ',' << rect.y() << ' ' << rect.width() << 'x' << rect.height();
+    }
+
+} // namespace
+
+// The popups and what steers them. The steering objects live from one opening to the next, so that an
+// event in which the menu closes can still return through them.
+class MenuPresenter::Session final : public MenuPopupEvents {
+public:
+    explicit Session(const MenuPresenter& presenter) : levels(*this)
+    {
+        levels.onClosed = [this, &presenter] {
+            if (pointer_)
+                pointer_->stop();
+            if (keyboard_)
+                keyboard_->stop();
+            if (presenter.onClosed)
+                presenter.onClosed();
+        };
+    }
+
+    bool open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve)
+    {
+        if (isSameClick(anchor))
+            return false;
+        levels.closeToCount(0);
+        if (!levels.open(menu, anchor, reserve))
+            return false;
+        pointer_.emplace(levels, QCursor::pos());
+        keyboard_.emplace(levels);
+        return true;
+    }
+
+    void pointerMoved(QPoint position, Qt::MouseButtons buttons) override
+    {
+        levels.pointerWasHeardOf();
+        pointer_->moved(position, buttons);
+    }
+
+    void pointerPressed(QPoint position) override
+    {
+        if (levels.levelAt(position)) {
+            pointer_->pressed(position);
+            return;
+        }
+        pressThatClosed_ = Press { position, Clock::current().uptime() };
+        levels.closeToCount(0);
+    }
+
+    void pointerReleased(QPoint position) override { pointer_->released(position); }
+
+    void wheelTurned(QPoint position, double pixels) override { pointer_->wheelTurned(position, pixels); }
+
+    void keyPressed(QKeyEvent& event) override
+    {
+        pointer_->cancelPending();
+        keyboard_->pressed(event);
+        if (levels.isOpen())
+            pointer_->explain(levels.activeLevel(), levels.popup(levels.activeLevel()).selection());
+    }
+
+    void wasHidden(MenuPopup& popup) override
+    {
+        for (std::size_t level = 0; level < levels.count(); ++level)
+            if (&levels.popup(level) == &popup)
+                levels.closeToCount(level);
+    }
+
+    MenuLevels levels;
+
+private:
+    bool isSameClick(QRect anchor) const
+    {
+        if (!pressThatClosed_ || Clock::current().uptime() - pressThatClosed_->time > kSameClick)
+            return false;
+        if (anchor.isEmpty())
+            return (pressThatClosed_->position - anchor.topLeft()).manhattanLength() <= kNearAnchor;
+        return anchor.contains(pressThatClosed_->position);
+    }
+
+    struct Press {
+        QPoint position;
+        std::chrono::milliseconds time;
+    };
+
+    std::optional<MenuPointer> pointer_;
+    std::optional<MenuKeyboard> keyboard_;
+    std::optional<Press> pressThatClosed_;
+};
+
+MenuPresenter::MenuPresenter() : session_(std::make_unique<Session>(*this)) { }
+
+MenuPresenter::~MenuPresenter() = default;
+
+bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve)
+{
+    const NSApplication::EventScope scope;
+    return session_->open(menu, anchor, reserve);
+}
+
+bool MenuPresenter::isOpen() const
+{
+    return session_->levels.isOpen();
+}
+
+void MenuPresenter::close()
+{
+    const NSApplication::EventScope scope;
+    session_->levels.closeToCount(0);
+}
+
+std::string MenuPresenter::describeOpenLevels() const
+{
+    std::ostringstream out;
+    for (std::size_t level = 0; level < session_->levels.count(); ++level) {
+        const MenuPopup& popup = session_->levels.popup(level);
+        out << "level " << level << ": " << inDevicePixels(popup.geometry(), *popup.screen()) << '\n';
+        for (const MenuLayout::VisibleRow& visible : popup.rows().visibleRows()) {
+            const NSMenuItem& item = *popup.item(visible.row);
+            const QString title = item.isSeparatorItem() ? QStringLiteral("---") : shownLines(item).join(QChar(' '));
+            out << "  " << inDevicePixels(popup.rowRect(visible.row), *popup.screen()) << ' ' << title.toStdString()
+                << '\n';
+        }
+    }
+    return out.str();
+}
+
+} // namespace quillbox

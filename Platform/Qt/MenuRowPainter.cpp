@@ -1,0 +1,151 @@
+#include "MenuRowPainter.h"
+
+#include "ImageRenderer.h"
+#include "MenuText.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QStyle>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace quillbox {
+
+namespace {
+
+    // The side of the icons that rows have, in points. Rows have room for one whether they show one or not.
+    constexpr int kIconSide = 16;
+
+    int widestLine(const QFontMetrics& metrics, const QStringList& lines)
+    {
+        int widest = 0;
+        for (const QString& line : lines)
+            widest = std::max(widest, metrics.horizontalAdvance(line));
+        return widest;
+    }
+
+    // `text` for a style: cut in the middle to `room`; a lone '&' would mark a mnemonic; a name written the
+    // other way than the menu keeps its full stops at its own end.
+    QString forStyle(const QString& text, const QStyleOptionMenuItem& option, int room)
+    {
+        QString shown = option.fontMetrics.elidedText(text, Qt::ElideMiddle, room);
+        shown.replace(QChar('&'), QStringLiteral("&&"));
+        if (shown.isRightToLeft() == (option.direction == Qt::RightToLeft))
+            return shown;
+        constexpr QChar kFirstStrongIsolate(0x2068);
+        constexpr QChar kPopDirectionalIsolate(0x2069);
+        return kFirstStrongIsolate + shown + kPopDirectionalIsolate;
+    }
+
+} // namespace
+
+MenuRowPainter::MenuRowPainter(const QWidget& popup) : popup_(&popup)
+{
+    const QStyle& style = *popup.style();
+    lineHeight_ = popup.fontMetrics().height();
+
+    QStyleOptionMenuItem row = option({});
+    row.menuItemType = QStyleOptionMenuItem::SubMenu;
+    row.text = QStringLiteral("x");
+    row.icon = QIcon(QPixmap(kIconSide, kIconSide));
+    // Wider than any least width of a style.
+    constexpr int kTextWidth = 1000;
+    const QSize size = style.sizeFromContents(QStyle::CT_MenuItem, &row, { kTextWidth, lineHeight_ }, &popup);
+    ordinaryHeight_ = std::max({ size.height(), lineHeight_, kIconSide + 2 });
+    widthBesideText_ = std::max(size.width() - kTextWidth, kIconSide);
+
+    QStyleOptionMenuItem separator = option({});
+    separator.menuItemType = QStyleOptionMenuItem::Separator;
+    // What QMenu proposes to a style.
+    separatorHeight_ = std::max(1, style.sizeFromContents(QStyle::CT_MenuItem, &separator, { 2, 2 }, &popup).height());
+}
+
+int MenuRowPainter::heightOf(const NSMenuItem& item) const
+{
+    if (item.isSeparatorItem())
+        return separatorHeight_;
+    if (!item.attributedTitle())
+        return ordinaryHeight_;
+    return ordinaryHeight_ + (static_cast<int>(shownLines(item).size()) - 1) * lineHeight_;
+}
+
+int MenuRowPainter::widthOf(const NSMenuItem& item) const
+{
+    return item.isSeparatorItem() ? 0 : widestLine(popup_->fontMetrics(), shownLines(item)) + widthBesideText_;
+}
+
+bool MenuRowPainter::isElided(const NSMenuItem& item, int rowWidth) const
+{
+    return widthOf(item) > rowWidth;
+}
+
+void MenuRowPainter::paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected) const
+{
+    const QStyle& style = *popup_->style();
+    QStyleOptionMenuItem row_ = option(row);
+    if (item.isSeparatorItem()) {
+        row_.menuItemType = QStyleOptionMenuItem::Separator;
+        style.drawControl(QStyle::CE_MenuItem, &row_, &painter, popup_);
+        return;
+    }
+    row_.menuItemType = item.hasSubmenu() ? QStyleOptionMenuItem::SubMenu : QStyleOptionMenuItem::Normal;
+    if (!item.isEnabled()) {
+        row_.state &= ~QStyle::State_Enabled;
+        row_.palette.setCurrentColorGroup(QPalette::Disabled);
+    } else if (isSelected) {
+        row_.state |= QStyle::State_Selected;
+    }
+    if (!item.image().isEmpty()) {
+        NSImage image = item.image();
+        image.setSize({ kIconSide, kIconSide });
+        const QColor colour =
+            row_.palette.color(isSelected && item.isEnabled() ? QPalette::HighlightedText : QPalette::Text);
+        row_.icon = QIcon(ImageRenderer::pixmap(image, popup_->devicePixelRatioF(), colour));
+    }
+    const QStringList lines = shownLines(item);
+    if (lines.size() > 1) {
+        paintSeveralLines(painter, row, lines, row_);
+        return;
+    }
+    const int room = row.width() - widthBesideText_;
+    row_.text = forStyle(lines.first(), row_, room);
+    style.drawControl(QStyle::CE_MenuItem, &row_, &painter, popup_);
+}
+
+QStyleOptionMenuItem MenuRowPainter::option(const QRect& row) const
+{
+    QStyleOptionMenuItem option;
+    option.initFrom(popup_);
+    option.rect = row;
+    option.menuRect = popup_->rect();
+    option.state = QStyle::State_Enabled | (popup_->isActiveWindow() ? QStyle::State_Active : QStyle::State_None);
+    option.palette.setCurrentColorGroup(QPalette::Active);
+    option.font = popup_->font();
+    option.fontMetrics = popup_->fontMetrics();
+    option.maxIconWidth = kIconSide + 4;
+    option.menuHasCheckableItems = false;
+    option.checkType = QStyleOptionMenuItem::NotCheckable;
+    return option;
+}
+
+void MenuRowPainter::paintSeveralLines(QPainter& painter, const QRect& row, const QStringList& lines,
+                                       const QStyleOptionMenuItem& option) const
+{
+    const QStyle& style = *popup_->style();
+    style.drawControl(QStyle::CE_MenuItem, &option, &painter, popup_);
+    // Each line is a row of its own to the style, so that it begins where the titles of the others do.
+    QStyleOptionMenuItem line = option;
+    line.icon = {};
+    line.menuItemType = QStyleOptionMenuItem::Normal;
+    const int room = row.width() - widthBesideText_;
+    int top = row.top() + (ordinaryHeight_ - lineHeight_) / 2;
+    for (const QString& text : lines) {
+        line.rect = QRect(row.left(), top, row.width(), lineHeight_);
+        line.text = forStyle(text, line, room);
+        style.drawControl(QStyle::CE_MenuItem, &line, &painter, popup_);
+        top += lineHeight_;
+    }
+}
+
+} // namespace quillbox

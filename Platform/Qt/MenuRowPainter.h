@@ -1,0 +1,46 @@
+#pragma once
+
+#include "NSMenuItem.h"
+
+#include <QFont>
+#include <QRect>
+#include <QSize>
+#include <QStyleOptionMenuItem>
+
+#include <cstdint>
+
+class QPainter;
+class QWidget;
+
+namespace quillbox {
+
+// Draws one row of a menu as the desktop's style draws menus, and tells how much room it wants. A
+// MenuPopup owns one; it reads style, font and palette of that widget, so it is made anew when they change.
+// Keeps nothing of the rows.
+class MenuRowPainter {
+public:
+    explicit MenuRowPainter(const QWidget& popup);
+
+    // Without looking at titles or images of ordinary rows.
+    int heightOf(const NSMenuItem& item) const;
+    int widthOf(const NSMenuItem& item) const;
+    int ordinaryHeight() const { return ordinaryHeight_; }
+    // Whether the title is too long for a row of that width.
+    bool isElided(const NSMenuItem& item, int rowWidth) const;
+
+    void paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected) const;
+
+private:
+    QStyleOptionMenuItem option(const QRect& row) const;
+    void paintSeveralLines(QPainter& painter, const QRect& row, const QStringList& lines,
+                           const QStyleOptionMenuItem& option) const;
+
+    const QWidget* popup_;
+    int lineHeight_ = 0;
+    int ordinaryHeight_ = 0;
+    int separatorHeight_ = 0;
+    // What the style adds to the text of a row: margins, icon, arrow.
+    int widthBesideText_ = 0;
+};
+
+} // namespace quillbox

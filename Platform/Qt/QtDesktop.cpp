@@ -1,0 +1,78 @@
+#include "QtDesktop.h"
+
+#include "StatusItemPresenter.h"
+
+#include <QApplication>
+#include <QWidget>
+
+namespace quillbox {
+
+QtDesktop::QtDesktop(QApplication& application) : application_(application)
+{
+    // The program lives in the status bar; its windows come and go.
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtDesktop::~QtDesktop() = default;
+
+void QtDesktop::showStatusItem(NSStatusItem& item)
+{
+    statusItem_.reset();
+    statusItem_ = std::make_unique<StatusItemPresenter>(item, menuPresenter_, shortMenu_);
+    statusItem_->setActivationTokenHandler(takeActivationToken_);
+}
+
+void QtDesktop::setActivationTokenHandler(std::function<void(const std::string&)> handler)
+{
+    takeActivationToken_ = std::move(handler);
+    if (statusItem_)
+        statusItem_->setActivationTokenHandler(takeActivationToken_);
+}
+
+void QtDesktop::hideStatusItem(NSStatusItem&)
+{
+    menuPresenter_.close();
+    statusItem_.reset();
+}
+
+void QtDesktop::runModal(const NSAlert& alert)
+{
+    // An open menu holds the pointer, and the alert could not be answered.
+    menuPresenter_.close();
+    if (!isStopped_)
+        alertPresenter_.run(alert);
+}
+
+NSRect QtDesktop::naturalFrame(const NSAlert& alert)
+{
+    return AlertPresenter::naturalFrame(alert);
+}
+
+void QtDesktop::activate()
+{
+    if (alertPresenter_.isRunning()) {
+        alertPresenter_.raise();
+        return;
+    }
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        const Qt::WindowType type = window->windowType();
+        if (!window->isVisible() || (type != Qt::Window && type != Qt::Dialog))
+            continue;
+        window->raise();
+        window->activateWindow();
+    }
+}
+
+int QtDesktop::run()
+{
+    // Asked to stop while it was being started: the loop's own request would be forgotten.
+    return isStopped_ ? 0 : application_.exec();
+}
+
+void QtDesktop::stop()
+{
+    isStopped_ = true;
+    application_.exit(0);
+}
+
+} // namespace quillbox

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "AlertPresenter.h"
+#include "Desktop.h"
+#include "MenuPresenter.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QApplication;
+
+namespace quillbox {
+
+class StatusItemPresenter;
+
+// The real display, through Qt: the event loop, alerts, and the status item with its menu. Needs a
+// QApplication that outlives it. Made once, in main.
+class QtDesktop final : public Desktop {
+public:
+    explicit QtDesktop(QApplication& application);
+    ~QtDesktop() override;
+
+    // The menu of a right click on the icon, and what is shown where the icon's own menu is empty.
+    void setShortMenu(std::shared_ptr<NSMenu> menu) { shortMenu_ = std::move(menu); }
+
+    // `handler` gets the right to take the focus that a host hands over with a click.
+    void setActivationTokenHandler(std::function<void(const std::string&)> handler);
+
+    MenuPresenter& menuPresenter() { return menuPresenter_; }
+
+    void showStatusItem(NSStatusItem& item) override;
+    void hideStatusItem(NSStatusItem& item) override;
+    void runModal(const NSAlert& alert) override;
+    NSRect naturalFrame(const NSAlert& alert) override;
+    void activate() override;
+    int run() override;
+    void stop() override;
+
+private:
+    QApplication& application_;
+    MenuPresenter menuPresenter_;
+    AlertPresenter alertPresenter_;
+    std::shared_ptr<NSMenu> shortMenu_;
+    std::function<void(const std::string&)> takeActivationToken_;
+    std::unique_ptr<StatusItemPresenter> statusItem_;
+    bool isStopped_ = false;
+};
+
+} // namespace quillbox

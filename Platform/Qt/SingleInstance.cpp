@@ -1,0 +1,198 @@
+#include "SingleInstance.h"
+
+#include "NSApplication.h"
+#include "SessionBus.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QDBusVirtualObject>
+#include <QTimer>
+
+namespace quillbox {
+
+namespace {
+
+    const QString kName = QStringLiteral("org.quillbox.Quillbox");
+    const QString kPath = QStringLiteral("/org/quillbox/Quillbox");
+    const QString kInterface = QStringLiteral("org.freedesktop.Application");
+
+    const QString kActivationToken = QStringLiteral("activation-token");
+    const QString kStartupId = QStringLiteral("desktop-startup-id");
+
+    // A Quillbox that lists a slow directory answers late; one that hangs never does.
+    constexpr int kAnswerTimeout = 10'000;
+
+    const char* const kBusMarks[] = { "DBUS_STARTER_ADDRESS", "DBUS_STARTER_BUS_TYPE" };
+
+    std::string tokenIn(const QVariantMap& platformData)
+    {
+        const QString token = platformData.value(kActivationToken).toString();
+        return (token.isEmpty() ? platformData.value(kStartupId).toString() : token).toStdString();
+    }
+
+} // namespace
+
+SingleInstance::StartEnvironment SingleInstance::StartEnvironment::take()
+{
+    StartEnvironment environment;
+    for (const char* name : { "XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID" }) {
+        if (environment.activationToken.empty())
+            environment.activationToken = qgetenv(name).toStdString();
+    }
+    for (const char* mark : kBusMarks) {
+        environment.isStartedByBus |= qEnvironmentVariableIsSet(mark);
+        qunsetenv(mark);
+    }
+    return environment;
+}
+
+// The object at the application's path, on a connection of its own that holds the name.
+class SingleInstance::Service final : public QDBusVirtualObject {
+public:
+    explicit Service(bool isStartedByBus) : isStartingCallDue_(isStartedByBus)
+    {
+        // Before the name is ours: calls may follow at once.
+        if (bus_.isConnected())
+            bus_.connection().registerVirtualObject(kPath, this);
+    }
+    ~Service() override { bus_.connection().unregisterObject(kPath); }
+
+    Outcome claim(const std::string& activationToken);
+
+    Handlers handlers;
+
+    QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+private:
+    enum class Taker { Us, Other, Nobody };
+
+    Taker requestName();
+    QDBusMessage callFirst(const std::string& activationToken);
+    QDBusMessage activate(const QDBusMessage& call, const QVariantMap& platformData);
+    QDBusMessage activateAction(const QDBusMessage& call);
+    void later(const QVariantMap& platformData, std::function<void()> handler);
+
+    SessionBus bus_;
+    bool isStartingCallDue_;
+};
+
+SingleInstance::Service::Taker SingleInstance::Service::requestName()
+{
+    using Interface = QDBusConnectionInterface;
+    const QDBusReply<Interface::RegisterServiceReply> reply = bus_.connection().interface()->registerService(
+        kName, Interface::DontQueueService, Interface::DontAllowReplacement);
+    if (!reply.isValid())
+        return Taker::Nobody;
+    return reply.value() == Interface::ServiceRegistered ? Taker::Us : Taker::Other;
+}
+
+QDBusMessage SingleInstance::Service::callFirst(const std::string& activationToken)
+{
+    QVariantMap platformData;
+    if (!activationToken.empty()) {
+        const QString token = QString::fromStdString(activationToken);
+        platformData = { { kActivationToken, token }, { kStartupId, token } };
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
+    call.setArguments({ platformData });
+    // If the first one ends this moment, this process takes its place; the bus need not start a third.
+    call.setAutoStartService(false);
+    return bus_.connection().call(call, QDBus::Block, kAnswerTimeout);
+}
+
+SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activationToken)
+{
+    if (!bus_.isConnected())
+        return Outcome::Unguarded;
+    // Twice at most: the one that has the name may end before it is asked.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const Taker taker = requestName();
+        if (taker != Taker::Other)
+            return taker == Taker::Us ? Outcome::First : Outcome::Unguarded;
+        const QDBusMessage answer = callFirst(activationToken);
+        if (answer.type() == QDBusMessage::ReplyMessage)
+            return Outcome::HandedOver;
+        if (QDBusError(answer).type() != QDBusError::ServiceUnknown)
+            return Outcome::NotAnswered;
+    }
+    return Outcome::NotAnswered;
+}
+
+void SingleInstance::Service::later(const QVariantMap& platformData, std::function<void()> handler)
+{
+    QTimer::singleShot(0, this, [this, token = tokenIn(platformData), handler = std::move(handler)] {
+        const NSApplication::EventScope event;
+        if (!token.empty() && handlers.onActivationToken)
+            handlers.onActivationToken(token);
+        if (handler)
+            handler();
+    });
+}
+
+QDBusMessage SingleInstance::Service::activate(const QDBusMessage& call, const QVariantMap& platformData)
+{
+    if (!std::exchange(isStartingCallDue_, false))
+        later(platformData, [this] {
+            if (handlers.onActivate)
+                handlers.onActivate();
+        });
+    return call.createReply();
+}
+
+QDBusMessage SingleInstance::Service::activateAction(const QDBusMessage& call)
+{
+    isStartingCallDue_ = false;
+    const QString name = call.arguments().at(0).toString();
+    const auto action = handlers.actions.find(name.toStdString());
+    if (action == handlers.actions.end())
+        return invalidArguments(call, QStringLiteral("Quillbox has no action \"%1\"").arg(name));
+    later(qdbus_cast<QVariantMap>(call.arguments().at(2)), action->second);
+    return call.createReply();
+}
+
+bool SingleInstance::Service::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+{
+    const auto activateCall = [this](const QDBusMessage& call) {
+        return activate(call, qdbus_cast<QVariantMap>(call.arguments().at(0)));
+    };
+    // Quillbox opens no documents, so files bring it forward as well.
+    const auto open = [this](const QDBusMessage& call) {
+        return activate(call, qdbus_cast<QVariantMap>(call.arguments().at(1)));
+    };
+    const auto action = [this](const QDBusMessage& call) { return activateAction(call); };
+    return answerCall(message, connection, kInterface,
+                      { { "Activate", "a{sv}", activateCall },
+                        { "Open", "asa{sv}", open },
+                        { "ActivateAction", "sava{sv}", action } });
+}
+
+QString SingleInstance::Service::introspect(const QString&) const
+{
+    return QStringLiteral(R"xml(<interface name="org.freedesktop.Application">
+  <method name="Activate"><arg name="platform_data" type="a{sv}" direction="in"/></method>
+  <method name="Open"><arg name="uris" type="as" direction="in"/><arg name="platform_data" type="a{sv}" direction="in"/></method>
+  <method name="ActivateAction"><arg name="action_name" type="s" direction="in"/><arg name="parameter" type="av" direction="in"/><arg name="platform_data" type="a{sv}" direction="in"/></method>
+</interface>
+)xml");
+}
+
+SingleInstance::SingleInstance(StartEnvironment environment)
+    : environment_(std::move(environment)),
+      service_(std::make_unique<Service>(environment_.isStartedByBus))
+{
+}
+
+SingleInstance::~SingleInstance() = default;
+
+SingleInstance::Outcome SingleInstance::claim()
+{
+    return service_->claim(environment_.activationToken);
+}
+
+void SingleInstance::setHandlers(Handlers handlers)
+{
+    service_->handlers = std::move(handlers);
+}
+
+} // namespace quillbox

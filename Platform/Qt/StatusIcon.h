@@ -1,0 +1,35 @@
+#pragma once
+
+#include "NSImage.h"
+
+#include <QColor>
+#include <QPixmap>
+#include <QString>
+
+namespace quillbox {
+
+// The status item's picture in the forms that hosts want it: a name of the icon theme, so that the host
+// draws it in its own colours and sizes, and pixels as the reserve.
+class StatusIcon {
+public:
+    // `image` is drawn wherever pixels are asked for.
+    explicit StatusIcon(NSImage image);
+
+    // The theme name, empty where no theme here has the icon: a host can't find it then either.
+    const QString& themeName() const { return themeName_; }
+    // The directory a host has to search besides its own; empty where the icon is installed.
+    const QString& themePath() const { return themePath_; }
+
+    // A square of `size` logical pixels.
+    QPixmap pixmap(int size, double devicePixelRatio, const QColor& templateColour) const;
+
+    // Readable on light and on dark panels alike (at least 3.9:1), for where the panel's colour is unknown.
+    static QColor neutralColour() { return { 128, 128, 128 }; }
+
+private:
+    NSImage image_;
+    QString themeName_;
+    QString themePath_;
+};
+
+} // namespace quillbox

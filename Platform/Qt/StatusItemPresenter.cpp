@@ -1,0 +1,182 @@
+#include "StatusItemPresenter.h"
+
+#include "Clock.h"
+#include "MenuPresenter.h"
+#include "NSAlert.h"
+#include "NSApplication.h"
+#include "SessionBus.h"
+#include "ShortMenuExporter.h"
+#include "StatusNotifierItem.h"
+#include "StatusNotifierRegistration.h"
+#include "StatusStrip.h"
+#include "TrayIcon.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace quillbox {
+
+namespace {
+
+    // A panel that starts with the session, or restarts, is there by then; the strip need not flash up.
+    constexpr std::chrono::seconds kGrace { 3 };
+
+    const QString kMenuPath = QStringLiteral("/StatusNotifierItem/Menu");
+    const QString kNoMenu = QStringLiteral("/");
+
+    // The pointer's place in logical pixels, from a host's device pixels. A screen's origin is the same in
+    // both; (0, 0) comes from hosts that don't say where the click was.
+    QPoint pointOfClick(QPoint devicePixels)
+    {
+        if (devicePixels.isNull())
+            return QCursor::pos();
+        for (const QScreen* screen : QGuiApplication::screens()) {
+            const QRect logical = screen->geometry();
+            const double scale = screen->devicePixelRatio();
+            if (QRect(logical.topLeft(), logical.size() * scale).contains(devicePixels))
+                return logical.topLeft() + ((devicePixels - logical.topLeft()).toPointF() / scale).toPoint();
+        }
+        return QCursor::pos();
+    }
+
+    QRect atPoint(QPoint point)
+    {
+        return { point, QSize(0, 0) };
+    }
+
+} // namespace
+
+// Where the icon is follows from three facts: whether a host shows the notifier item, whether a tray has
+// docked the icon, and whether neither has been so for the time of grace.
+struct StatusItemPresenter::State {
+    State(NSStatusItem& shownItem, MenuPresenter& presenter, std::shared_ptr<NSMenu> shortMenuOfItem);
+
+    void hostsChanged();
+    void graceIsOver();
+    void clicked(Qt::MouseButton button, QRect anchor);
+    void openMenu(QRect anchor);
+    void openShortMenu(QRect anchor);
+    void open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve);
+
+    NSStatusItem& item;
+    MenuPresenter& menus;
+    std::shared_ptr<NSMenu> shortMenu;
+    std::function<void(const std::string&)> onActivationToken;
+
+    StatusIcon icon;
+    SessionBus bus;
+    // Null without a session bus.
+    std::unique_ptr<StatusNotifierItem> notifierItem;
+    std::unique_ptr<ShortMenuExporter> exporter;
+    std::unique_ptr<StatusNotifierRegistration> registration;
+    // Null without an X server.
+    std::unique_ptr<TrayIcon> tray;
+    // Null while something else shows the icon.
+    std::unique_ptr<StatusStrip> strip;
+    std::unique_ptr<Clock::Timer> grace;
+};
+
+StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presenter,
+                                  std::shared_ptr<NSMenu> shortMenuOfItem)
+    : item(shownItem),
+      menus(presenter),
+      shortMenu(std::move(shortMenuOfItem)),
+      icon(item.button() && item.button()->image ? *item.button()->image : NSImage()),
+      tray(TrayIcon::create(icon))
+{
+    if (bus.isConnected()) {
+        notifierItem = std::make_unique<StatusNotifierItem>(bus.connection(), icon, shortMenu ? kMenuPath : kNoMenu);
+        notifierItem->onActivate = [this](QPoint point) { openMenu(atPoint(pointOfClick(point))); };
+        notifierItem->onContextMenu = [this](QPoint point) { openShortMenu(atPoint(pointOfClick(point))); };
+        notifierItem->onActivationToken = [this](const QString& token) {
+            if (onActivationToken)
+                onActivationToken(token.toStdString());
+        };
+        if (shortMenu)
+            exporter = std::make_unique<ShortMenuExporter>(bus.connection(), kMenuPath, shortMenu);
+        registration = std::make_unique<StatusNotifierRegistration>(bus.connection());
+        registration->onShownChanged = [this] { hostsChanged(); };
+    }
+    if (tray) {
+        tray->onChanged = [this] { hostsChanged(); };
+        tray->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
+        // Without a bus no better place will come.
+        tray->setWanted(!registration);
+    }
+    hostsChanged();
+}
+
+void StatusItemPresenter::State::hostsChanged()
+{
+    const bool isInStatusBar = registration && registration->isShown();
+    if (isInStatusBar && tray)
+        tray->setWanted(false);
+    if (isInStatusBar || (tray && tray->isDocked())) {
+        grace.reset();
+        strip.reset();
+    } else if (!strip && !grace) {
+        grace = Clock::current().after(kGrace, [this] { graceIsOver(); });
+    }
+}
+
+void StatusItemPresenter::State::graceIsOver()
+{
+    grace.reset();
+    if (tray && !tray->isWanted()) {
+        tray->setWanted(true);
+        if (tray->isPresent()) {
+            hostsChanged(); // The tray has as long to take the icon.
+            return;
+        }
+    }
+    strip = std::make_unique<StatusStrip>(icon);
+    strip->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
+    strip->show();
+}
+
+void StatusItemPresenter::State::clicked(Qt::MouseButton button, QRect anchor)
+{
+    if (button == Qt::LeftButton)
+        openMenu(anchor);
+    else if (button == Qt::RightButton)
+        openShortMenu(anchor);
+}
+
+void StatusItemPresenter::State::openMenu(QRect anchor)
+{
+    open(item.menu() ? item.menu() : shortMenu, anchor, shortMenu);
+}
+
+void StatusItemPresenter::State::openShortMenu(QRect anchor)
+{
+    open(shortMenu, anchor, nullptr);
+}
+
+void StatusItemPresenter::State::open(const std::shared_ptr<NSMenu>& menu, QRect anchor,
+                                      const std::shared_ptr<NSMenu>& reserve)
+{
+    const NSApplication::EventScope event;
+    if (menus.isOpen()) {
+        menus.close();
+        return;
+    }
+    if (NSAlert::isAnyRunning())
+        NSApplication::shared().activate(true); // The alert wants its answer first.
+    else if (menu)
+        menus.popUp(menu, anchor, reserve);
+}
+
+StatusItemPresenter::StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu)
+    : state_(std::make_unique<State>(item, menus, std::move(shortMenu)))
+{
+}
+
+StatusItemPresenter::~StatusItemPresenter() = default;
+
+void StatusItemPresenter::setActivationTokenHandler(std::function<void(const std::string&)> handler)
+{
+    state_->onActivationToken = std::move(handler);
+}
+
+} // namespace quillbox

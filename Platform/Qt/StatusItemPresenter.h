@@ -1,0 +1,33 @@
+#pragma once
+
+#include "NSStatusItem.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace quillbox {
+
+class MenuPresenter;
+
+// Keeps the status item's icon on the screen: as a StatusNotifierItem while a watcher runs, else in the
+// older tray where the X server has one, else on a strip of our own; and opens the menu by
+// MenuPresenter when the icon is clicked. Follows hosts as they come and go for as long as it lives.
+// Keeps neither the item nor the presenter alive.
+class StatusItemPresenter {
+public:
+    // `shortMenu` is shown by a right click and where the item's own menu is empty.
+    StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu);
+    ~StatusItemPresenter();
+    StatusItemPresenter(const StatusItemPresenter&) = delete;
+    StatusItemPresenter& operator=(const StatusItemPresenter&) = delete;
+
+    // `handler` gets the activation token that a host hands over before a click, for what the click starts.
+    void setActivationTokenHandler(std::function<void(const std::string&)> handler);
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace quillbox

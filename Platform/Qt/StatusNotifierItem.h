@@ -1,0 +1,64 @@
+#pragma once
+
+#include "SessionBus.h"
+#include "StatusIcon.h"
+
+#include <QDBusArgument>
+#include <QDBusVirtualObject>
+#include <QPoint>
+
+namespace quillbox {
+
+// One size of an icon on the bus: ARGB32, not premultiplied, rows from the top, bytes in network order.
+struct NotifierPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+};
+using NotifierPixmapList = QList<NotifierPixmap>;
+
+struct NotifierToolTip {
+    QString iconName;
+    NotifierPixmapList icons;
+    QString title;
+    QString text;
+};
+
+QDBusArgument& operator<<(QDBusArgument& out, const NotifierPixmap& pixmap);
+const QDBusArgument& operator>>(const QDBusArgument& in, NotifierPixmap& pixmap);
+QDBusArgument& operator<<(QDBusArgument& out, const NotifierToolTip& toolTip);
+const QDBusArgument& operator>>(const QDBusArgument& in, NotifierToolTip& toolTip);
+
+// The status item as hosts see it on the session bus: org.kde.StatusNotifierItem at /StatusNotifierItem.
+// Clicks are answered at once and reported from the event loop, so that no host waits for a menu.
+// Registering it with a watcher is StatusNotifierRegistration's work.
+class StatusNotifierItem final : public QDBusVirtualObject {
+public:
+    // `menuPath` is the object that exports the short menu on the same connection.
+    StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath);
+    ~StatusNotifierItem() override;
+
+    // A click, with the host's position in device pixels; (0, 0) from hosts that know none.
+    std::function<void(QPoint)> onActivate;
+    std::function<void(QPoint)> onContextMenu;
+    // The right to bring a window to the front, handed over just before the click it belongs to.
+    std::function<void(const QString&)> onActivationToken;
+
+    QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+private:
+    QVariantMap properties();
+    QDBusMessage answerClick(const QDBusMessage& call, const std::function<void(QPoint)>& handler);
+
+    QDBusConnection connection_;
+    StatusIcon icon_;
+    QString menuPath_;
+    // Drawn when the first host asks.
+    NotifierPixmapList pixmaps_;
+};
+
+} // namespace quillbox
+
+Q_DECLARE_METATYPE(quillbox::NotifierPixmap)
+Q_DECLARE_METATYPE(quillbox::NotifierToolTip)

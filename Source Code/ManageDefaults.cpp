@@ -1,0 +1,233 @@
+#include "ManageDefaults.h"
+
+#include "Debug.h"
+#include "MainMenuItemSaver.h"
+#include "StringComparison.h"
+#include "UserDefaults.h"
+
+#include <optional>
+
+namespace quillbox {
+
+namespace {
+
+    const std::string kUserPickedMenuItems = "UserPickedMenuItems";
+    const std::string kMenuSaveVersion = "MenuSaveVersion";
+    const std::string kOldSaveVersion = "saveVersion";
+    const std::string kShowDebugTab = "ShowDebugTab";
+
+    void logLoadError(int line, const std::string& message)
+    {
+        Debug::addErrorLogEntry("ManageDefaults", "loadAppMenusFromDisk(onlyLoadIfNeeded:)", __FILE__, line, false,
+                                message);
+    }
+
+    // What one load has found so far; committed as a whole or not at all.
+    struct Load {
+        MainMenuItem::List items;
+        std::vector<ManageDefaults::FileReference> fileReferences;
+        // Some bookmark should be made afresh.
+        bool needsSave = false;
+    };
+
+    Load defaultLoad()
+    {
+        return { ManageDefaults::defaultMenuItems(), {}, false };
+    }
+
+    bool isReloadNeeded()
+    {
+        for (const auto& item : MainMenuItem::actualMenuItems()) {
+            if (item->menuItemType == MenuItemType::arbitraryPath && !item->fileURL)
+                return true;
+        }
+        for (const auto& [reference, recordedPath] : ManageDefaults::fileReferences()) {
+            const auto path = reference.path();
+            if (!path || !isCanonicallyEqual(*path, recordedPath))
+                return true;
+        }
+        return false;
+    }
+
+    void recordFileReference(const MainMenuItemSaver& record, Load& load)
+    {
+        bool isStale = false;
+        const Result<URL> url = URL::resolvingBookmarkData(record.bookmarkData, isStale);
+        if (!url) {
+            if (FileManager::defaultManager().fileExists(record.unixPath)) {
+                logLoadError(__LINE__, "resolvingBookmarkData() returned error: " + url.error().description());
+                load.needsSave = true;
+            }
+            return;
+        }
+        if (isStale)
+            load.needsSave = true;
+        const Result<FileReferenceURL> reference = url->fileReferenceURL();
+        if (!reference) {
+            logLoadError(__LINE__, "fileReferenceURL() returned nil");
+            load.needsSave = true;
+            return;
+        }
+        load.fileReferences.push_back(
+            { *reference, reference->path().value_or("the fileReference is valid, why is its path nil?") });
+    }
+
+    Load buildList(const std::vector<MainMenuItemSaver>& records)
+    {
+        Load load;
+        load.items.push_back(std::make_shared<MainMenuItem>(MenuItemType::fixedAppPreferences));
+        std::size_t problemCount = 0;
+        for (const MainMenuItemSaver& record : records) {
+            const auto item = MainMenuItem::fromRecord(record);
+            if (!item) {
+                ++problemCount;
+                continue;
+            }
+            if (item->menuItemType == MenuItemType::fixedAppPreferences)
+                continue;
+            load.items.push_back(item);
+            if (item->menuItemType == MenuItemType::arbitraryPath && !record.bookmarkData.empty())
+                recordFileReference(record, load);
+        }
+        if (problemCount > 0)
+            logLoadError(__LINE__,
+                         kUserPickedMenuItems + " contained " + std::to_string(problemCount)
+                             + " entries that coudn't be turned into actual menu-items"
+                             + " (so the problem entries were skipped)");
+        return load;
+    }
+
+    Result<std::vector<MainMenuItemSaver>> decodeCurrent(const Data& bytes, std::int64_t version)
+    {
+        if (version == ManageDefaults::menusSaveVersion)
+            return MainMenuItemSaver::decodeList(bytes);
+        const auto oldRecords = MainMenuItemSaver_v1::decodeList(bytes);
+        if (!oldRecords)
+            return oldRecords.error();
+        std::vector<MainMenuItemSaver> records;
+        records.reserve(oldRecords->size());
+        for (const MainMenuItemSaver_v1& record : *oldRecords)
+            records.push_back(record.upgraded());
+        return records;
+    }
+
+    // None where nothing may change.
+    std::optional<Load> readList()
+    {
+        UserDefaults& defaults = UserDefaults::standard();
+        const auto value = defaults.object(kUserPickedMenuItems);
+        if (!value)
+            return defaultLoad();
+        const Data* bytes = value->as<Data>();
+        if (!bytes) {
+            logLoadError(__LINE__,
+                         "UserDefaults found a non-Data type for " + kUserPickedMenuItems
+                             + " (so assuming the default menus)");
+            return defaultLoad();
+        }
+        const std::int64_t version = defaults.integer(kMenuSaveVersion);
+        if (version < 0 || version > ManageDefaults::menusSaveVersion) {
+            logLoadError(__LINE__,
+                         "UserDefaults prefsMenusSaveVersion had an unexpected value: " + std::to_string(version));
+            return std::nullopt;
+        }
+        const auto records = decodeCurrent(*bytes, version);
+        if (!records) {
+            logLoadError(__LINE__,
+                         "PropertyListDecoder.decode() couldn't decode \"" + kUserPickedMenuItems
+                             + "\" (so assuming the default menus)");
+            return defaultLoad();
+        }
+        return buildList(*records);
+    }
+
+    void commit(Load load)
+    {
+        auto& accessed = ManageDefaults::securityScopedURLs();
+        for (const URL& url : accessed)
+            url.stopAccessingSecurityScopedResource();
+        accessed.clear();
+        for (const auto& item : load.items) {
+            if (item->fileURL && item->fileURL->startAccessingSecurityScopedResource())
+                accessed.push_back(*item->fileURL);
+        }
+        ManageDefaults::fileReferences() = std::move(load.fileReferences);
+        MainMenuItem::actualMenuItems() = std::move(load.items);
+        if (load.needsSave)
+            ManageDefaults::saveAppMenusToDisk();
+    }
+
+} // namespace
+
+void ManageDefaults::saveAppMenusToDisk()
+{
+    std::vector<MainMenuItemSaver> records;
+    records.reserve(MainMenuItem::actualMenuItems().size());
+    for (const auto& item : MainMenuItem::actualMenuItems())
+        records.emplace_back(*item);
+
+    const Result<Data> bytes = MainMenuItemSaver::encodeList(records);
+    if (!bytes) {
+        Debug::addErrorLogEntry("ManageDefaults", "saveAppMenusToDisk()", __FILE__, __LINE__, false,
+                                "couldn't encode .actualMenuItems for saving [.menusSaveVersion="
+                                    + std::to_string(menusSaveVersion) + "]: " + bytes.error().description());
+        return;
+    }
+    UserDefaults& defaults = UserDefaults::standard();
+    defaults.set(menusSaveVersion, kMenuSaveVersion);
+    defaults.set(*bytes, kUserPickedMenuItems);
+    defaults.removeObject(kOldSaveVersion);
+}
+
+void ManageDefaults::loadAppMenusFromDisk(bool onlyLoadIfNeeded)
+{
+    if (onlyLoadIfNeeded && !isReloadNeeded())
+        return;
+    if (std::optional<Load> load = readList())
+        commit(std::move(*load));
+}
+
+void ManageDefaults::saveAllToDisk()
+{
+    UserDefaults::standard().set(showDebugTab(), kShowDebugTab);
+    saveAppMenusToDisk();
+}
+
+void ManageDefaults::loadAllFromDisk()
+{
+    UserDefaults& defaults = UserDefaults::standard();
+    showDebugTab() = defaults.object(kShowDebugTab) && defaults.boolean(kShowDebugTab);
+    loadAppMenusFromDisk(false);
+}
+
+const MainMenuItem::List& ManageDefaults::defaultMenuItems()
+{
+    static const MainMenuItem::List items {
+        std::make_shared<MainMenuItem>(MenuItemType::fixedAppPreferences),
+        std::make_shared<MainMenuItem>(MenuItemType::separator),
+        std::make_shared<MainMenuItem>(MenuItemType::systemSettings),
+        std::make_shared<MainMenuItem>(MenuItemType::separator),
+        std::make_shared<MainMenuItem>(MenuItemType::systemApplicationsDirectory),
+    };
+    return items;
+}
+
+bool& ManageDefaults::showDebugTab()
+{
+    static bool show = false;
+    return show;
+}
+
+std::vector<ManageDefaults::FileReference>& ManageDefaults::fileReferences()
+{
+    static std::vector<FileReference> references;
+    return references;
+}
+
+std::vector<URL>& ManageDefaults::securityScopedURLs()
+{
+    static std::vector<URL> urls;
+    return urls;
+}
+
+} // namespace quillbox

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "FileReferenceURL.h"
+#include "MainMenuItem.h"
+#include "URL.h"
+
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+// The only reader and writer of the user defaults: the list of top-level items and the one other setting.
+// It also keeps the access to the files that the items point at, and notices when one has moved.
+class ManageDefaults {
+public:
+    ManageDefaults() = delete;
+
+    // The version of the records written today.
+    static constexpr std::int64_t menusSaveVersion = 2;
+
+    // Writes the live list. Every item whose URL is known gets a fresh bookmark.
+    static void saveAppMenusToDisk();
+    // Makes the live list from the stored one. With onlyLoadIfNeeded it first checks whether a picked file
+    // could not be reached or has moved since the last load, and otherwise does nothing.
+    static void loadAppMenusFromDisk(bool onlyLoadIfNeeded);
+    // Both settings.
+    static void saveAllToDisk();
+    static void loadAllFromDisk();
+
+    // The list that stands in when nothing usable is stored: the same five objects each time.
+    static const MainMenuItem::List& defaultMenuItems();
+
+    // Whether the preferences window shows its Debug and Error Log tabs.
+    static bool& showDebugTab();
+
+    struct FileReference {
+        FileReferenceURL reference;
+        // Where the reference led when it was recorded.
+        std::string path;
+    };
+    // One for each picked item whose bookmark resolved at the last load.
+    static std::vector<FileReference>& fileReferences();
+    // The URLs whose access is started now.
+    static std::vector<URL>& securityScopedURLs();
+};
+
+} // namespace quillbox

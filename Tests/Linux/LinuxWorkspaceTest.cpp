@@ -1,0 +1,248 @@
+#include "LinuxWorkspace.h"
+
+#include "XdgTree.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+namespace quillbox {
+namespace {
+
+    using testing::ElementsAre;
+    using testing::HasSubstr;
+    using testing::IsEmpty;
+
+    // A pipe that started programs write their lines to.
+    class Answers {
+    public:
+        explicit Answers(std::string path) : path_(std::move(path))
+        {
+            mkfifo(path_.c_str(), 0600);
+            reopen();
+        }
+        ~Answers()
+        {
+            close(descriptor_);
+            unlink(path_.c_str());
+        }
+        Answers(const Answers&) = delete;
+        Answers& operator=(const Answers&) = delete;
+
+        const std::string& path() const { return path_; }
+
+        // Waits until one program has written all it had to say.
+        std::vector<std::string> read()
+        {
+            constexpr int kLongestWait = 20'000;
+            std::string text;
+            pollfd wait { descriptor_, POLLIN, 0 };
+            while (poll(&wait, 1, kLongestWait) > 0) {
+                char buffer[4096];
+                const ssize_t count = ::read(descriptor_, buffer, sizeof buffer);
+                if (count <= 0)
+                    break;
+                text.append(buffer, static_cast<std::size_t>(count));
+            }
+            // A pipe whose writer has gone says so for ever.
+            reopen();
+            std::vector<std::string> lines;
+            for (std::size_t start = 0; start < text.size();) {
+                const std::size_t end = std::min(text.find('\n', start), text.size());
+                lines.push_back(text.substr(start, end - start));
+                start = end + 1;
+            }
+            return lines;
+        }
+
+    private:
+        void reopen()
+        {
+            if (descriptor_ >= 0)
+                close(descriptor_);
+            descriptor_ = open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        }
+
+        std::string path_;
+        int descriptor_ = -1;
+    };
+
+    class LinuxWorkspaceTest : public testing::Test {
+    protected:
+        LinuxWorkspaceTest()
+        {
+            tree.environment.desktops = { "XFCE" };
+            tree.environment.programDirectories.emplace_back("/usr/bin");
+            std::filesystem::create_directories(tree.path("bin"));
+        }
+
+        // A program that tells its own arguments, or what `script` echoes.
+        std::string writeTeller(std::string_view name, const std::string& script = "printf '%s\\n' \"$@\"")
+        {
+            return tree.writeProgram(name, "{ " + script + "; } > '" + answers.path() + "'\n");
+        }
+
+        // Opens the bundle of an entry with that Exec and those lines.
+        bool openBundle(const std::string& exec, std::string_view more = {})
+        {
+            tree.writeEntry("system", "a.desktop",
+                            "[Desktop Entry]\nType=Application\nName=A\nIcon=icon\nExec=" + exec + "\n"
+                                + std::string(more));
+            makeWorkspace();
+            bundles->bringUpToDate();
+            return open(tree.bundlePath("System/Applications/A.app"));
+        }
+
+        bool open(const std::string& path) { return workspace->open(URL::fileURLWithPath(path)); }
+
+        void makeWorkspace()
+        {
+            workspace.reset();
+            bundles = std::make_unique<ApplicationBundles>(tree.environment, nullptr);
+            workspace = std::make_unique<LinuxWorkspace>(*bundles,
+                                                         [this](const std::string& message, const std::string& detail) {
+                                                             messages.push_back(message + " | " + detail);
+                                                         });
+        }
+
+        const std::string home = std::getenv("HOME");
+        XdgTree tree;
+        Answers answers { home + "/answers" };
+        std::unique_ptr<ApplicationBundles> bundles;
+        std::unique_ptr<LinuxWorkspace> workspace;
+        std::vector<std::string> messages;
+    };
+
+    TEST_F(LinuxWorkspaceTest, ABundleStartsItsEntry)
+    {
+        EXPECT_TRUE(openBundle(writeTeller("teller") + " \"two words\" %i %c %% %U"));
+        EXPECT_THAT(answers.read(), ElementsAre("two words", "--icon", "icon", "A", "%"));
+        // Where there is no bus, what asks to be activated over it is started by its Exec.
+        EXPECT_TRUE(openBundle(writeTeller("teller") + " again", "DBusActivatable=true\n"));
+        EXPECT_THAT(answers.read(), ElementsAre("again"));
+        EXPECT_THAT(messages, IsEmpty());
+    }
+
+    TEST_F(LinuxWorkspaceTest, AStartedProgramStandsOnItsOwnFeet)
+    {
+        int pipeEnds[2];
+        ASSERT_EQ(pipe(pipeEnds), 0);
+        const std::string script = "read -r a b c d e session rest < /proc/$$/stat; echo $session; pwd; "
+                                   "[ -e /proc/$$/fd/"
+            + std::to_string(pipeEnds[1]) + " ] && echo inherited; readlink /proc/$$/fd/0 /proc/$$/fd/2";
+        EXPECT_TRUE(openBundle(writeTeller("teller", script)));
+        close(pipeEnds[0]);
+        close(pipeEnds[1]);
+        const auto lines = answers.read();
+        ASSERT_EQ(lines.size(), 4U);
+        EXPECT_NE(lines[0], std::to_string(getsid(0)));
+        EXPECT_EQ(lines[1], std::filesystem::canonical(home));
+        EXPECT_EQ(lines[2], "/dev/null");
+        EXPECT_EQ(lines[3], "/dev/null");
+        EXPECT_TRUE(openBundle(writeTeller("teller", "pwd"), "Path=/usr\n"));
+        EXPECT_THAT(answers.read(), ElementsAre("/usr"));
+    }
+
+    TEST_F(LinuxWorkspaceTest, TheActivationTokenServesOneStart)
+    {
+        const std::string teller = writeTeller("teller", "echo \"<$XDG_ACTIVATION_TOKEN|$DESKTOP_STARTUP_ID>\"");
+        EXPECT_TRUE(openBundle(teller));
+        EXPECT_THAT(answers.read(), ElementsAre("<|>"));
+        workspace->setActivationToken("token-7");
+        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
+        EXPECT_THAT(answers.read(), ElementsAre("<token-7|token-7>"));
+        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
+        EXPECT_THAT(answers.read(), ElementsAre("<|>"));
+    }
+
+    TEST_F(LinuxWorkspaceTest, TerminalProgramsGetATerminal)
+    {
+        const std::string command = tree.writeProgram("top") + " \"an argument\"";
+        const std::string program = tree.path("bin/top");
+        tree.environment.programDirectories = { tree.path("bin") };
+        EXPECT_FALSE(openBundle(command, "Terminal=true\n"));
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("no terminal program")));
+
+        writeTeller("xfce4-terminal");
+        EXPECT_TRUE(openBundle(command, "Terminal=true\n"));
+        EXPECT_THAT(answers.read(), ElementsAre("-x", program, "an argument"));
+        writeTeller("xdg-terminal-exec");
+        EXPECT_TRUE(openBundle(command, "Terminal=true\n"));
+        EXPECT_THAT(answers.read(), ElementsAre(program, "an argument"));
+        tree.environment.terminal = writeTeller("my 100%u \\'terminal");
+        EXPECT_TRUE(openBundle(command, "Terminal=true\nDBusActivatable=true\n"));
+        EXPECT_THAT(answers.read(), ElementsAre("-e", program, "an argument"));
+    }
+
+    TEST_F(LinuxWorkspaceTest, DocumentsAndDirectoriesOpenInTheDefaultApplication)
+    {
+        makeWorkspace();
+        const std::string file = tree.files().writeFile("it's 100%20 \"odd\" \xFF.txt", "text");
+        EXPECT_TRUE(open(file));
+        EXPECT_THAT(answers.read(), ElementsAre("viewer", file));
+        for (const char* directory : { "folder", "X.plugin", "Foreign.app" }) {
+            EXPECT_TRUE(open(tree.files().makeDirectory(directory)));
+            EXPECT_THAT(answers.read(), ElementsAre("files", tree.path(directory)));
+        }
+        EXPECT_THAT(messages, IsEmpty());
+    }
+
+    TEST_F(LinuxWorkspaceTest, AppDirsAndTrustedEntriesStart)
+    {
+        makeWorkspace();
+        std::filesystem::create_directory(tree.path("50% off.AppDir"));
+        std::filesystem::copy(writeTeller("teller", "echo run"), tree.path("50% off.AppDir/AppRun"));
+        EXPECT_TRUE(open(tree.path("50% off.AppDir")));
+        EXPECT_THAT(answers.read(), ElementsAre("run"));
+        const std::string entry = tree.writeApplication("system", "a.desktop", "A");
+        tree.writeEntry("system", "a.desktop",
+                        "[Desktop Entry]\nType=Application\nName=A\nExec=" + writeTeller("teller") + " started\n");
+        chmod(entry.c_str(), 0755);
+        EXPECT_TRUE(open(entry));
+        EXPECT_THAT(answers.read(), ElementsAre("started"));
+    }
+
+    TEST_F(LinuxWorkspaceTest, TheSettingsProgramStarts)
+    {
+        makeWorkspace();
+        EXPECT_FALSE(workspace->launchApplication("com.apple.systempreferences"));
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("settings program")));
+        tree.writeEntry("local", "xfce-settings-manager.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Settings\nExec=" + writeTeller("teller")
+                            + " settings\nOnlyShowIn=XFCE;\n");
+        for (const char* identifier :
+             { "com.apple.systempreferences", "xfce-settings-manager", "xfce-settings-manager.desktop" }) {
+            EXPECT_TRUE(workspace->launchApplication(identifier));
+            EXPECT_THAT(answers.read(), ElementsAre("settings"));
+        }
+        EXPECT_FALSE(workspace->launchApplication("org.example.Missing"));
+        EXPECT_EQ(messages.size(), 2U);
+    }
+
+    TEST_F(LinuxWorkspaceTest, WhatCannotBeOpenedIsToldToThePerson)
+    {
+        EXPECT_FALSE(openBundle("/no/such/program"));
+        EXPECT_THAT(messages.back(), testing::AllOf(HasSubstr("“A.app”"), HasSubstr("isn't installed")));
+        std::filesystem::remove(tree.path("system/applications/a.desktop"));
+        EXPECT_FALSE(open(tree.bundlePath("System/Applications/A.app")));
+        EXPECT_THAT(messages.back(), HasSubstr("it is gone"));
+        EXPECT_FALSE(open(tree.path("missing.txt")));
+        EXPECT_THAT(messages.back(), HasSubstr("“missing.txt”"));
+        EXPECT_FALSE(open(tree.files().makeDirectory("Empty.AppDir")));
+        EXPECT_THAT(messages.back(), HasSubstr("no program"));
+        mkfifo(tree.path("pipe").c_str(), 0600);
+        EXPECT_FALSE(open(tree.path("pipe")));
+        EXPECT_FALSE(open(""));
+        EXPECT_EQ(messages.size(), 6U);
+    }
+
+} // namespace
+} // namespace quillbox

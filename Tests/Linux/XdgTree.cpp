@@ -1,0 +1,103 @@
+#include "XdgTree.h"
+
+#include "Bundle.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+
+namespace quillbox {
+
+namespace fs = std::filesystem;
+
+XdgTree::XdgTree()
+{
+    environment.dataHome = path("user");
+    environment.systemDataDirectory = path("system");
+    environment.dataDirectories = { path("flatpak"), path("local"), path("system") };
+    environment.programDirectories = { path("bin") };
+    for (const char* directory : { "user", "local", "system", "flatpak", "bin" })
+        root_.makeDirectory(directory);
+}
+
+std::string XdgTree::writeEntry(std::string_view dataDirectory, std::string_view name, std::string_view text) const
+{
+    return root_.writeFile(std::string(dataDirectory) + "/applications/" + std::string(name), text);
+}
+
+std::string XdgTree::writeApplication(std::string_view dataDirectory, std::string_view name, std::string_view title,
+                                      std::string_view more) const
+{
+    std::string text = "[Desktop Entry]\nType=Application\nExec=program --option %U\nName=";
+    return writeEntry(dataDirectory, name, text.append(title).append("\n").append(more).append("\n"));
+}
+
+void XdgTree::removeEntry(std::string_view dataDirectory, std::string_view name) const
+{
+    fs::remove(path(dataDirectory) + "/applications/" + std::string(name));
+}
+
+std::string XdgTree::writeProgram(std::string_view name, std::string_view script) const
+{
+    std::string file = root_.writeFile("bin/" + std::string(name), "#!/bin/sh\n" + std::string(script));
+    chmod(file.c_str(), 0755);
+    return file;
+}
+
+void XdgTree::settle() const
+{
+    const auto past = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    for (const char* directory : { "user", "local", "system", "flatpak" }) {
+        const std::string applications = path(directory) + "/applications";
+        if (!fs::exists(applications))
+            continue;
+        for (const auto& entry : fs::recursive_directory_iterator(applications)) {
+            if (entry.exists())
+                fs::last_write_time(entry.path(), past);
+        }
+        fs::last_write_time(applications, past);
+    }
+}
+
+std::vector<std::string> XdgTree::bundles() const
+{
+    std::vector<std::string> names;
+    for (const auto& domain : fs::directory_iterator(environment.bundlesDirectory())) {
+        if (!domain.is_directory())
+            continue;
+        for (const auto& kind : fs::directory_iterator(domain.path())) {
+            for (const auto& bundle : fs::directory_iterator(kind.path()))
+                names.push_back(fs::relative(bundle.path(), environment.bundlesDirectory()).string());
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> XdgTree::fingerprint() const
+{
+    std::vector<std::string> lines;
+    for (const auto& entry : fs::recursive_directory_iterator(environment.bundlesDirectory())) {
+        struct stat status { };
+        lstat(entry.path().c_str(), &status);
+        lines.push_back(entry.path().string() + ' ' + std::to_string(status.st_ino) + ' '
+                        + std::to_string(status.st_mtim.tv_sec) + '.' + std::to_string(status.st_mtim.tv_nsec));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+std::string XdgTree::info(std::string_view bundle, std::string_view key) const
+{
+    const auto found = Bundle::atPath(bundlePath(bundle));
+    return found ? found->infoString(std::string(key)).value_or("(none)") : "(no bundle)";
+}
+
+std::string XdgTree::bundlePath(std::string_view bundle) const
+{
+    return environment.bundlesDirectory() + '/' + std::string(bundle);
+}
+
+} // namespace quillbox

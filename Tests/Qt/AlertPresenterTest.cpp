@@ -1,0 +1,143 @@
+#include "AlertPresenter.h"
+#include "QtClock.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QTimer>
+
+#include <functional>
+
+using namespace quillbox;
+
+namespace {
+
+QDialog* runningDialog()
+{
+    return qobject_cast<QDialog*>(QApplication::activeModalWidget());
+}
+
+void press(QWidget* widget, int key)
+{
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+// Runs the alert and `look` while it is up; answers it where `look` did not.
+void run(AlertPresenter& presenter, const NSAlert& alert, const std::function<void(QDialog&)>& look)
+{
+    bool wasUp = false;
+    QTimer::singleShot(0, [&] {
+        QDialog* dialog = runningDialog();
+        ASSERT_TRUE(dialog);
+        wasUp = true;
+        look(*dialog);
+        dialog->accept();
+    });
+    presenter.run(alert);
+    EXPECT_TRUE(wasUp);
+    EXPECT_FALSE(presenter.isRunning());
+}
+
+NSAlert missingFile(const std::string& path)
+{
+    NSAlert alert;
+    alert.setMessageText("could not find this file:\n\n" + path + "\n");
+    alert.setInformativeText("It <b>may</b> have been deleted &amp; so on.");
+    return alert;
+}
+
+TEST(AlertPresenter, ShowsTextsLetterByLetterToBeSelected)
+{
+    AlertPresenter presenter;
+    run(presenter, missingFile("/a/<i>b</i>"), [&](QDialog& dialog) {
+        EXPECT_TRUE(presenter.isRunning());
+        const auto texts = dialog.findChildren<QTextEdit*>();
+        ASSERT_EQ(texts.size(), 2);
+        EXPECT_EQ(texts[0]->toPlainText(), "could not find this file:\n\n/a/<i>b</i>\n");
+        EXPECT_TRUE(texts[0]->font().bold());
+        EXPECT_EQ(texts[1]->toPlainText(), "It <b>may</b> have been deleted &amp; so on.");
+        EXPECT_TRUE(texts[1]->isReadOnly() && !texts[1]->font().bold());
+        EXPECT_TRUE(texts[1]->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+        ASSERT_EQ(dialog.findChildren<QPushButton*>().size(), 1);
+        EXPECT_EQ(dialog.findChildren<QPushButton*>()[0]->text(), "OK");
+    });
+}
+
+TEST(AlertPresenter, KeepsTheWidthThatWasSetAndGrowsToItsTexts)
+{
+    AlertPresenter presenter;
+    NSAlert alert = missingFile("/" + std::string(1500, 'x'));
+    alert.setWindowFrame({ { 50, 60 }, { 600, 100 } });
+    run(presenter, alert, [](QDialog& dialog) {
+        EXPECT_EQ(dialog.width(), 600);
+        EXPECT_GT(dialog.height(), 200);
+        EXPECT_EQ(dialog.geometry().topLeft(), QPoint(50, 60));
+        for (const QTextEdit* text : dialog.findChildren<QTextEdit*>()) {
+            // A long path is wrapped, not cut: nothing of it is outside.
+            EXPECT_LE(text->document()->size().height(), text->height() + 1);
+            EXPECT_LE(text->document()->idealWidth(), text->viewport()->width() + 1);
+        }
+    });
+    const NSRect natural = AlertPresenter::naturalFrame(alert);
+    EXPECT_GT(natural.size.height, 200);
+    EXPECT_LT(natural.size.width, 600);
+}
+
+TEST(AlertPresenter, AnEndlessTextStaysOnTheScreen)
+{
+    AlertPresenter presenter;
+    run(presenter, missingFile(std::string(50'000, 'x')), [](QDialog& dialog) {
+        EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
+        const QPushButton* ok = dialog.findChildren<QPushButton*>()[0];
+        EXPECT_TRUE(dialog.rect().contains(QRect(ok->mapTo(&dialog, QPoint()), ok->size())));
+    });
+}
+
+TEST(AlertPresenter, ReturnAndEscapeAnswer)
+{
+    for (const int key : { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape }) {
+        AlertPresenter presenter;
+        run(presenter, missingFile("/a"), [key](QDialog& dialog) {
+            QWidget* focus = dialog.focusWidget();
+            ASSERT_TRUE(focus);
+            press(focus, key);
+            EXPECT_FALSE(dialog.isVisible()) << key;
+        });
+        // So they do with a text selected.
+        run(presenter, missingFile("/a"), [key](QDialog& dialog) {
+            QTextEdit* text = dialog.findChildren<QTextEdit*>()[0];
+            text->setFocus();
+            text->selectAll();
+            press(text, key);
+            EXPECT_FALSE(dialog.isVisible()) << key;
+        });
+    }
+}
+
+TEST(QtClock, CallsOnceUnlessTheTimerGoesFirst)
+{
+    QtClock clock;
+    int calls = 0;
+    std::unique_ptr<Clock::Timer> own;
+    // The action may let go of the timer that runs it.
+    own = clock.after(std::chrono::milliseconds(0), [&] {
+        own.reset();
+        ++calls;
+    });
+    auto dropped = clock.after(std::chrono::milliseconds(0), [&] { calls += 100; });
+    dropped.reset();
+    const auto before = clock.uptime();
+    while (calls == 0)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QApplication::processEvents();
+    EXPECT_EQ(calls, 1);
+    EXPECT_GE(clock.uptime(), before);
+    EXPECT_GT(clock.now().secondsSinceReferenceDate, 0);
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+#include "ImageRenderer.h"
+#include "TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <QIcon>
+#include <QImage>
+
+#include <sys/stat.h>
+
+using namespace quillbox;
+
+namespace {
+
+std::string svg(const std::string& colour)
+{
+    return "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'><rect width='16' height='16' fill='" + colour
+        + "'/></svg>";
+}
+
+NSImage image(ImageContent content, double side = 16)
+{
+    return NSImage(std::make_shared<KnownImageSource>("test", std::move(content)), { side, side });
+}
+
+QColor centre(const QPixmap& pixmap)
+{
+    return pixmap.isNull() ? QColor() : pixmap.toImage().pixelColor(pixmap.width() / 2, pixmap.height() / 2);
+}
+
+class Images : public testing::Test {
+protected:
+    Images()
+    {
+        directory.writeFile(
+            "icons/plain/index.theme",
+            "[Icon Theme]\nName=plain\nDirectories=16\n[16]\nSize=16\nType=Scalable\nMinSize=8\nMaxSize=512\n");
+        directory.writeFile("icons/plain/16/known.svg", svg("#00ff00"));
+        directory.writeFile(
+            "icons/other/index.theme",
+            "[Icon Theme]\nName=other\nDirectories=16\n[16]\nSize=16\nType=Scalable\nMinSize=8\nMaxSize=512\n");
+        directory.writeFile("icons/other/16/known.svg", svg("#ff0000"));
+        QIcon::setThemeSearchPaths({ QString::fromStdString(directory.path("icons")) });
+        QIcon::setThemeName("plain");
+    }
+    ~Images() override { QIcon::setThemeName({}); }
+
+    TemporaryDirectory directory;
+};
+
+TEST_F(Images, ComeFromTheThemeByTheirFirstKnownNameElseFromTheReserve)
+{
+    const std::string reserve = directory.writeFile("reserve.svg", svg("#0000ff"));
+    EXPECT_EQ(centre(ImageRenderer::pixmap(image(ThemedImage { { "unknown", "known" }, reserve }), 1, {})),
+              QColor(Qt::green));
+    EXPECT_EQ(centre(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, reserve }), 1, {})), QColor(Qt::blue));
+    EXPECT_TRUE(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, "" }), 1, {}).isNull());
+    EXPECT_TRUE(ImageRenderer::pixmap(NSImage(), 1, {}).isNull());
+}
+
+TEST_F(Images, FollowAChangeOfTheTheme)
+{
+    const NSImage known = image(ThemedImage { { "known" }, "" });
+    EXPECT_EQ(centre(ImageRenderer::pixmap(known, 1, {})), QColor(Qt::green));
+    QIcon::setThemeName("other");
+    EXPECT_EQ(centre(ImageRenderer::pixmap(known, 1, {})), QColor(Qt::red));
+}
+
+TEST_F(Images, HaveTheirSizeTimesTheScale)
+{
+    const QPixmap pixmap = ImageRenderer::pixmap(image(ThemedImage { { "known" }, "" }, 64), 1.5, {});
+    EXPECT_EQ(pixmap.size(), QSize(96, 96));
+    EXPECT_EQ(pixmap.devicePixelRatio(), 1.5);
+    EXPECT_EQ(centre(pixmap), QColor(Qt::green));
+}
+
+TEST_F(Images, TemplatesTakeTheColourAround)
+{
+    NSImage marked = image(ThemedImage { { "known" }, "" });
+    marked.setTemplate(true);
+    EXPECT_EQ(centre(ImageRenderer::pixmap(marked, 1, Qt::white)), QColor(Qt::white));
+    EXPECT_EQ(centre(ImageRenderer::pixmap(marked, 1, Qt::black)), QColor(Qt::black));
+    marked.setTemplate(false);
+    EXPECT_EQ(centre(ImageRenderer::pixmap(marked, 1, Qt::black)), QColor(Qt::green));
+}
+
+TEST_F(Images, AreDrawnOverOneAnother)
+{
+    NSImage drawn(NSSize { 16, 16 });
+    drawn.draw(image(ThemedImage { { "known" }, "" }), { { 0, 0 }, { 16, 16 } });
+    drawn.draw(image(ImageFile { directory.writeFile("dot.svg", svg("#ff0000")) }), { { 6, 6 }, { 4, 4 } });
+    const QImage picture = ImageRenderer::pixmap(drawn, 2, {}).toImage();
+    ASSERT_EQ(picture.size(), QSize(32, 32));
+    EXPECT_EQ(picture.pixelColor(16, 16), QColor(Qt::red));
+    EXPECT_EQ(picture.pixelColor(4, 4), QColor(Qt::green));
+}
+
+TEST_F(Images, KeepTheirProportions)
+{
+    QImage wide(200, 100, QImage::Format_RGB32);
+    wide.fill(Qt::red);
+    const QString path = QString::fromStdString(directory.path("wide.png"));
+    ASSERT_TRUE(wide.save(path));
+    const QImage picture = ImageRenderer::pixmap(image(ImageFile { path.toStdString() }), 1, {}).toImage();
+    EXPECT_EQ(picture.pixelColor(8, 8), QColor(Qt::red));
+    EXPECT_EQ(picture.pixelColor(8, 1).alpha(), 0);
+}
+
+TEST_F(Images, BadFilesShowNothing)
+{
+    const std::string pipe = directory.path("pipe.png");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path :
+         { directory.writeFile("damaged.png", "\x89PNG\r\n\x1a\nno more"), directory.writeFile("damaged.svg", "<svg"),
+           directory.path("missing.png"), pipe, directory.path("icons") })
+        EXPECT_TRUE(ImageRenderer::pixmap(image(ImageFile { path }), 1, {}).isNull()) << path;
+}
+
+} // namespace

@@ -1,0 +1,196 @@
+#include "MenuWorld.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillbox;
+
+namespace {
+
+using User = PopupUser;
+
+// A top level of: alpha, a directory "Papers" (one, two, three), a directory "Photos" (p0 to p29),
+// a heading "Recent" (a row), a separator and a disabled row.
+class MenuByPointer : public testing::Test {
+protected:
+    MenuByPointer()
+    {
+        world.contents["top"] = [this] {
+            return MenuWorld::Rows { world.file("alpha"),         world.directory("Papers"),
+                                     world.directory("Photos"),   world.heading("Recent"),
+                                     NSMenuItem::separatorItem(), std::make_shared<NSMenuItem>("disabled") };
+        };
+        world.contents["Papers"] = [this] { return world.files({ "one", "two", "three" }); };
+        world.contents["Photos"] = [this] { return world.numbered("p", 30); };
+        world.contents["Recent"] = [this] { return world.files({ "latest" }); };
+        EXPECT_TRUE(world.open());
+        EXPECT_EQ(world.takeLog(), "update top, open top");
+    }
+
+    void hoverPapers()
+    {
+        User::moveTo("Papers");
+        world.rest();
+        ASSERT_EQ(world.takeLog(), "update Papers, open Papers");
+    }
+
+    MenuWorld world;
+};
+
+TEST_F(MenuByPointer, ASubmenuOpensAfterAPauseOnItsRow)
+{
+    User::moveTo("Papers");
+    EXPECT_EQ(User::selected(), "Papers");
+    world.wait(100);
+    EXPECT_EQ(world.takeLog(), "");
+    User::moveTo("Photos");
+    world.wait(180);
+    EXPECT_EQ(world.takeLog(), "");
+    world.wait(200);
+    EXPECT_EQ(world.takeLog(), "update Photos, open Photos");
+    ASSERT_EQ(User::popups().size(), 2u);
+    EXPECT_EQ(User::selected(), "Photos/-");
+    const QRect parent = User::popups()[0]->geometry();
+    const QRect submenu = User::popups()[1]->geometry();
+    EXPECT_TRUE(parent.intersects(submenu));
+    EXPECT_GT(submenu.left(), parent.right() - 8);
+}
+
+TEST_F(MenuByPointer, RestingOnAnotherRowClosesTheSubmenu)
+{
+    hoverPapers();
+    User::moveTo("alpha");
+    EXPECT_EQ(User::selected(), "alpha/-");
+    world.rest();
+    EXPECT_EQ(world.takeLog(), "close Papers");
+    EXPECT_EQ(User::selected(), "alpha");
+    EXPECT_EQ(world.clock.pendingCount(), 0u);
+}
+
+TEST_F(MenuByPointer, TheSlantingWayIntoASubmenuCrossesOtherRows)
+{
+    hoverPapers();
+    const QPoint from = User::rectOf("Papers").center();
+    const QPoint to = User::rectOf("three").center();
+    ASSERT_GT(to.y(), User::rectOf("Photos").top());
+    for (int step = 1; step <= 20; ++step) {
+        // A hand goes in small steps, some of them straight down.
+        const QPoint next = from + (to - from) * step / 20;
+        User::moveTo(QPoint(from.x() + (to - from).x() * (step - 1) / 20, next.y()));
+        User::moveTo(next);
+        world.wait(30);
+    }
+    EXPECT_EQ(world.takeLog(), "");
+    EXPECT_EQ(User::selected(), "Papers/three");
+}
+
+TEST_F(MenuByPointer, StoppingOnThatWayMeansTheRowThere)
+{
+    hoverPapers();
+    const QRect photos = User::rectOf("Photos");
+    User::moveTo(QPoint(photos.right() - 30, photos.top() + 2));
+    EXPECT_EQ(User::selected(), "Papers/-");
+    world.rest();
+    EXPECT_EQ(world.takeLog(), "close Papers, update Photos, open Photos");
+    EXPECT_EQ(User::selected(), "Photos/-");
+}
+
+TEST_F(MenuByPointer, GoingStraightDownIsNotTheWayIntoASubmenu)
+{
+    hoverPapers();
+    User::moveTo("Recent");
+    EXPECT_EQ(User::selected(), "Recent/-");
+}
+
+struct ClickCase {
+    const char* title;
+    const char* log;
+    std::size_t popups;
+};
+
+TEST_F(MenuByPointer, ClicksDoWhatTheRowIsFor)
+{
+    const ClickCase cases[] = {
+        { "disabled", "", 1 },
+        { "Recent", "update Recent, open Recent", 2 },
+        // Already open.
+        { "Recent", "", 2 },
+        { "latest", "off the screen, close Recent, close top, chose latest with 0 popups", 0 },
+    };
+    for (const ClickCase& given : cases) {
+        User::click(given.title);
+        EXPECT_EQ(world.takeLog(), given.log) << given.title;
+        EXPECT_EQ(User::popups().size(), given.popups) << given.title;
+    }
+    EXPECT_FALSE(world.presenter.isOpen());
+    EXPECT_EQ(world.clock.pendingCount(), 0u);
+}
+
+TEST_F(MenuByPointer, ADirectorysClickSendsItsAction)
+{
+    hoverPapers();
+    User::click("Papers");
+    EXPECT_EQ(world.takeLog(), "off the screen, close Papers, close top, chose Papers with 0 popups");
+}
+
+TEST_F(MenuByPointer, AnActionMayShowAnAlertOrTheMenuAgain)
+{
+    world.duringAction = [this] {
+        world.desktop.duringAlert = [this] { EXPECT_FALSE(world.open()); };
+        NSAlert alert;
+        alert.runModal();
+        EXPECT_TRUE(world.open());
+    };
+    User::click("alpha");
+    EXPECT_EQ(world.desktop.alerts.size(), 1u);
+    EXPECT_EQ(User::popups().size(), 1u);
+    User::moveTo("Photos");
+    EXPECT_EQ(User::selected(), "Photos");
+}
+
+TEST_F(MenuByPointer, AClickOutsideClosesAllAndTheIconsOwnOpensNothing)
+{
+    hoverPapers();
+    User::click(QPoint(700, 700));
+    EXPECT_EQ(world.takeLog(), "off the screen, close Papers, close top");
+    EXPECT_TRUE(world.open());
+
+    User::click(MenuWorld::kAnchor.center());
+    EXPECT_FALSE(world.presenter.isOpen());
+    world.wait(100);
+    EXPECT_FALSE(world.open());
+    EXPECT_FALSE(world.presenter.popUp(world.top, QRect(MenuWorld::kAnchor.center() + QPoint(5, 5), QSize()), nullptr));
+    EXPECT_TRUE(world.presenter.popUp(world.top, QRect(600, 0, 24, 24), nullptr));
+    world.presenter.close();
+    world.wait(1000);
+    EXPECT_TRUE(world.open());
+}
+
+TEST_F(MenuByPointer, ThePressThatOpenedTheMenuCanBeDraggedToARow)
+{
+    const QPoint start = MenuWorld::kAnchor.center();
+    User::release(start);
+    EXPECT_EQ(world.takeLog(), "");
+    User::moveTo(start + QPoint(1, 1), Qt::LeftButton);
+    User::moveTo(User::rectOf("Papers").center(), Qt::LeftButton);
+    world.rest();
+    User::moveTo(User::rectOf("two").center(), Qt::LeftButton);
+    User::release(User::rectOf("two").center());
+    EXPECT_EQ(world.takeLog(),
+              "update Papers, open Papers, off the screen, close Papers, close top, "
+              "chose two with 0 popups");
+    world.open();
+    User::moveTo(User::rectOf("Papers").center(), Qt::LeftButton);
+    User::moveTo(QPoint(750, 750), Qt::LeftButton);
+    User::release(QPoint(750, 750));
+    EXPECT_FALSE(world.presenter.isOpen());
+}
+
+TEST_F(MenuByPointer, TheDisplayMayTakeAPopupAway)
+{
+    hoverPapers();
+    User::popups()[0]->hide();
+    EXPECT_EQ(world.takeLog(), "off the screen, close Papers, close top");
+    EXPECT_TRUE(User::popups().empty());
+}
+
+} // namespace

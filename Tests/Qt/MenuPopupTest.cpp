@@ -1,0 +1,230 @@
+#include "ImageRenderer.h"
+#include "MenuWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPixmap>
+#include <QScreen>
+#include <QToolTip>
+
+using namespace quillbox;
+
+namespace {
+
+using User = PopupUser;
+
+// A picture that is drawn by nothing and counts how often it is asked what it is.
+class CountedSource final : public ImageSource {
+public:
+    explicit CountedSource(int& count) : count_(count) { }
+    ImageContent content() const override
+    {
+        ++count_;
+        return ThemedImage {};
+    }
+    std::string name() const override { return "counted"; }
+
+private:
+    int& count_;
+};
+
+std::size_t rowsInSight()
+{
+    return User::popups().back()->rows().visibleRows().size();
+}
+
+TEST(MenuPopup, AHugeListTouchesOnlyTheRowsInSight)
+{
+    ImageRenderer::dropAll();
+    int asked = 0;
+    MenuWorld world;
+    world.contents["top"] = [&] {
+        MenuWorld::Rows rows = world.numbered("file", 100'000);
+        for (const auto& row : rows)
+            row->setImage(NSImage(std::make_shared<CountedSource>(asked), { 16, 16 }));
+        return rows;
+    };
+    ASSERT_TRUE(world.open());
+    MenuPopup& popup = *User::popups()[0];
+    EXPECT_EQ(asked, 0);
+    popup.grab();
+    const auto inSight = static_cast<int>(rowsInSight());
+    EXPECT_GT(inSight, 10);
+    EXPECT_EQ(asked, inSight);
+    popup.grab();
+    User::moveTo(User::rectOf("file3").center());
+    popup.grab();
+    EXPECT_EQ(asked, inSight);
+
+    User::key(Qt::Key_End);
+    popup.grab();
+    EXPECT_LE(asked, 2 * inSight + 2);
+    EXPECT_EQ(User::selected(), "file99999");
+    EXPECT_LE(popup.geometry().bottom(), popup.screen()->availableGeometry().bottom());
+}
+
+TEST(MenuPopup, LongTitlesAreCutAndTheirTipsSayThemWhole)
+{
+    MenuWorld world;
+    const std::string longTitle = std::string(300, 'w') + "<b>end</b>";
+    world.contents["top"] = [&] {
+        MenuWorld::Rows rows = world.files({ "short", longTitle, "with path", "plain" });
+        rows[2]->setToolTip("/home/<i>a</i>/b");
+        return rows;
+    };
+    world.open();
+    MenuPopup& popup = *User::popups()[0];
+    EXPECT_LE(popup.width(), popup.screen()->availableGeometry().width() * 2 / 5);
+    EXPECT_EQ(popup.tipOf(0), "");
+    EXPECT_EQ(popup.tipOf(1).toStdString(), longTitle);
+    EXPECT_EQ(popup.tipOf(3), "");
+
+    User::moveTo("with path");
+    EXPECT_EQ(QToolTip::text(), "");
+    world.rest();
+    EXPECT_TRUE(QToolTip::isVisible());
+    EXPECT_TRUE(QToolTip::text().contains("&lt;i&gt;a")) << QToolTip::text().toStdString();
+    User::moveTo("plain");
+    world.rest();
+    User::moveTo(longTitle);
+    world.rest();
+    EXPECT_TRUE(QToolTip::text().contains("&lt;b&gt;end")) << QToolTip::text().toStdString();
+}
+
+TEST(MenuPopup, GrowsForWiderRowsThatComeInSight)
+{
+    MenuWorld world;
+    world.contents["top"] = [&] {
+        MenuWorld::Rows rows = world.numbered("f", 200);
+        rows[150]->setTitle("a title somewhat wider");
+        return rows;
+    };
+    world.open();
+    MenuPopup& popup = *User::popups()[0];
+    const QRect before = popup.geometry();
+    User::type("a");
+    EXPECT_GT(popup.width(), before.width());
+    EXPECT_EQ(popup.geometry().topLeft(), before.topLeft());
+    EXPECT_EQ(popup.tipOf(150), "");
+}
+
+TEST(MenuPopup, ScrollsByWheelAndAtItsEdges)
+{
+    MenuWorld world;
+    world.contents["top"] = [&] {
+        MenuWorld::Rows rows = world.numbered("f", 500);
+        rows[0] = world.directory("sub");
+        return rows;
+    };
+    world.contents["sub"] = [&] { return world.files({ "x" }); };
+    world.open();
+    User::moveTo("sub");
+    world.rest();
+    EXPECT_EQ(User::selected(), "sub/-");
+    User::wheel(User::rectOf("sub").center(), 2);
+    EXPECT_EQ(User::selected(), "f6");
+    User::wheel(User::rectOf("f6").center(), -100);
+    EXPECT_EQ(User::selected(), "sub");
+
+    const QRect popup = User::popups()[0]->geometry();
+    const auto firstInSight = [] { return User::popups()[0]->rows().visibleRows().front().row; };
+    User::moveTo(QPoint(popup.center().x(), popup.bottom() - 2));
+    EXPECT_EQ(User::selected(), "-");
+    world.wait(1000);
+    const std::size_t afterASecond = firstInSight();
+    EXPECT_GT(afterASecond, 10u);
+    world.wait(1000);
+    // The longer, the faster; the end of the list stops it.
+    EXPECT_GT(firstInSight(), 2 * afterASecond + 5);
+    world.wait(60'000);
+    EXPECT_FALSE(User::popups()[0]->rows().canScrollDown());
+    EXPECT_EQ(world.clock.pendingCount(), 0u);
+}
+
+TEST(MenuPopup, AnEmptyMenuGivesItsPlaceToTheReserve)
+{
+    MenuWorld world;
+    const auto empty = std::make_shared<NSMenu>("nothing");
+    const auto reserve = std::make_shared<NSMenu>("reserve");
+    EXPECT_FALSE(world.presenter.popUp(empty, MenuWorld::kAnchor, nullptr));
+    EXPECT_FALSE(world.presenter.popUp(empty, MenuWorld::kAnchor, reserve));
+    reserve->addItem(world.file("Quit"));
+    EXPECT_TRUE(world.presenter.popUp(empty, MenuWorld::kAnchor, reserve));
+    User::click("Quit");
+    EXPECT_EQ(world.takeLog(), "off the screen, chose Quit with 0 popups");
+}
+
+TEST(MenuPopup, AnEmptySubmenuShowsNothing)
+{
+    MenuWorld world;
+    world.contents["top"] = [&] { return MenuWorld::Rows { world.directory("empty") }; };
+    world.open();
+    User::moveTo("empty");
+    world.rest();
+    EXPECT_EQ(world.takeLog(), "update top, open top, update empty, open empty, close empty");
+    EXPECT_EQ(User::popups().size(), 1u);
+}
+
+TEST(MenuPopup, DescribesWhatIsOnTheScreen)
+{
+    MenuWorld world;
+    world.contents["top"] = [&] {
+        return MenuWorld::Rows { world.file("a\nb"), NSMenuItem::separatorItem(), world.directory("dir") };
+    };
+    world.contents["dir"] = [&] { return world.files({ "inside" }); };
+    EXPECT_EQ(world.presenter.describeOpenLevels(), "");
+    world.open();
+    User::type("d");
+    User::key(Qt::Key_Right);
+    const auto text = [](const QRect& rect) {
+        return std::to_string(rect.x()) + "," + std::to_string(rect.y()) + " " + std::to_string(rect.width()) + "x"
+            + std::to_string(rect.height());
+    };
+    const auto popups = User::popups();
+    EXPECT_EQ(world.presenter.describeOpenLevels(),
+              "level 0: " + text(popups[0]->geometry()) + "\n  " + text(popups[0]->rowRect(0)) + " a↵b\n  "
+                  + text(popups[0]->rowRect(1)) + " ---\n  " + text(popups[0]->rowRect(2)) + " dir\nlevel 1: "
+                  + text(popups[1]->geometry()) + "\n  " + text(popups[1]->rowRect(0)) + " inside\n");
+}
+
+// How much of a row is in the colour of the highlight.
+double highlighted(MenuPopup& popup, std::size_t row)
+{
+    const QImage picture = popup.grab(popup.rowRect(row).translated(-popup.pos())).toImage();
+    const QColor highlight = popup.palette().color(QPalette::Highlight);
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor pixel = picture.pixelColor(x, y);
+            const int distance = std::abs(pixel.red() - highlight.red()) + std::abs(pixel.green() - highlight.green())
+                + std::abs(pixel.blue() - highlight.blue());
+            count += distance < 40 ? 1 : 0;
+        }
+    return static_cast<double>(count) / (picture.width() * picture.height());
+}
+
+TEST(MenuPopup, PaintsTheHighlightOnTheSelectedRowAlone)
+{
+    MenuWorld world;
+    world.contents["top"] = [&] {
+        MenuWorld::Rows rows = world.files({ "one", "two", "three" });
+        rows.push_back(std::make_shared<NSMenuItem>("disabled"));
+        auto note = std::make_shared<NSMenuItem>();
+        note->setAttributedTitle(AttributedString("first line\nsecond line\nthird line"));
+        rows.push_back(std::move(note));
+        return rows;
+    };
+    world.open();
+    MenuPopup& popup = *User::popups()[0];
+    EXPECT_GT(popup.rowRect(4).height(), 2 * popup.fontMetrics().height());
+    User::moveTo("two");
+    EXPECT_GT(highlighted(popup, 1), 0.6);
+    for (const std::size_t row : { 0, 2, 3, 4 })
+        EXPECT_LT(highlighted(popup, row), 0.05) << row;
+    User::moveTo("disabled");
+    for (const std::size_t row : { 0, 1, 2, 3, 4 })
+        EXPECT_LT(highlighted(popup, row), 0.05) << row;
+}
+
+} // namespace

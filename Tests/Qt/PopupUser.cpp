@@ -1,0 +1,114 @@
+#include "PopupUser.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace quillbox {
+
+namespace {
+
+    void sendMouse(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons)
+    {
+        QWidget* receiver = QApplication::activePopupWidget();
+        ASSERT_TRUE(receiver);
+        QMouseEvent event(type, receiver->mapFromGlobal(position), position, button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(receiver, &event);
+    }
+
+    int depth(const NSMenu* menu)
+    {
+        int result = 0;
+        for (; menu->supermenu(); menu = menu->supermenu())
+            ++result;
+        return result;
+    }
+
+} // namespace
+
+std::vector<MenuPopup*> PopupUser::popups()
+{
+    std::vector<MenuPopup*> found;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (auto* popup = dynamic_cast<MenuPopup*>(widget); popup && popup->isVisible())
+            found.push_back(popup);
+    std::sort(found.begin(), found.end(),
+              [](auto* a, auto* b) { return depth(a->menu().get()) < depth(b->menu().get()); });
+    return found;
+}
+
+QRect PopupUser::rectOf(const std::string& title)
+{
+    for (MenuPopup* popup : popups())
+        for (const auto& visible : popup->rows().visibleRows())
+            if (popup->item(visible.row)->title() == title)
+                return popup->rowRect(visible.row);
+    ADD_FAILURE() << "no row " << title << " in sight";
+    return {};
+}
+
+std::string PopupUser::selected()
+{
+    std::string titles;
+    for (MenuPopup* popup : popups())
+        titles += (titles.empty() ? "" : "/") + (popup->selection() ? popup->item(*popup->selection())->title() : "-");
+    return titles;
+}
+
+void PopupUser::moveTo(QPoint position, Qt::MouseButtons buttons)
+{
+    sendMouse(QEvent::MouseMove, position, Qt::NoButton, buttons);
+}
+
+void PopupUser::press(QPoint position)
+{
+    sendMouse(QEvent::MouseButtonPress, position, Qt::LeftButton, Qt::LeftButton);
+}
+
+void PopupUser::release(QPoint position)
+{
+    sendMouse(QEvent::MouseButtonRelease, position, Qt::LeftButton, Qt::NoButton);
+}
+
+void PopupUser::click(QPoint position)
+{
+    moveTo(position);
+    press(position);
+    // A press outside has closed the menu, and nobody here hears of its release.
+    if (QApplication::activePopupWidget())
+        release(position);
+}
+
+void PopupUser::click(const std::string& title)
+{
+    click(rectOf(title).center());
+}
+
+void PopupUser::wheel(QPoint position, int notches)
+{
+    QWidget* receiver = QApplication::activePopupWidget();
+    ASSERT_TRUE(receiver);
+    QWheelEvent event(receiver->mapFromGlobal(position), position, {}, { 0, notches * -120 }, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(receiver, &event);
+}
+
+void PopupUser::key(int key, const QString& text)
+{
+    QWidget* receiver = QApplication::activePopupWidget();
+    ASSERT_TRUE(receiver);
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(receiver, &event);
+}
+
+void PopupUser::type(const QString& text)
+{
+    for (const QChar character : text)
+        key(character.toUpper().unicode(), character);
+}
+
+} // namespace quillbox

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "MenuPopup.h"
+#include "MenuPresenter.h"
+
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+// Uses popups of a menu on the screen as a person would: by events sent to the popup that the toolkit would
+// send them to.
+class PopupUser {
+public:
+    // The popups on the screen, the top level first.
+    static std::vector<MenuPopup*> popups();
+    // The row of that title in any open level; fails the test where it is not in sight. Global.
+    static QRect rectOf(const std::string& title);
+    // The highlighted titles from the top down, "/" between them, "-" for none.
+    static std::string selected();
+
+    static void moveTo(QPoint position, Qt::MouseButtons buttons = Qt::NoButton);
+    static void moveTo(const std::string& title) { moveTo(rectOf(title).center()); }
+    static void press(QPoint position);
+    static void release(QPoint position);
+    static void click(QPoint position);
+    static void click(const std::string& title);
+    static void wheel(QPoint position, int notches);
+    static void key(int key, const QString& text = {});
+    static void type(const QString& text);
+};
+
+} // namespace quillbox

@@ -1,0 +1,129 @@
+#include "PrivateBus.h"
+
+#include "Check.h"
+
+#include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+#include <QFile>
+#include <QTimer>
+
+namespace quillbox {
+
+namespace {
+
+    constexpr int kDeadline = 20'000;
+    const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+    const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
+
+    QString nextClientName()
+    {
+        static int count = 0;
+        return QStringLiteral("test-client-%1").arg(++count);
+    }
+
+} // namespace
+
+bool waitUntil(const std::function<bool()>& isDone)
+{
+    bool isLate = false;
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    QObject::connect(&deadline, &QTimer::timeout, [&isLate] { isLate = true; });
+    deadline.start(kDeadline);
+    while (!isDone() && !isLate)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    return isDone();
+}
+
+PrivateBus::PrivateBus() : formerAddress_(qgetenv("DBUS_SESSION_BUS_ADDRESS"))
+{
+    const QString configuration = directory_.filePath(QStringLiteral("bus.conf"));
+    QFile file(configuration);
+    QB_CHECK(file.open(QFile::WriteOnly));
+    file.write("<busconfig><type>session</type><listen>unix:path=" + directory_.filePath("bus").toUtf8()
+               + "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                 "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
+    file.close();
+    daemon_.start(QStringLiteral("dbus-daemon"),
+                  { QStringLiteral("--config-file=") + configuration, QStringLiteral("--nofork"),
+                    QStringLiteral("--print-address") });
+    QByteArray address;
+    while (!address.endsWith('\n') && daemon_.waitForReadyRead(kDeadline))
+        address += daemon_.readAllStandardOutput();
+    QB_CHECK(address.endsWith('\n'));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address.trimmed());
+}
+
+PrivateBus::~PrivateBus()
+{
+    stop();
+    if (formerAddress_.isEmpty())
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    else
+        qputenv("DBUS_SESSION_BUS_ADDRESS", formerAddress_);
+}
+
+void PrivateBus::stop()
+{
+    daemon_.kill();
+    daemon_.waitForFinished();
+}
+
+BusClient::BusClient()
+    : name_(nextClientName()),
+      connection_(QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), name_))
+{
+    QB_CHECK(connection_.isConnected());
+}
+
+BusClient::~BusClient()
+{
+    QDBusConnection::disconnectFromBus(name_);
+}
+
+QDBusMessage BusClient::call(const QString& service, const QString& path, const QString& interface,
+                             const QString& member, const QVariantList& arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, member);
+    message.setArguments(arguments);
+    // The watcher's signal wakes the event loop, which the call alone does not.
+    const QDBusPendingCallWatcher pending(connection_.asyncCall(message));
+    waitUntil([&pending] { return pending.isFinished(); });
+    return pending.reply();
+}
+
+FakeStatusBar::FakeStatusBar(bool hasHost) : hasHost_(hasHost)
+{
+    client_.connection().registerVirtualObject(kWatcherPath, this);
+    QB_CHECK(client_.connection().registerService(kWatcher));
+}
+
+FakeStatusBar::~FakeStatusBar()
+{
+    client_.connection().unregisterService(kWatcher);
+}
+
+void FakeStatusBar::setHasHost(bool hasHost)
+{
+    hasHost_ = hasHost;
+    client_.connection().send(QDBusMessage::createSignal(kWatcherPath, kWatcher,
+                                                         hasHost ? QStringLiteral("StatusNotifierHostRegistered")
+                                                                 : QStringLiteral("StatusNotifierHostUnregistered")));
+}
+
+bool FakeStatusBar::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+{
+    if (message.member() == QLatin1String("RegisterStatusNotifierItem")) {
+        registeredItems.append(message.arguments().at(0).toString());
+        connection.send(message.createReply());
+        return true;
+    }
+    if (message.member() == QLatin1String("Get")) {
+        connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost_))));
+        return true;
+    }
+    return false;
+}
+
+} // namespace quillbox

@@ -1,0 +1,147 @@
+#include "SingleInstance.h"
+
+#include "PrivateBus.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <thread>
+
+using namespace quillbox;
+using Outcome = SingleInstance::Outcome;
+using StartEnvironment = SingleInstance::StartEnvironment;
+
+namespace {
+
+const QString kName = QStringLiteral("org.quillbox.Quillbox");
+const QString kPath = QStringLiteral("/org/quillbox/Quillbox");
+const QString kInterface = QStringLiteral("org.freedesktop.Application");
+
+// Starts Quillbox once more, beside this thread, which answers it meanwhile.
+Outcome startAgain(StartEnvironment environment)
+{
+    std::atomic<bool> isDone = false;
+    Outcome outcome {};
+    std::thread other([&] {
+        outcome = SingleInstance(std::move(environment)).claim();
+        isDone = true;
+        QMetaObject::invokeMethod(
+            qApp, [] {}, Qt::QueuedConnection);
+    });
+    EXPECT_TRUE(waitUntil([&isDone] { return isDone.load(); }));
+    other.join();
+    return outcome;
+}
+
+// Records what a Quillbox was asked to do.
+SingleInstance::Handlers recordInto(QStringList& calls)
+{
+    return { [&calls] { calls.append("activate"); },
+             { { "quit", [&calls] { calls.append("quit"); } } },
+             [&calls](const std::string& token) { calls.append("token " + QString::fromStdString(token)); } };
+}
+
+TEST(SingleInstance, StartingAgainActivatesTheOneThatRuns)
+{
+    PrivateBus bus;
+    QStringList calls;
+    {
+        SingleInstance first({});
+        ASSERT_EQ(first.claim(), Outcome::First);
+        first.setHandlers(recordInto(calls));
+        EXPECT_EQ(startAgain({ "token-1", false }), Outcome::HandedOver);
+        EXPECT_EQ(startAgain({}), Outcome::HandedOver);
+        EXPECT_TRUE(waitUntil([&] { return calls.size() >= 3; }));
+        EXPECT_EQ(calls, (QStringList { "token token-1", "activate", "activate" }));
+    }
+    EXPECT_EQ(SingleInstance({}).claim(), Outcome::First);
+}
+
+TEST(SingleInstance, CallsThatComeBeforeTheHandlersAreKept)
+{
+    PrivateBus bus;
+    SingleInstance first({});
+    ASSERT_EQ(first.claim(), Outcome::First);
+    BusClient client;
+    QDBusMessage activate = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
+    activate.setArguments({ QVariantMap() });
+    client.connection().send(activate);
+    QStringList calls;
+    first.setHandlers(recordInto(calls));
+    EXPECT_TRUE(waitUntil([&] { return !calls.isEmpty(); }));
+    EXPECT_EQ(calls, QStringList { "activate" });
+}
+
+TEST(SingleInstance, TheActivationThatStartedItOpensNothing)
+{
+    PrivateBus bus;
+    SingleInstance first({ "", true });
+    ASSERT_EQ(first.claim(), Outcome::First);
+    QStringList calls;
+    first.setHandlers(recordInto(calls));
+    EXPECT_EQ(startAgain({ "first", false }), Outcome::HandedOver);
+    EXPECT_EQ(startAgain({ "second", false }), Outcome::HandedOver);
+    EXPECT_TRUE(waitUntil([&] { return calls.size() >= 2; }));
+    EXPECT_EQ(calls, (QStringList { "token second", "activate" }));
+}
+
+TEST(SingleInstance, AnswersFilesAndActions)
+{
+    PrivateBus bus;
+    SingleInstance first({});
+    ASSERT_EQ(first.claim(), Outcome::First);
+    QStringList calls;
+    first.setHandlers(recordInto(calls));
+    BusClient client;
+    const auto error = [&client](const QString& member, const QVariantList& arguments) {
+        return client.call(kName, kPath, kInterface, member, arguments).errorName();
+    };
+    const QVariantMap token { { "desktop-startup-id", "t" } };
+    const QString invalid = "org.freedesktop.DBus.Error.InvalidArgs";
+    EXPECT_EQ(error("Open", { QStringList { "file:///a" }, QVariantMap() }), "");
+    EXPECT_EQ(error("ActivateAction", { "quit", QVariantList(), token }), "");
+    EXPECT_EQ(error("ActivateAction", { "explode", QVariantList(), QVariantMap() }), invalid);
+    EXPECT_EQ(error("ActivateAction", { "quit" }), invalid);
+    EXPECT_TRUE(waitUntil([&] { return calls.size() >= 3; }));
+    EXPECT_EQ(calls, (QStringList { "activate", "token t", "quit" }));
+}
+
+TEST(SingleInstance, OneThatHasTheNameButNoAnswerIsReported)
+{
+    PrivateBus bus;
+    BusClient other;
+    ASSERT_TRUE(other.connection().registerService(kName));
+    EXPECT_EQ(startAgain({}), Outcome::NotAnswered);
+}
+
+TEST(SingleInstance, RunsUnguardedWithoutABus)
+{
+    PrivateBus bus;
+    const QByteArray runtimeDirectory = qgetenv("XDG_RUNTIME_DIR");
+    const QTemporaryDir empty;
+    qputenv("XDG_RUNTIME_DIR", empty.path().toUtf8());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    EXPECT_EQ(SingleInstance({}).claim(), Outcome::Unguarded);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + empty.filePath("none").toUtf8());
+    EXPECT_EQ(SingleInstance({}).claim(), Outcome::Unguarded);
+    qputenv("XDG_RUNTIME_DIR", runtimeDirectory);
+}
+
+TEST(SingleInstance, TakesTheMarksOfItsStarterOnce)
+{
+    qputenv("DESKTOP_STARTUP_ID", "startup");
+    qputenv("DBUS_STARTER_BUS_TYPE", "session");
+    const StartEnvironment first = StartEnvironment::take();
+    EXPECT_TRUE(first.isStartedByBus);
+    EXPECT_EQ(first.activationToken, "startup");
+    qputenv("XDG_ACTIVATION_TOKEN", "activation");
+    const StartEnvironment second = StartEnvironment::take();
+    EXPECT_FALSE(second.isStartedByBus);
+    EXPECT_EQ(second.activationToken, "activation");
+    qunsetenv("DESKTOP_STARTUP_ID");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+} // namespace

@@ -1,0 +1,290 @@
+#include "ManageDefaults.h"
+#include "AppDelegate.h"
+#include "MainMenuItemSaver.h"
+#include "World.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace quillbox {
+
+namespace {
+
+    using Type = MenuItemType;
+
+    MainMenuItemSaver record(Type type, const std::string& title = "t")
+    {
+        return MainMenuItemSaver(MainMenuItem(type, title));
+    }
+
+    void store(World& world, const std::vector<MainMenuItemSaver>& records, std::int64_t version = 2)
+    {
+        world.defaults.set(*MainMenuItemSaver::encodeList(records), "UserPickedMenuItems");
+        world.defaults.set(version, "MenuSaveVersion");
+        ASSERT_TRUE(world.defaults.synchronize());
+    }
+
+    std::vector<std::string> liveKinds()
+    {
+        std::vector<std::string> kinds;
+        for (const auto& item : MainMenuItem::actualMenuItems())
+            kinds.emplace_back(rawValue(item->menuItemType));
+        return kinds;
+    }
+
+    TEST(ManageDefaults, TheFirstStartShowsTheDefaultsAndWritesNothing)
+    {
+        World world;
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
+        EXPECT_EQ(liveKinds(),
+                  (std::vector<std::string> { "fixedAppPreferences", "separator", "systemSettings", "separator",
+                                              "systemApplicationsDirectory" }));
+        ASSERT_TRUE(world.defaults.synchronize());
+        EXPECT_FALSE(FileManager::defaultManager().fileExists(world.defaults.path()));
+        EXPECT_TRUE(World::loggedMessages().empty());
+    }
+
+    TEST(ManageDefaults, TheOnePreferencesEntryComesFirst)
+    {
+        using Kinds = std::vector<std::string>;
+        struct Case {
+            std::vector<Type> stored;
+            Kinds shown;
+        };
+        for (const Case& c : {
+                 Case { { Type::plaintext }, { "fixedAppPreferences", "plaintext" } },
+                 Case { { Type::plaintext, Type::fixedAppPreferences, Type::other, Type::fixedAppPreferences },
+                        { "fixedAppPreferences", "plaintext", "other" } },
+                 Case { {}, { "fixedAppPreferences" } },
+             }) {
+            World world;
+            std::vector<MainMenuItemSaver> records;
+            for (const Type type : c.stored)
+                records.push_back(record(type));
+            store(world, records);
+            ManageDefaults::loadAllFromDisk();
+            EXPECT_EQ(liveKinds(), c.shown);
+        }
+    }
+
+    struct BadValue {
+        const char* name;
+        std::function<void(World&)> make;
+        const char* message;
+        bool keepsList;
+    };
+
+    class BadValues : public testing::TestWithParam<BadValue> { };
+
+    TEST_P(BadValues, AreReportedAndChangeNothingStored)
+    {
+        World world;
+        const auto before = std::make_shared<MainMenuItem>(Type::plaintext, "before");
+        MainMenuItem::actualMenuItems() = { before };
+        GetParam().make(world);
+        ASSERT_TRUE(world.defaults.synchronize());
+        const std::string bytes = world.files.readFile("settings/defaults.plist");
+        ManageDefaults::loadAppMenusFromDisk(false);
+        EXPECT_EQ(World::loggedMessages(), std::vector<std::string> { GetParam().message });
+        if (GetParam().keepsList)
+            EXPECT_EQ(MainMenuItem::actualMenuItems(), MainMenuItem::List { before });
+        else
+            EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
+        ASSERT_TRUE(world.defaults.synchronize());
+        EXPECT_EQ(world.files.readFile("settings/defaults.plist"), bytes);
+    }
+
+    void setVersion(World& world, PropertyList version)
+    {
+        store(world, { record(Type::plaintext) });
+        world.defaults.set(std::move(version), "MenuSaveVersion");
+    }
+
+    constexpr char kUndecodable[] =
+        "PropertyListDecoder.decode() couldn't decode \"UserPickedMenuItems\" (so assuming the default menus)";
+
+    INSTANTIATE_TEST_SUITE_P(
+        Stored, BadValues,
+        testing::Values(
+            BadValue { "text", [](World& w) { w.defaults.set("text", "UserPickedMenuItems"); },
+                       "UserDefaults found a non-Data type for UserPickedMenuItems (so assuming the default menus)",
+                       false },
+            BadValue { "noPropertyList",
+                       [](World& w) {
+                           w.defaults.set(Data { 'b', 'p', 'l', 'i', 's', 't' }, "UserPickedMenuItems");
+                       },
+                       kUndecodable, false },
+            BadValue { "empty",
+                       [](World& w) {
+                           w.defaults.set(Data {}, "UserPickedMenuItems");
+                           w.defaults.set(std::int64_t { 2 }, "MenuSaveVersion");
+                       },
+                       kUndecodable, false },
+            BadValue { "currentRecordsAsVersion1", [](World& w) { setVersion(w, std::int64_t { 1 }); }, kUndecodable,
+                       false },
+            BadValue { "version3", [](World& w) { setVersion(w, std::int64_t { 3 }); },
+                       "UserDefaults prefsMenusSaveVersion had an unexpected value: 3", true },
+            BadValue { "negativeVersion", [](World& w) { setVersion(w, std::int64_t { -1 }); },
+                       "UserDefaults prefsMenusSaveVersion had an unexpected value: -1", true }),
+        [](const auto& test) { return std::string(test.param.name); });
+
+    TEST(ManageDefaults, UnknownKindsAreSkippedCountedAndStayStored)
+    {
+        World world;
+        auto first = record(Type::plaintext, "kept");
+        auto unknown = first;
+        unknown.menuItemType = "hologram";
+        store(world, { unknown, first, unknown });
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_EQ(liveKinds(), (std::vector<std::string> { "fixedAppPreferences", "plaintext" }));
+        ASSERT_EQ(World::loggedMessages().size(), 3U);
+        EXPECT_EQ(World::loggedMessages().back(),
+                  "UserPickedMenuItems contained 2 entries that coudn't be turned into actual menu-items"
+                  " (so the problem entries were skipped)");
+        EXPECT_EQ(MainMenuItemSaver::decodeList(*world.defaults.data("UserPickedMenuItems"))->size(), 3U);
+    }
+
+    TEST(ManageDefaults, SavingRemovesTheOlderKeyAndKeepsTheSetting)
+    {
+        World world;
+        world.defaults.set(std::int64_t { 1 }, "saveVersion");
+        world.defaults.set(true, "ShowDebugTab");
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_TRUE(ManageDefaults::showDebugTab());
+        ManageDefaults::saveAllToDisk();
+        EXPECT_FALSE(world.defaults.object("saveVersion"));
+        EXPECT_EQ(world.defaults.integer("MenuSaveVersion"), 2);
+        EXPECT_EQ(world.defaults.object("ShowDebugTab"), PropertyList(true));
+        world.defaults.removeObject("ShowDebugTab");
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_FALSE(ManageDefaults::showDebugTab());
+    }
+
+    TEST(ManageDefaults, SettingsThatCantBeWrittenAreReportedOnceTheEventIsOver)
+    {
+        World world;
+        world.files.writeFile("settings", "a file where the directory should be");
+        AppDelegate().applicationDidFinishLaunching();
+        world.controller = AppDelegate::statusMenuItemController();
+        AppDelegate::releaseStatusMenuItemController();
+        {
+            const NSApplication::EventScope event;
+            ManageDefaults::saveAllToDisk();
+        }
+        EXPECT_TRUE(world.desktop.alerts.empty());
+        world.clock.advance(std::chrono::milliseconds(0));
+        ASSERT_EQ(world.desktop.alerts.size(), 1U);
+        EXPECT_EQ(world.desktop.alerts[0].messageText(), "There is a problem with the settings of Quillbox");
+        EXPECT_NE(world.desktop.alerts[0].informativeText().find(world.files.path("settings")), std::string::npos);
+        EXPECT_EQ(World::loggedMessages().size(), 1U);
+
+        world.files.remove("settings");
+        world.files.makeDirectory("settings");
+        {
+            const NSApplication::EventScope event;
+        }
+        EXPECT_EQ(UserDefaults(world.defaults.path()).integer("MenuSaveVersion"), 2) << "nothing was lost";
+    }
+
+    // A picked file of the stored list, loaded once.
+    class PickedFile : public testing::Test {
+    protected:
+        PickedFile()
+        {
+            world.files.writeFile("dir/picked.txt");
+            store(world, { MainMenuItemSaver(*pickedItem(world.files.path("dir/picked.txt"))) });
+            ManageDefaults::loadAllFromDisk();
+            loaded = item();
+        }
+        static std::shared_ptr<MainMenuItem> item() { return MainMenuItem::actualMenuItems().back(); }
+        void reload()
+        {
+            ManageDefaults::loadAppMenusFromDisk(true);
+            ASSERT_TRUE(world.defaults.synchronize());
+        }
+        // As after a restart: no reference follows the file.
+        void restart()
+        {
+            ManageDefaults::fileReferences().clear();
+            ManageDefaults::loadAllFromDisk();
+        }
+
+        World world;
+        std::shared_ptr<MainMenuItem> loaded;
+    };
+
+    TEST_F(PickedFile, ThatStaysCausesNoReload)
+    {
+        EXPECT_EQ(loaded->fileURL->path(), world.files.path("dir/picked.txt"));
+        ASSERT_EQ(ManageDefaults::fileReferences().size(), 1U);
+        EXPECT_EQ(ManageDefaults::fileReferences()[0].path, loaded->fileURL->path());
+        EXPECT_EQ(ManageDefaults::securityScopedURLs(), std::vector { *loaded->fileURL });
+        reload();
+        EXPECT_EQ(item(), loaded) << "a reload would have made new objects";
+    }
+
+    TEST_F(PickedFile, ThatIsRenamedIsFoundAndSavedAgain)
+    {
+        const auto stored = *world.defaults.data("UserPickedMenuItems");
+        const std::string renamed = world.files.rename("dir/picked.txt", "dir/new name.txt");
+        reload();
+        EXPECT_NE(item(), loaded);
+        EXPECT_EQ(item()->fileURL->path(), renamed);
+        EXPECT_EQ(item()->unixPath, renamed);
+        EXPECT_NE(*world.defaults.data("UserPickedMenuItems"), stored);
+        EXPECT_TRUE(World::loggedMessages().empty());
+    }
+
+    TEST_F(PickedFile, ThatIsRenamedWhileNothingRunsIsFoundInItsDirectory)
+    {
+        const std::string renamed = world.files.rename("dir/picked.txt", "dir/other.txt");
+        restart();
+        EXPECT_EQ(item()->fileURL->path(), renamed);
+    }
+
+    TEST_F(PickedFile, ThatIsDeletedKeepsItsBytesAndComesBack)
+    {
+        const Data bytes = *loaded->bookmarkDataRaw;
+        world.files.remove("dir/picked.txt");
+        reload();
+        EXPECT_FALSE(item()->fileURL);
+        EXPECT_EQ(item()->unixPath, world.files.path("dir/picked.txt"));
+        EXPECT_EQ(item()->bookmarkDataRaw, bytes);
+        EXPECT_TRUE(ManageDefaults::securityScopedURLs().empty());
+        EXPECT_TRUE(World::loggedMessages().empty());
+
+        world.files.writeFile("dir/picked.txt", "new");
+        reload();
+        ASSERT_TRUE(item()->fileURL);
+        EXPECT_EQ(item()->fileURL->path(), world.files.path("dir/picked.txt"));
+    }
+
+    TEST_F(PickedFile, ThatAnEditorReplacesStaysAtItsPath)
+    {
+        world.files.writeFile("dir/picked.txt.new", "edited");
+        world.files.rename("dir/picked.txt.new", "dir/picked.txt");
+        reload();
+        EXPECT_EQ(item()->fileURL->path(), world.files.path("dir/picked.txt"));
+        EXPECT_TRUE(World::loggedMessages().empty());
+    }
+
+    TEST_F(PickedFile, WhoseBookmarkIsDamagedIsReportedAtEachOpeningWhileItIsThere)
+    {
+        auto damaged = MainMenuItemSaver(*loaded);
+        damaged.bookmarkData = { 0xBA, 0xD0 };
+        store(world, { damaged });
+        ManageDefaults::loadAllFromDisk();
+        ASSERT_EQ(World::loggedMessages().size(), 2U);
+        EXPECT_TRUE(World::loggedMessages()[1].starts_with("resolvingBookmarkData() returned error: "));
+        EXPECT_FALSE(item()->fileURL);
+        reload();
+        EXPECT_EQ(World::loggedMessages().size(), 4U);
+        EXPECT_EQ(MainMenuItemSaver::decodeList(*world.defaults.data("UserPickedMenuItems"))->at(1).bookmarkData,
+                  damaged.bookmarkData);
+    }
+
+} // namespace
+
+} // namespace quillbox

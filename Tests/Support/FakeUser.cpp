@@ -1,0 +1,46 @@
+#include "FakeUser.h"
+
+#include "MenuDump.h"
+
+#include <gtest/gtest.h>
+
+namespace quillbox {
+
+FakeUser& FakeUser::open()
+{
+    EXPECT_TRUE(tracking_.open(menu_));
+    return *this;
+}
+
+std::shared_ptr<NSMenuItem> FakeUser::row(std::string_view title) const
+{
+    for (const auto& item : deepest()->itemArray()) {
+        if (item->title() == title)
+            return item;
+    }
+    return nullptr;
+}
+
+FakeUser& FakeUser::openSubmenu(std::string_view title)
+{
+    const auto item = row(title);
+    EXPECT_TRUE(item) << "no row \"" << title << "\" in\n" << sees();
+    if (item) {
+        EXPECT_TRUE(tracking_.openSubmenu(tracking_.levelCount() - 1, item)) << title;
+    }
+    return *this;
+}
+
+void FakeUser::choose(std::string_view title)
+{
+    const auto item = row(title);
+    ASSERT_TRUE(item) << "no row \"" << title << "\" in\n" << sees();
+    EXPECT_TRUE(tracking_.choose(item)) << title;
+}
+
+std::string FakeUser::sees() const
+{
+    return tracking_.isOpen() ? menuDump(*deepest()) : "(closed)";
+}
+
+} // namespace quillbox

@@ -1,0 +1,24 @@
+#include "HeadlessDesktop.h"
+
+#include "NSApplication.h"
+
+namespace quillbox {
+
+HeadlessDesktop::HeadlessDesktop()
+{
+    NSApplication::shared().setDesktop(this);
+}
+
+HeadlessDesktop::~HeadlessDesktop()
+{
+    NSApplication::shared().setDesktop(nullptr);
+}
+
+void HeadlessDesktop::runModal(const NSAlert& alert)
+{
+    alerts.push_back(alert);
+    if (duringAlert)
+        duringAlert();
+}
+
+} // namespace quillbox

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "NSWorkspace.h"
+
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+// A workspace that records what it was asked to open and gives every path an icon named after it. It is
+// the installed workspace for as long as it lives.
+class RecordingWorkspace final : public NSWorkspace {
+public:
+    RecordingWorkspace() { NSWorkspace::install(this); }
+    ~RecordingWorkspace() override { NSWorkspace::install(nullptr); }
+
+    NSImage icon(std::string_view forFile, EntryKind) override
+    {
+        return image("icon of " + std::string(forFile.substr(forFile.rfind('/') + 1)));
+    }
+    std::optional<NSImage> systemImage(std::string_view name) override
+    {
+        return hasSystemImages ? std::optional(image(std::string(name))) : std::nullopt;
+    }
+    bool open(const URL& url) override
+    {
+        opened.push_back(url.path());
+        return true;
+    }
+    bool launchApplication(const std::string& withBundleIdentifier) override
+    {
+        launched.push_back(withBundleIdentifier);
+        return true;
+    }
+
+    std::vector<std::string> opened;
+    std::vector<std::string> launched;
+    bool hasSystemImages = true;
+
+private:
+    static NSImage image(std::string name)
+    {
+        return NSImage(std::make_shared<KnownImageSource>(std::move(name), ThemedImage {}), { 32, 32 });
+    }
+};
+
+} // namespace quillbox

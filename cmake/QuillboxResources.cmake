@@ -1,0 +1,25 @@
+# The program's resources: into Resources/ of the build directory, where a program that runs from the build
+# tree looks for them, and into the places of an installed desktop program.
+
+file(GLOB_RECURSE resources CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}/Resources" "${PROJECT_SOURCE_DIR}/Resources/*")
+foreach(resource IN LISTS resources)
+    if(resource MATCHES "\\.in$")
+        string(REGEX REPLACE "\\.in$" "" name "${resource}")
+        configure_file("Resources/${resource}" "${CMAKE_BINARY_DIR}/Resources/${name}" @ONLY)
+    else()
+        configure_file("Resources/${resource}" "${CMAKE_BINARY_DIR}/Resources/${resource}" COPYONLY)
+    endif()
+endforeach()
+
+foreach(file IN ITEMS service metainfo.xml)
+    configure_file("Packaging/${QUILLBOX_IDENTIFIER}.${file}.in" "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.${file}" @ONLY)
+endforeach()
+
+install(TARGETS quillbox)
+install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/" DESTINATION "${CMAKE_INSTALL_DATADIR}/quillbox" PATTERN icons EXCLUDE)
+# The index of the installed theme is the icon theme package's.
+install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/icons/" DESTINATION "${CMAKE_INSTALL_DATADIR}/icons" PATTERN index.theme EXCLUDE)
+install(FILES "Packaging/${QUILLBOX_IDENTIFIER}.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.metainfo.xml" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.service"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")

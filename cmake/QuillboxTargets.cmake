@@ -1,0 +1,59 @@
+# What every target of the project is compiled with, and the one way to make a library of a folder.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(quillbox_flags INTERFACE)
+target_compile_options(quillbox_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Werror)
+if(QUILLBOX_SANITIZE)
+    target_compile_options(quillbox_flags INTERFACE -fsanitize=${QUILLBOX_SANITIZE} -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    target_link_options(quillbox_flags INTERFACE -fsanitize=${QUILLBOX_SANITIZE})
+endif()
+if(QUILLBOX_COVERAGE)
+    target_compile_options(quillbox_flags INTERFACE --coverage -O0)
+    target_link_options(quillbox_flags INTERFACE --coverage)
+endif()
+
+# The target "headers" compiles each header alone, so that including one never needs another one before it.
+add_custom_target(headers)
+
+# quillbox_library(<name> <folder> [PUBLIC <targets>...] [PRIVATE <targets>...])
+# Every source of the folder makes the library quillbox_<name>; its headers are included by their file name.
+function(quillbox_library name folder)
+    cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
+    file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+    add_library(quillbox_${name} STATIC ${sources} ${headers})
+    target_include_directories(quillbox_${name} PUBLIC "${PROJECT_SOURCE_DIR}/${folder}")
+    target_link_libraries(quillbox_${name} PUBLIC ${arg_PUBLIC} PRIVATE quillbox_flags ${arg_PRIVATE})
+
+    set(aloneSources)
+    foreach(header IN LISTS headers)
+        cmake_path(GET header FILENAME fileName)
+        set(alone "${CMAKE_BINARY_DIR}/headers/${name}/${fileName}.cpp")
+        file(CONFIGURE OUTPUT "${alone}" CONTENT "#include \"${fileName}\"\n")
+        list(APPEND aloneSources "${alone}")
+    endforeach()
+    add_library(quillbox_${name}_headers OBJECT EXCLUDE_FROM_ALL ${aloneSources})
+    target_link_libraries(quillbox_${name}_headers PRIVATE quillbox_${name} quillbox_flags ${arg_PRIVATE})
+    add_dependencies(headers quillbox_${name}_headers)
+endfunction()
+
+# quillbox_test(<name> <folder> <targets>...)
+# Every source of Tests/<folder> makes one GoogleTest program, its cases labelled "unit".
+function(quillbox_test name folder)
+    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Tests/${folder}/*.cpp")
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE quillbox_flags ${ARGN} GTest::gtest_main GTest::gmock)
+    gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES LABELS unit TIMEOUT 120)
+endfunction()

@@ -1,0 +1,29 @@
+"""Writes and reads bookmarks as Quillbox keeps them; the layout is described in Platform/Foundation/Bookmark.h."""
+
+import struct
+import zlib
+
+IS_DIRECTORY = 1
+
+
+def bookmark_of_path(path, is_directory=True):
+    """A bookmark that knows where the file is and not what it is: it resolves as stale, and the program that
+    resolves it saves a whole one in its place."""
+    body = (b"QBbk" + bytes([1, IS_DIRECTORY if is_directory else 0])
+            + field(path) + field(b"") + struct.pack(">IIQqI", 0, 0, 0, 0, 0) + field(b""))
+    return body + struct.pack(">I", zlib.crc32(body))
+
+
+def path_and_inode(bookmark):
+    """What a bookmark says of its file's place and inode; ValueError where it is damaged."""
+    body = bookmark[:-4]
+    if bookmark[:5] != b"QBbk\1" or struct.pack(">I", zlib.crc32(body)) != bookmark[-4:]:
+        raise ValueError("damaged bookmark")
+    length = struct.unpack_from(">I", body, 6)[0]
+    path, position = body[10:10 + length], 10 + length
+    position += 4 + struct.unpack_from(">I", body, position)[0]
+    return path, struct.unpack_from(">IIQ", body, position)[2]
+
+
+def field(contents):
+    return struct.pack(">I", len(contents)) + contents

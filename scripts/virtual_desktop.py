@@ -1,0 +1,249 @@
+"""A desktop of its own for programs that are tried without a screen: a virtual X server, a session bus, a
+window manager and a panel with a status bar, under a home directory that is thrown away afterwards.
+
+Everything started here, and everything that was started by it, is a descendant of this process (orphans come
+back to it, see PR_SET_CHILD_SUBREAPER) and is ended by VirtualDesktop.__exit__.
+"""
+
+import ctypes
+import os
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+from collections import Counter
+from pathlib import Path
+
+POLL = 0.02
+WIDTH, HEIGHT = 1280, 800
+PANEL_HEIGHT = 32
+
+PANEL_SETTINGS = f"""<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
+      <property name="icon-size" type="uint" value="16"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray">
+      <property name="square-icons" type="bool" value="true"/>
+    </property>
+  </property>
+</channel>
+"""
+
+
+class DesktopError(Exception):
+    """What was waited for and what was there instead."""
+
+
+def wait_for(what, condition, seconds=20):
+    """The first true value of `condition`, asked until then; DesktopError with `what` after the deadline."""
+    deadline = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise DesktopError(f"waited {seconds} s in vain for {what}")
+        time.sleep(POLL)
+
+
+class VirtualDesktop:
+    """Use with `with`. `log` is the file that takes what the desktop's programs print."""
+
+    def __init__(self, log):
+        self.log = open(log, "wb")
+        self.root = Path(tempfile.mkdtemp(prefix="quillbox-desktop-"))
+        self.home = self.root / "home"
+        self.pointer = (WIDTH // 2, HEIGHT // 2)
+        runtime = self.root / "runtime"
+        self.environment = {
+            "PATH": "/usr/local/bin:/usr/bin:/bin",
+            "HOME": str(self.home),
+            "XDG_CONFIG_HOME": str(self.home / ".config"),
+            "XDG_DATA_HOME": str(self.home / ".local/share"),
+            "XDG_CACHE_HOME": str(self.home / ".cache"),
+            "XDG_STATE_HOME": str(self.home / ".local/state"),
+            "XDG_RUNTIME_DIR": str(runtime),
+            "XDG_DATA_DIRS": f"{self.root / 'local/share'}:/usr/local/share:/usr/share",
+            "XDG_CURRENT_DESKTOP": "XFCE",
+            "XDG_SESSION_TYPE": "x11",
+            "LC_ALL": "C.UTF-8",
+            "TZ": "UTC",
+            "NO_AT_BRIDGE": "1",
+            "GIO_USE_VFS": "local",
+        }
+        for directory in (self.home / ".config", self.home / ".local/share", runtime):
+            directory.mkdir(parents=True)
+        runtime.chmod(0o700)
+
+    def __enter__(self):
+        ctypes.CDLL(None).prctl(36, 1, 0, 0, 0)  # PR_SET_CHILD_SUBREAPER
+        try:
+            self._start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for signal_number, seconds in ((signal.SIGTERM, 3), (signal.SIGKILL, 3)):
+            deadline = time.monotonic() + seconds
+            for pid in descendants(os.getpid()):
+                try:
+                    os.kill(pid, signal_number)
+                except ProcessLookupError:
+                    pass
+            while descendants(os.getpid()) and time.monotonic() < deadline:
+                reap()
+                time.sleep(POLL)
+        reap()
+        self.log.close()
+        shutil.rmtree(os.fsencode(self.root), ignore_errors=True)
+
+    def _start(self):
+        read_end, write_end = os.pipe()
+        server = self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24",
+                             "-nolisten", "tcp", "-noreset", "-wr"], pass_fds=[write_end])
+        os.close(write_end)
+        with os.fdopen(read_end) as number:
+            display = number.readline().strip()
+        if not display:
+            raise DesktopError(f"Xvfb did not start (exit code {server.wait()})")
+        self.environment["DISPLAY"] = f":{display}"
+
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
+        address = bus.stdout.readline().decode().strip()
+        if not address:
+            raise DesktopError("dbus-daemon did not start")
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+
+        settings = self.home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
+        settings.parent.mkdir(parents=True)
+        settings.write_text(PANEL_SETTINGS)
+        self.start(["xfwm4", "--compositor=off"])
+        self.start(["xfce4-panel", "--disable-wm-check"])
+        self.output("gdbus", "wait", "--session", "--timeout", "20", "org.kde.StatusNotifierWatcher")
+        # Programs place their menus by it: the screen without the panel, as the window manager tells.
+        wait_for("the work area below the panel", lambda: self.work_area_top() >= PANEL_HEIGHT)
+
+    def work_area_top(self):
+        area = re.search(r"= \d+, (\d+),", self.output("xprop", "-root", "_NET_WORKAREA").decode())
+        return int(area[1]) if area else 0
+
+    # --- programs ---------------------------------------------------------------------------------------------
+
+    def start(self, command, **options):
+        options.setdefault("stdout", self.log)
+        return subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL, stderr=self.log,
+                                cwd=self.home, start_new_session=True, **options)
+
+    def output(self, *command, check=True):
+        done = subprocess.run(command, env=self.environment, stdin=subprocess.DEVNULL, capture_output=True, timeout=30)
+        if check and done.returncode:
+            raise DesktopError(f"{' '.join(command)}: exit code {done.returncode}: "
+                               f"{done.stderr.decode(errors='replace').strip()}")
+        return done.stdout
+
+    def activate_action(self, name):
+        """Asks Quillbox for one of its actions, as a launcher would; returns once it was carried out."""
+        self.output("gdbus", "call", "--session", "--dest", "org.quillbox.Quillbox",
+                    "--object-path", "/org/quillbox/Quillbox",
+                    "--method", "org.freedesktop.Application.ActivateAction", name, "@av []", "@a{sv} {}")
+
+    # --- the screen -------------------------------------------------------------------------------------------
+
+    def picture(self, path):
+        self.output("import", "-silent", "-window", "root", str(path))
+
+    def panel_pixels(self):
+        """The panel's pixels, three bytes each, row by row."""
+        return self.output("import", "-silent", "-window", "root", "-crop", f"{WIDTH}x{PANEL_HEIGHT}+0+0", "+repage",
+                           "-depth", "8", "rgb:-")
+
+    def wait_for_icon(self, still_possible):
+        """The middle of the one status item's icon, once it has registered and stays where it is drawn.
+        `still_possible` is asked meanwhile and raises where there is nothing to wait for any more."""
+        wait_for("a status item", lambda: still_possible() and b"StatusNotifierItem" in self.output(
+            "gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
+            "--object-path", "/StatusNotifierWatcher", "--method", "org.freedesktop.DBus.Properties.Get",
+            "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems"))
+        seen = [None]
+
+        def drawn():
+            still_possible()
+            seen.append(self.find_icon())
+            return seen[-1] if seen[-1] == seen[-2] else None
+        return wait_for("the status item's icon on the panel", drawn)
+
+    def find_icon(self):
+        """The middle of the first thing on the panel that is not background, or None where it is empty."""
+        data = self.panel_pixels()
+        pixels = [data[i:i + 3] for i in range(0, len(data), 3)]
+        # The panel's edges have lines and a handle of their own shade; the icon is inside of them.
+        rows = range(4, PANEL_HEIGHT - 4)
+        background = Counter(pixels[y * WIDTH + x] for y in rows for x in range(4, WIDTH - 4)).most_common(1)[0][0]
+        columns = [x for x in range(4, WIDTH - 4) if any(pixels[y * WIDTH + x] != background for y in rows)]
+        if not columns:
+            return None
+        width = next((i for i, x in enumerate(columns) if x != columns[0] + i), len(columns))
+        return (columns[0] + width // 2, PANEL_HEIGHT // 2) if width >= 4 else None
+
+    def move_pointer(self, x, y):
+        """Moves the pointer as a hand does: in a straight line of many small steps."""
+        from_x, from_y = self.pointer
+        steps = max(2, max(abs(x - from_x), abs(y - from_y)) // 12)
+        command = ["xdotool"]
+        for step in range(1, steps + 1):
+            command += ["mousemove", str(from_x + (x - from_x) * step // steps),
+                        str(from_y + (y - from_y) * step // steps), "sleep", "0.004"]
+        self.output(*command)
+        self.pointer = (x, y)
+
+    def click(self, x, y, button=1):
+        self.move_pointer(x, y)
+        self.output("xdotool", "click", str(button))
+
+    def press_key(self, name):
+        self.output("xdotool", "key", name)
+
+
+def descendants(ancestor):
+    """The processes that descend from `ancestor`, those that have ended and were not waited for left out."""
+    children = {}
+    for entry in os.listdir("/proc"):
+        if entry.isdigit():
+            try:
+                state, parent = Path("/proc", entry, "stat").read_text(errors="replace").rpartition(")")[2].split()[:2]
+            except (OSError, ValueError):
+                continue
+            if state not in "ZX":
+                children.setdefault(int(parent), []).append(int(entry))
+    found, waiting = [], [ancestor]
+    while waiting:
+        for child in children.get(waiting.pop(), []):
+            found.append(child)
+            waiting.append(child)
+    return found
+
+
+def reap():
+    """Waits for the children that have ended, adopted ones among them."""
+    try:
+        while os.waitpid(-1, os.WNOHANG)[0]:
+            pass
+    except ChildProcessError:
+        pass
