@@ -9,6 +9,7 @@
 #include "NSApplication.h"
 #include "QtClock.h"
 #include "QtDesktop.h"
+#include "RecentUseIndex.h"
 #include "SingleInstance.h"
 #include "StatusMenuItemController.h"
 
@@ -40,6 +41,11 @@ namespace {
                                 error.description());
     }
 
+    void logRecentUseError(const Error& error)
+    {
+        Debug::addErrorLogEntry("RecentUseIndex", "noteOpened(path:)", __FILE__, __LINE__, false, error.description());
+    }
+
     void openPreferences()
     {
         if (const auto& controller = AppDelegate::statusMenuItemController())
@@ -49,6 +55,13 @@ namespace {
     void quit()
     {
         NSApplication::shared().terminate(nullptr);
+    }
+
+    // For whoever works on the program, and for tests of the whole of it.
+    void printOpenMenus(QtDesktop& desktop)
+    {
+        std::printf("%s(no more open menus)\n", desktop.menuPresenter().describeOpenLevels().c_str());
+        std::fflush(stdout);
     }
 
     // What a right click on the icon offers.
@@ -100,6 +113,9 @@ namespace {
         VolumeNames::install(&volumeNames);
         LinuxWorkspace workspace(bundles, showMessage);
         NSWorkspace::install(&workspace);
+        RecentUseIndex recentUse(bundles, logRecentUseError);
+        MetadataIndex::install(&recentUse);
+        workspace.setOpenedHandler([&recentUse](const std::string& path) { recentUse.noteOpened(path); });
 
         const auto takeToken = [&workspace](const std::string& token) { workspace.setActivationToken(token); };
         const auto shortMenu = std::make_shared<ShortMenu>(desktop);
@@ -108,11 +124,7 @@ namespace {
         instance.setHandlers({ openPreferences,
                                { { "preferences", openPreferences },
                                  { "quit", quit },
-                                 { "print-open-menus",
-                                   [&desktop] {
-                                       std::fputs(desktop.menuPresenter().describeOpenLevels().c_str(), stdout);
-                                       std::fflush(stdout);
-                                   } } },
+                                 { "print-open-menus", [&desktop] { printOpenMenus(desktop); } } },
                                takeToken });
 
         application.setDelegate(std::make_shared<AppDelegate>());
@@ -121,6 +133,7 @@ namespace {
         instance.setHandlers({});
         application.setDelegate(nullptr);
         AppDelegate::releaseStatusMenuItemController();
+        MetadataIndex::install(nullptr);
         NSWorkspace::install(nullptr);
         VolumeNames::install(nullptr);
         FileManager::installStandardDirectories(nullptr);

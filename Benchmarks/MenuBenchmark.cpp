@@ -166,20 +166,20 @@ namespace {
     {
         for (const std::size_t size : kSizes) {
             const auto argument = static_cast<std::int64_t>(size);
-            benchmark::RegisterBenchmark("statxLoop", statxLoop)->Arg(argument);
-            benchmark::RegisterBenchmark("listAndSort", listAndSortLoop)->Arg(argument);
-            benchmark::RegisterBenchmark("build", buildOrRelease, MenuOptionFlagsSv(), false)
+            benchmark::RegisterBenchmark("statxLoop", &statxLoop)->Arg(argument);
+            benchmark::RegisterBenchmark("listAndSort", &listAndSortLoop)->Arg(argument);
+            benchmark::RegisterBenchmark("build", &buildOrRelease, MenuOptionFlagsSv(), false)
                 ->Arg(argument)
                 ->UseManualTime();
-            benchmark::RegisterBenchmark("buildIgnoringArticles", buildOrRelease, menuOptionFlagsSv::ignoreArticles,
+            benchmark::RegisterBenchmark("buildIgnoringArticles", &buildOrRelease, menuOptionFlagsSv::ignoreArticles,
                                          false)
                 ->Arg(argument)
                 ->UseManualTime();
-            benchmark::RegisterBenchmark("release", buildOrRelease, MenuOptionFlagsSv(), true)
+            benchmark::RegisterBenchmark("release", &buildOrRelease, MenuOptionFlagsSv(), true)
                 ->Arg(argument)
                 ->UseManualTime();
         }
-        benchmark::RegisterBenchmark("topLevelMenu", topLevel);
+        benchmark::RegisterBenchmark("topLevelMenu", &topLevel);
     }
 
     int report(const RatioReporter& figures)

@@ -562,7 +562,7 @@ std::shared_ptr<NSMenuItem> StatusMenuItemController::createMenuItemForMainMenu(
     }
     Group group2 = collect(group2URLs);
 
-    const auto result = group1.firstContributor ? group1.firstContributor : group1.firstDirectory;
+    auto result = group1.firstContributor ? group1.firstContributor : group1.firstDirectory;
     if (!result) {
         const std::string message = unicode::displayText(group1URLs.front().path()) + " not found";
         logError(__LINE__, kCreateGroups, message);
@@ -745,10 +745,15 @@ StatusMenuItemController::queryRecentItems(Date lastUsedSince, std::int64_t maxA
     };
     for (std::size_t index = query.resultCount(); index > 0; --index) {
         const auto path = query.result(index - 1).copyAttribute(kMDItemPath);
-        bool isDirectory = false;
-        if (!path || !fileManager().fileExists(*path, isDirectory))
+        if (!path)
             continue;
         const std::string_view extension = path::pathExtension(*path);
+        // It could only be a document, and those are full: thousands of them may lie before the next application.
+        if (extension != "app" && !hasRoom(docs, maxDocs))
+            continue;
+        bool isDirectory = false;
+        if (!fileManager().fileExists(*path, isDirectory))
+            continue;
         if (isDirectory && !NSWorkspace::sharedWorkspace().isFilePackage(*path))
             continue;
         if (isDirectory && extension == "app") {

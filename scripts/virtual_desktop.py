@@ -45,6 +45,24 @@ PANEL_SETTINGS = f"""<?xml version="1.0" encoding="UTF-8"?>
 """
 
 
+LXQT_PANEL_SETTINGS = f"""[General]
+__userfile__=true
+panels=panel1
+
+[panel1]
+plugins=statusnotifier
+position=Top
+panelSize={PANEL_HEIGHT}
+iconSize=22
+alignment=-1
+width=100
+width-percent=true
+
+[statusnotifier]
+type=statusnotifier
+"""
+
+
 class DesktopError(Exception):
     """What was waited for and what was there instead."""
 
@@ -62,10 +80,12 @@ def wait_for(what, condition, seconds=20):
 
 
 class VirtualDesktop:
-    """Use with `with`. `log` is the file that takes what the desktop's programs print."""
+    """Use with `with`. `log` is the file that takes what the desktop's programs print. `host` is what shows status
+    items: "xfce4-panel", "lxqt-panel", "trayer" (the older protocol) or "none"."""
 
-    def __init__(self, log):
+    def __init__(self, log, host="xfce4-panel"):
         self.log = open(log, "wb")
+        self.host = host
         self.root = Path(tempfile.mkdtemp(prefix="quillbox-desktop-"))
         self.home = self.root / "home"
         self.pointer = (WIDTH // 2, HEIGHT // 2)
@@ -131,14 +151,30 @@ class VirtualDesktop:
             raise DesktopError("dbus-daemon did not start")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
 
-        settings = self.home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
-        settings.parent.mkdir(parents=True)
-        settings.write_text(PANEL_SETTINGS)
         self.start(["xfwm4", "--compositor=off"])
-        self.start(["xfce4-panel", "--disable-wm-check"])
-        self.output("gdbus", "wait", "--session", "--timeout", "20", "org.kde.StatusNotifierWatcher")
+        if self.host == "none":
+            wait_for("the window manager", lambda: b"# 0x" in self.output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+            return
+        if self.host == "trayer":
+            self.start(["trayer", "--edge", "top", "--align", "left", "--height", str(PANEL_HEIGHT), "--widthtype",
+                        "request", "--SetDockType", "true", "--SetPartialStrut", "true"])
+        elif self.host == "lxqt-panel":
+            settings = self.home / ".config/lxqt/panel.conf"
+            settings.parent.mkdir(parents=True)
+            settings.write_text(LXQT_PANEL_SETTINGS)
+            self.start(["lxqt-panel"])
+        else:
+            settings = self.home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
+            settings.parent.mkdir(parents=True)
+            settings.write_text(PANEL_SETTINGS)
+            self.start(["xfce4-panel", "--disable-wm-check"])
+        if self.has_watcher():
+            self.output("gdbus", "wait", "--session", "--timeout", "20", "org.kde.StatusNotifierWatcher")
         # Programs place their menus by it: the screen without the panel, as the window manager tells.
         wait_for("the work area below the panel", lambda: self.work_area_top() >= PANEL_HEIGHT)
+
+    def has_watcher(self):
+        return self.host.endswith("-panel")
 
     def work_area_top(self):
         area = re.search(r"= \d+, (\d+),", self.output("xprop", "-root", "_NET_WORKAREA").decode())
@@ -174,13 +210,14 @@ class VirtualDesktop:
         return self.output("import", "-silent", "-window", "root", "-crop", f"{WIDTH}x{PANEL_HEIGHT}+0+0", "+repage",
                            "-depth", "8", "rgb:-")
 
-    def wait_for_icon(self, still_possible):
+    def wait_for_icon(self, still_possible=lambda: True):
         """The middle of the one status item's icon, once it has registered and stays where it is drawn.
         `still_possible` is asked meanwhile and raises where there is nothing to wait for any more."""
-        wait_for("a status item", lambda: still_possible() and b"StatusNotifierItem" in self.output(
-            "gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
-            "--object-path", "/StatusNotifierWatcher", "--method", "org.freedesktop.DBus.Properties.Get",
-            "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems"))
+        if self.has_watcher():
+            wait_for("a status item", lambda: still_possible() and re.search(rb"['\"]", self.output(
+                "gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
+                "--object-path", "/StatusNotifierWatcher", "--method", "org.freedesktop.DBus.Properties.Get",
+                "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")))
         seen = [None]
 
         def drawn():
@@ -190,6 +227,18 @@ class VirtualDesktop:
         return wait_for("the status item's icon on the panel", drawn)
 
     def find_icon(self):
+        """The middle of the icon, or None while it is not there."""
+        if self.has_watcher():
+            return self.first_on_panel()
+        # Docked in the older tray, or the program's own strip: a small window of the program's.
+        for window in self.output("xdotool", "search", "--onlyvisible", "--class", "quillbox", check=False).split():
+            values = dict(line.split("=") for line in self.output(
+                "xdotool", "getwindowgeometry", "--shell", window.decode(), check=False).decode().split())
+            if values and int(values["WIDTH"]) <= 2 * PANEL_HEIGHT:
+                return (int(values["X"]) + int(values["WIDTH"]) // 2, int(values["Y"]) + int(values["HEIGHT"]) // 2)
+        return None
+
+    def first_on_panel(self):
         """The middle of the first thing on the panel that is not background, or None where it is empty."""
         data = self.panel_pixels()
         pixels = [data[i:i + 3] for i in range(0, len(data), 3)]

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 
 namespace quillbox {
@@ -14,15 +13,14 @@ namespace {
     // The moment in "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09 +0000) ,  ...".
     std::optional<Date> cutOffOf(const std::string& text)
     {
-        static constexpr char kBefore[] = "( InRange (kMDItemLastUsedDate ,          $time.iso(";
-        static constexpr char kAfter[] = ") ,          $time.today(+1d)    ))";
-        static constexpr std::size_t kDateLength = std::strlen("2024-03-05 14:07:09 +0000");
-        const std::size_t before = std::strlen(kBefore);
-        if (text.size() != before + kDateLength + std::strlen(kAfter) || text.compare(0, before, kBefore) != 0
-            || text.compare(before + kDateLength, std::string::npos, kAfter) != 0)
+        static constexpr std::string_view kBefore = "( InRange (kMDItemLastUsedDate ,          $time.iso(";
+        static constexpr std::string_view kAfter = ") ,          $time.today(+1d)    ))";
+        static constexpr std::size_t kDateLength = std::string_view("2024-03-05 14:07:09 +0000").size();
+        if (text.size() != kBefore.size() + kDateLength + kAfter.size() || !text.starts_with(kBefore)
+            || !text.ends_with(kAfter))
             return std::nullopt;
         std::tm parts {};
-        const std::string date = text.substr(before, kDateLength);
+        const std::string date = text.substr(kBefore.size(), kDateLength);
         int parsed = 0;
         if (std::sscanf(date.c_str(), "%4d-%2d-%2d %2d:%2d:%2d +0000%n", &parts.tm_year, &parts.tm_mon, &parts.tm_mday,
                         &parts.tm_hour, &parts.tm_min, &parts.tm_sec, &parsed)

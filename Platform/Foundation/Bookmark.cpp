@@ -1,20 +1,15 @@
 #include "Bookmark.h"
 
-#include "FileDescriptor.h"
-#include "LiveFileReferences.h"
+#include "BookmarkSearch.h"
 #include "MountTable.h"
 #include "URL.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
-#include <map>
-#include <memory>
 #include <optional>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
 
 namespace quillbox {
 
@@ -27,9 +22,6 @@ namespace {
     constexpr unsigned kHasBirth = 4;
     constexpr unsigned kAllBits = 7;
     constexpr std::size_t kChecksumSize = 4;
-    // How many entries of the old directory are looked through for a file that has left its path: a listing
-    // of that many names costs some ten milliseconds, and a missing file is asked for at every opening.
-    constexpr int kMaximumSearched = 20000;
 
     std::uint32_t crc32(const std::uint8_t* bytes, std::size_t count)
     {
@@ -122,66 +114,18 @@ namespace {
         if (::name_to_handle_at(AT_FDCWD, path.c_str(), handle, &mountId, 0) != 0
             || handle->handle_bytes > kMaximumHandle)
             return {};
+        // These make up the numbers in it afresh at every mounting.
+        constexpr std::array<std::string_view, 3> kPassing { "exfat", "msdos", "vfat" };
+        const MountTable::Mount* mount = MountTable::current().find(static_cast<std::uint64_t>(mountId));
+        if (mount
+            && (mount->type.starts_with("fuse")
+                || std::find(kPassing.begin(), kPassing.end(), mount->type) != kPassing.end()))
+            return {};
         FieldWriter writer;
         writer.number(static_cast<std::uint32_t>(handle->handle_type), 4);
         const unsigned char* first = storage.data() + offsetof(file_handle, f_handle);
         writer.bytes.insert(writer.bytes.end(), first, first + handle->handle_bytes);
         return writer.bytes;
-    }
-
-    // The UUID of the file system that the file was reached through. Some file systems give their files
-    // device numbers that no device has; then the mount's source tells.
-    std::string uuidOfFile(const FileStatus& file)
-    {
-        static std::map<std::pair<dev_t, std::uint64_t>, std::string> known;
-        static std::uint64_t knownGeneration = 0;
-        const MountTable& mounts = MountTable::current();
-        if (std::exchange(knownGeneration, mounts.generation()) != mounts.generation())
-            known.clear();
-        const dev_t device = makedev(file.identity.deviceMajor, file.identity.deviceMinor);
-        const std::uint64_t mountId = file.mountId.value_or(0);
-        const auto [entry, isNew] = known.try_emplace({ device, mountId });
-        if (isNew) {
-            entry->second = fileSystemUUID(device);
-            struct stat source { };
-            if (entry->second.empty() && ::stat(mounts.source(mountId).c_str(), &source) == 0
-                && S_ISBLK(source.st_mode))
-                entry->second = fileSystemUUID(source.st_rdev);
-        }
-        return entry->second;
-    }
-
-    // Where in the directory the file lies under another name; none where it is not among the first
-    // kMaximumSearched entries.
-    std::optional<std::string> searchDirectory(const std::string& directory, const Bookmark& wanted)
-    {
-        const std::unique_ptr<DIR, int (*)(DIR*)> opened(::opendir(directory.c_str()), ::closedir);
-        for (int searched = 0; opened && searched < kMaximumSearched; ++searched) {
-            const dirent* entry = ::readdir(opened.get());
-            if (!entry)
-                break;
-            if (entry->d_ino != wanted.identity.inode)
-                continue;
-            const std::string candidate = path::appending(directory, entry->d_name);
-            const Result<Bookmark> found = Bookmark::ofPath(candidate);
-            if (found && found->isSameFile(wanted))
-                return candidate;
-        }
-        return std::nullopt;
-    }
-
-    // With nothing at the bookmark's path. Wider searches (the directory above, other mounts) belong after
-    // the last step here.
-    std::optional<std::string> findMoved(const Bookmark& bookmark)
-    {
-        const auto isWanted = [&](const FileIdentity& identity) {
-            Bookmark candidate = bookmark;
-            candidate.identity = identity;
-            return identity.inode == bookmark.identity.inode && candidate.isSameFile(bookmark);
-        };
-        if (std::optional<std::string> path = pathOfLiveReference(isWanted))
-            return path;
-        return searchDirectory(std::string(path::deletingLastPathComponent(bookmark.path)), bookmark);
     }
 
     URL urlOf(const std::string& path, const Bookmark& bookmark)
@@ -191,18 +135,6 @@ namespace {
 
 } // namespace
 
-std::string fileSystemUUID(dev_t device, const std::string& linksDirectory)
-{
-    const std::unique_ptr<DIR, int (*)(DIR*)> links(::opendir(linksDirectory.c_str()), ::closedir);
-    while (const dirent* link = links ? ::readdir(links.get()) : nullptr) {
-        struct stat status { };
-        if (link->d_name[0] != '.' && ::fstatat(::dirfd(links.get()), link->d_name, &status, 0) == 0
-            && (S_ISBLK(status.st_mode) || S_ISCHR(status.st_mode)) && status.st_rdev == device)
-            return link->d_name;
-    }
-    return {};
-}
-
 bool Bookmark::isSameFile(const Bookmark& other) const
 {
     if (identity.inode != other.identity.inode)
@@ -210,8 +142,7 @@ bool Bookmark::isSameFile(const Bookmark& other) const
     const bool knowBirths = identity.birth && other.identity.birth;
     if (knowBirths && identity.birth != other.identity.birth)
         return false;
-    const bool knowHandles = !handle.empty() && !other.handle.empty();
-    if (!knowBirths && knowHandles && handle != other.handle)
+    if (!handle.empty() && !other.handle.empty() && handle != other.handle)
         return false;
     if (!fileSystemUUID.empty() && !other.fileSystemUUID.empty())
         return fileSystemUUID == other.fileSystemUUID;
@@ -228,7 +159,9 @@ Result<Bookmark> Bookmark::ofPath(const std::string& path)
     Bookmark bookmark;
     bookmark.path = path;
     bookmark.isDirectory = file->isDirectory;
-    bookmark.fileSystemUUID = uuidOfFile(*file);
+    const MountTable& table = MountTable::current();
+    if (const MountTable::Mount* mount = table.find(file->mountId))
+        bookmark.fileSystemUUID = table.fileSystemUUID(*mount);
     bookmark.identity = file->identity;
     bookmark.handle = handleOfPath(path);
     return bookmark;
@@ -311,7 +244,7 @@ Result<URL> URL::resolvingBookmarkData(const Data& data, bool& isStale)
     }
     if (present.error().code != ENOENT && present.error().code != ENOTDIR)
         return present.error();
-    if (const std::optional<std::string> found = findMoved(*bookmark)) {
+    if (const std::optional<std::string> found = findMovedFile(*bookmark)) {
         isStale = true;
         return urlOf(*found, *bookmark);
     }

@@ -3,9 +3,14 @@
 #include "URL.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
 #include <poll.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 namespace quillbox {
 
@@ -51,15 +56,31 @@ namespace {
         return parts;
     }
 
+    std::string linkToDevice(dev_t device, const std::string& linksDirectory)
+    {
+        const std::unique_ptr<DIR, int (*)(DIR*)> links(::opendir(linksDirectory.c_str()), ::closedir);
+        while (const dirent* link = links ? ::readdir(links.get()) : nullptr) {
+            struct stat status { };
+            if (link->d_name[0] != '.' && ::fstatat(::dirfd(links.get()), link->d_name, &status, 0) == 0
+                && S_ISBLK(status.st_mode) && status.st_rdev == device)
+                return link->d_name;
+        }
+        return {};
+    }
+
+    template <class Number>
+    bool readNumber(std::string_view text, Number& number)
+    {
+        return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+    }
+
 } // namespace
 
 const MountTable& MountTable::current()
 {
     static MountTable table;
-    if (table.hasChanged()) {
+    if (table.hasChanged())
         table.parse(readTable());
-        ++table.generation_;
-    }
     return table;
 }
 
@@ -75,27 +96,45 @@ bool MountTable::hasChanged()
 
 void MountTable::parse(std::string_view mountinfo)
 {
-    roots_.clear();
+    mounts_.clear();
     namesByDirectory_.clear();
-    sources_.clear();
+    knownUUIDs_.clear();
     for (const std::string_view line : split(mountinfo, '\n')) {
         // "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw": optional fields end at the dash.
         const std::vector<std::string_view> fields = split(line, ' ');
-        std::uint64_t id = 0;
-        if (fields.size() < 7
-            || std::from_chars(fields[0].data(), fields[0].data() + fields[0].size(), id).ec != std::errc())
+        if (fields.size() < 7)
             continue;
-        std::string root = unescaped(fields[4]);
+        Mount mount;
+        unsigned major = 0;
+        unsigned minor = 0;
+        const std::size_t colon = std::min(fields[2].find(':'), fields[2].size() - 1);
+        if (!readNumber(fields[0], mount.id) || !readNumber(fields[2].substr(0, colon), major)
+            || !readNumber(fields[2].substr(colon + 1), minor))
+            continue;
+        mount.device = makedev(major, minor);
+        mount.mountPoint = unescaped(fields[4]);
         for (std::size_t i = 6; i + 2 < fields.size(); ++i) {
             if (fields[i] == "-") {
-                sources_[id] = unescaped(fields[i + 2]);
+                mount.type = unescaped(fields[i + 1]);
+                mount.source = unescaped(fields[i + 2]);
                 break;
             }
         }
-        namesByDirectory_[std::string(path::deletingLastPathComponent(root))].emplace_back(
-            path::lastPathComponent(root));
-        roots_.insert(std::move(root));
+        namesByDirectory_[std::string(path::deletingLastPathComponent(mount.mountPoint))].emplace_back(
+            path::lastPathComponent(mount.mountPoint));
+        mounts_.push_back(std::move(mount));
     }
+}
+
+bool MountTable::Mount::isRemote() const
+{
+    constexpr std::array<std::string_view, 12> kRemoteTypes { "9p",     "afs",   "autofs", "ceph", "cifs", "coda",
+                                                              "lustre", "ncpfs", "nfs",    "nfs4", "smb3", "smbfs" };
+    if (std::find(kRemoteTypes.begin(), kRemoteTypes.end(), type) != kRemoteTypes.end())
+        return true;
+    // A program serves it. With a device or an image of this machine it reads that.
+    const bool isServed = type == "fuse" || type.starts_with("fuse.");
+    return isServed && (!source.starts_with('/') || source.starts_with("//"));
 }
 
 std::unordered_set<std::string> MountTable::mountPointsIn(const std::string& directoryPath) const
@@ -106,11 +145,30 @@ std::unordered_set<std::string> MountTable::mountPointsIn(const std::string& dir
     return { found->second.begin(), found->second.end() };
 }
 
-const std::string& MountTable::source(std::uint64_t mountId) const
+std::string MountTable::Mount::deviceLink(const std::string& linksDirectory) const
 {
-    static const std::string kNone;
-    const auto found = sources_.find(mountId);
-    return found == sources_.end() ? kNone : found->second;
+    std::string name = linkToDevice(device, linksDirectory);
+    struct stat sourceStatus { };
+    // Some file systems give their files device numbers that no device has.
+    if (name.empty() && source.starts_with('/') && ::stat(source.c_str(), &sourceStatus) == 0
+        && S_ISBLK(sourceStatus.st_mode))
+        name = linkToDevice(sourceStatus.st_rdev, linksDirectory);
+    return name;
+}
+
+const std::string& MountTable::fileSystemUUID(const Mount& mount) const
+{
+    const auto [entry, isNew] = knownUUIDs_.try_emplace(mount.id);
+    if (isNew)
+        entry->second = mount.deviceLink("/dev/disk/by-uuid");
+    return entry->second;
+}
+
+const MountTable::Mount* MountTable::find(std::optional<std::uint64_t> mountId) const
+{
+    const auto found = std::find_if(mounts_.begin(), mounts_.end(),
+                                    [&](const Mount& mount) { return mountId && mount.id == *mountId; });
+    return found == mounts_.end() ? nullptr : &*found;
 }
 
 } // namespace quillbox

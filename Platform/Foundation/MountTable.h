@@ -10,6 +10,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace quillbox {
 
 // Where file systems are mounted, as this process sees them. Asked for by listings and by whoever needs to
@@ -17,16 +19,34 @@ namespace quillbox {
 // a question costs one poll(). Where there is no such table, nothing is mounted anywhere.
 class MountTable {
 public:
+    struct Mount {
+        std::uint64_t id = 0;
+        dev_t device = 0;
+        // Absolute, without links.
+        std::string mountPoint;
+        std::string type;
+        // What is mounted: a device, an image file, "host:/path", or a word that means nothing.
+        std::string source;
+
+        // Whether asking it for anything may wait for another computer, or for a program that does.
+        bool isRemote() const;
+        // The name of the link to its device among those in the directory ("/dev/disk/by-uuid",
+        // "/dev/disk/by-label"); empty where there is none. Does not touch the mount.
+        std::string deviceLink(const std::string& linksDirectory) const;
+    };
+
     // The process's table, brought up to date. The reference is good until the next call.
     static const MountTable& current();
 
-    bool isMountRoot(const std::string& path) const { return roots_.contains(path); }
     // The names directly in the directory that something is mounted on. The path must have no links in it.
     std::unordered_set<std::string> mountPointsIn(const std::string& directoryPath) const;
-    // The device (or other source) of the mount with this id; empty where it is not known.
-    const std::string& source(std::uint64_t mountId) const;
-    // Changes whenever the table does.
-    std::uint64_t generation() const { return generation_; }
+    // Null where no mount has the id.
+    const Mount* find(std::optional<std::uint64_t> mountId) const;
+    // In the order of mounting.
+    const std::vector<Mount>& mounts() const { return mounts_; }
+    // The UUID of what is mounted, by the links that the system keeps; empty where it is not known. `mount` is
+    // one of these, or a copy.
+    const std::string& fileSystemUUID(const Mount& mount) const;
 
     // Reads the lines of a mountinfo file; lines that can't be read are passed over.
     void parse(std::string_view mountinfo);
@@ -35,10 +55,9 @@ private:
     bool hasChanged();
 
     FileDescriptor watched_;
-    std::uint64_t generation_ = 0;
-    std::unordered_set<std::string> roots_;
+    std::vector<Mount> mounts_;
+    mutable std::unordered_map<std::uint64_t, std::string> knownUUIDs_;
     std::unordered_map<std::string, std::vector<std::string>> namesByDirectory_;
-    std::unordered_map<std::uint64_t, std::string> sources_;
 };
 
 } // namespace quillbox

@@ -54,7 +54,8 @@ Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
     struct statx status { };
     // Not mounting an automount: looking at the entry is all that was asked.
     if (!isNameable
-        || ::statx(AT_FDCWD, path_.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &status) != 0)
+        || ::statx(AT_FDCWD, path_.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_MNT_ID, &status)
+            != 0)
         return Error::fromErrno(isNameable ? errno : ENOENT, "couldn't look at", path_);
 
     const std::string_view name = lastPathComponent();
@@ -75,11 +76,13 @@ Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
     if (asked(URLResourceKey::isSymbolicLink))
         values.isSymbolicLink = S_ISLNK(status.stx_mode);
     if (asked(URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName)) {
-        const bool isVolume = MountTable::current().isMountRoot(path_);
+        const bool isVolume = isDirectory && (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
         if (asked(URLResourceKey::isVolume))
             values.isVolume = isVolume;
-        if (isVolume && installedVolumeNames && asked(URLResourceKey::volumeLocalizedName))
-            values.volumeLocalizedName = installedVolumeNames->localizedName(path_);
+        // By the mount's own path, which has no links on the way.
+        const MountTable::Mount* mount = isVolume ? MountTable::current().find(status.stx_mnt_id) : nullptr;
+        if (mount && installedVolumeNames && asked(URLResourceKey::volumeLocalizedName))
+            values.volumeLocalizedName = installedVolumeNames->localizedName(mount->mountPoint);
     }
     return values;
 }

@@ -1,6 +1,7 @@
 #include "UserDefaults.h"
 
 #include "Bundle.h"
+#include "DamagedFile.h"
 #include "FileContents.h"
 #include "FileManager.h"
 #include "URL.h"
@@ -8,9 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <limits>
 #include <map>
 #include <sys/stat.h>
@@ -38,43 +37,6 @@ namespace {
     FileStamp stampOf(const struct stat& status)
     {
         return { status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec };
-    }
-
-    // A name beside the file that nothing has yet.
-    std::string nameForDamaged(const std::string& path, int attempt)
-    {
-        // "2001-02-03 04:05:06 +0000" becomes "20010203-040506".
-        std::string time = Date::now().description().substr(0, 19);
-        std::replace(time.begin(), time.end(), ' ', '.');
-        std::erase_if(time, [](char c) { return c == '-' || c == ':'; });
-        std::replace(time.begin(), time.end(), '.', '-');
-        return path + ".damaged-" + time + (attempt == 0 ? "" : "-" + std::to_string(attempt + 1));
-    }
-
-    // Moves without replacing anything. Gives the error number, or 0.
-    int renameWithoutReplacing(const std::string& from, const std::string& to)
-    {
-        if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-            return 0;
-        if (errno != EINVAL && errno != ENOSYS)
-            return errno;
-        // The file system doesn't know that flag.
-        if (::link(from.c_str(), to.c_str()) != 0)
-            return errno;
-        return ::unlink(from.c_str()) == 0 ? 0 : errno;
-    }
-
-    Result<std::string> setAside(const std::string& path)
-    {
-        constexpr int kAttempts = 1000;
-        int error = EEXIST;
-        for (int attempt = 0; attempt < kAttempts && error == EEXIST; ++attempt) {
-            const std::string name = nameForDamaged(path, attempt);
-            error = renameWithoutReplacing(path, name);
-            if (error == 0)
-                return name;
-        }
-        return Error::fromErrno(error, "the settings are damaged, and couldn't be set aside to be replaced:", path);
     }
 
     std::int64_t integerFromReal(double real)
@@ -181,9 +143,10 @@ struct UserDefaults::State {
 
     void moveDamagedAside()
     {
-        const Result<std::string> kept = setAside(path);
+        const Result<std::string> kept = setDamagedFileAside(path);
         if (!kept) {
-            failReading(kept.error());
+            failReading(Error::fromErrno(kept.error().code,
+                                         "the settings are damaged, and couldn't be set aside to be replaced:", path));
             return;
         }
         finishReading({}, std::nullopt);

@@ -31,6 +31,7 @@ namespace {
         bundle.title = kind == BundleKind::application ? entry.name : file.desktopId;
         bundle.desktopId = file.desktopId;
         bundle.entryPath = file.path;
+        bundle.program = entry.program;
         bundle.info = infoFor(entry, file.desktopId);
         return bundle;
     }
@@ -49,6 +50,8 @@ void ApplicationBundles::bringUpToDate()
     if (!isStateLoaded_) {
         state_ = BundleState::load(stateFile(), environment_);
         isStateLoaded_ = true;
+        if (state_)
+            applications_ = state_->applications;
     }
     if (!state_ || !state_->isCurrent())
         update();
@@ -58,7 +61,16 @@ void ApplicationBundles::update()
 {
     ++generation_;
     BundleState state(environment_);
-    std::vector<Error> errors = store_.bringTo(plan(state));
+    std::vector<PlannedBundle> bundles = plan(state);
+    std::vector<Error> errors = store_.bringTo(bundles);
+    for (PlannedBundle& bundle : bundles) {
+        if (bundle.kind == BundleKind::application) {
+            state.applications.push_back({ std::move(bundle.path), std::move(bundle.desktopId),
+                                           std::move(bundle.entryPath), std::move(bundle.program),
+                                           std::move(bundle.title) });
+        }
+    }
+    applications_ = state.applications;
     for (const std::string& directory : store_.directories())
         state.watchOwn(directory);
     if (errors.empty()) {

@@ -33,6 +33,8 @@ public:
     std::optional<std::string> entryFile(const std::string& desktopId) const;
     // That of the running desktop's settings program.
     std::optional<std::string> settingsProgramEntry() const;
+    // Those that have a bundle, as they were when last brought up to date.
+    const std::vector<InstalledApplication>& applications() const { return applications_; }
     // How often the entries have been read: who keeps what they say can tell by it when to ask again.
     unsigned generation() const { return generation_; }
     const XdgEnvironment& environment() const { return environment_; }
@@ -51,6 +53,7 @@ private:
     BundleStore store_;
     std::optional<BundleState> state_;
     bool isStateLoaded_ = false;
+    std::vector<InstalledApplication> applications_;
     unsigned generation_ = 0;
     std::vector<Error> reported_;
 };

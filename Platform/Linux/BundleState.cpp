@@ -3,11 +3,8 @@
 #include "FileContents.h"
 #include "RegenerableFile.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <fstream>
 #include <string_view>
 
@@ -15,13 +12,14 @@ namespace quillbox {
 
 namespace {
 
-    constexpr std::string_view kFormat = "quillbox bundles 1";
+    constexpr std::string_view kFormat = "quillbox bundles 2";
     constexpr std::string_view kEnd = "end";
     constexpr std::size_t kLargestStateFile = 64 << 20;
-
-    // Time stamps of some file systems move in steps of this size: what was written this short a time ago may be
-    // written again under the same stamp.
-    constexpr std::int64_t kStampStep = 20'000'000;
+    // All of them, in the order they are stored.
+    constexpr std::string InstalledApplication::*kApplicationFields[] = {
+        &InstalledApplication::path,    &InstalledApplication::desktopId, &InstalledApplication::entryPath,
+        &InstalledApplication::program, &InstalledApplication::title,
+    };
 
     std::string bootIdentifier()
     {
@@ -73,26 +71,11 @@ namespace {
 
 } // namespace
 
-FileStamp FileStamp::of(const std::string& path)
-{
-    struct stat status { };
-    if (stat(path.c_str(), &status) != 0)
-        return {};
-    return { status.st_ino, status.st_size, status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec };
-}
-
 BundleState::BundleState(const XdgEnvironment& environment) : environment_(environment) { }
 
 void BundleState::watch(const std::string& path)
 {
-    FileStamp stamp = FileStamp::of(path);
-    const std::int64_t now =
-        std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::system_clock::now().time_since_epoch())
-            .count();
-    // Equal to no real stamp, so that the next look is a real one.
-    if (stamp.modified > now - kStampStep && stamp.modified <= now + kStampStep)
-        stamp.modified = -1;
-    paths_.push_back({ path, stamp });
+    paths_.push_back({ path, FileStamp::settledOf(path) });
 }
 
 void BundleState::watchOwn(const std::string& path)
@@ -133,6 +116,11 @@ std::string BundleState::serialized() const
         append(text, program.name);
         append(text, program.isFound ? "1" : "0");
     }
+    append(text, std::to_string(applications.size()));
+    for (const InstalledApplication& application : applications) {
+        for (const auto field : kApplicationFields)
+            append(text, application.*field);
+    }
     append(text, kEnd);
     return text;
 }
@@ -162,6 +150,17 @@ std::optional<BundleState> BundleState::load(const std::string& file, const XdgE
         if (!name || !fields.takes(isFound))
             return std::nullopt;
         state.programs_.push_back({ std::string(*name), isFound != 0 });
+    }
+    if (!fields.takes(count))
+        return std::nullopt;
+    while (count-- > 0) {
+        InstalledApplication& application = state.applications.emplace_back();
+        for (const auto field : kApplicationFields) {
+            const auto value = fields.next();
+            if (!value)
+                return std::nullopt;
+            application.*field = *value;
+        }
     }
     if (!fields.takes(kEnd) || !fields.isEmpty())
         return std::nullopt;

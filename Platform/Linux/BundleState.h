@@ -1,29 +1,29 @@
 #pragma once
 
+#include "FileStamp.h"
 #include "Result.h"
 #include "XdgEnvironment.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace quillbox {
 
-// What one stat call told of a path, its target's where it is a link. All zero where nothing is there.
-struct FileStamp {
-    std::uint64_t inode = 0;
-    std::int64_t size = 0;
-    // Nanoseconds since 1970.
-    std::int64_t modified = 0;
-
-    static FileStamp of(const std::string& path);
-    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+// An application that has a bundle: the bundle's path and what its desktop entry said when it was made.
+struct InstalledApplication {
+    std::string path;
+    std::string desktopId;
+    std::string entryPath;
+    // The first word of Exec; empty where the entry has none.
+    std::string program;
+    std::string title;
 };
 
 // Everything that the application bundles were made from, as it was then, so that a later look can tell whether
-// anything has changed: the environment, paths and the programs that entries depend on. It is kept on disk beside the
-// bundles and holds for one run of the system only: after a crash the bundles are looked at again.
+// anything has changed: the environment, paths and the programs that entries depend on; and the applications that came
+// of it. It is kept on disk beside the bundles and holds for one run of the system only: after a crash the bundles are
+// looked at again.
 class BundleState {
 public:
     explicit BundleState(const XdgEnvironment& environment);
@@ -35,6 +35,8 @@ public:
     void watchOwn(const std::string& path);
 
     bool isCurrent() const;
+
+    std::vector<InstalledApplication> applications;
 
     // None where there is no such file, or it is damaged or of another environment or run of the system.
     static std::optional<BundleState> load(const std::string& file, const XdgEnvironment& environment);

@@ -69,9 +69,9 @@ namespace {
     // Brings one store to one plan; used once.
     class Update {
     public:
-        Update(const BundleStore& store, const std::vector<PlannedBundle>& plan) : store_(store)
+        Update(const BundleStore& store, std::vector<PlannedBundle>& plan) : store_(store)
         {
-            for (const PlannedBundle& planned : plan)
+            for (PlannedBundle& planned : plan)
                 targets_.push_back({ &planned, store.directory(planned.domain, planned.kind) });
         }
 
@@ -89,8 +89,10 @@ namespace {
                     remove(found_[index].path());
             }
             moveAside();
-            for (const Target& target : targets_)
+            for (const Target& target : targets_) {
                 bring(target);
+                target.planned->path = target.path();
+            }
             return std::move(errors_);
         }
 
@@ -98,7 +100,7 @@ namespace {
         static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
         struct Target {
-            const PlannedBundle* planned;
+            PlannedBundle* planned;
             std::string directory;
             std::string name {};
             // Index of the bundle that becomes it; kNone where one has to be made.
@@ -362,7 +364,7 @@ std::vector<std::string> BundleStore::directories() const
     return directories;
 }
 
-std::vector<Error> BundleStore::bringTo(const std::vector<PlannedBundle>& plan)
+std::vector<Error> BundleStore::bringTo(std::vector<PlannedBundle>& plan)
 {
     std::vector<Error> errors;
     for (const std::string& directory : directories()) {

@@ -20,10 +20,14 @@ struct PlannedBundle {
     std::string desktopId;
     // The desktop entry that it stands for.
     std::string entryPath;
+    // The first word of the entry's Exec.
+    std::string program;
     // The bytes of its Info.plist.
     std::string info;
     // Gets the plain name where another bundle of its directory has the same title.
     bool isFirstOfItsName = false;
+    // Where it is; the store sets it.
+    std::string path;
 };
 
 // The directories of bundles on disk, one for each domain and kind, called by the keeper of application bundles. It
@@ -40,7 +44,7 @@ public:
     std::vector<std::string> directories() const;
 
     // Goes on after a failure and gives all of them.
-    std::vector<Error> bringTo(const std::vector<PlannedBundle>& plan);
+    std::vector<Error> bringTo(std::vector<PlannedBundle>& plan);
 
     // The desktop entry that the bundle at `path` stands for; none where that is no bundle of this store.
     std::optional<std::string> entryOfBundle(const std::string& path) const;

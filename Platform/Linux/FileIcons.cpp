@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <cstring>
 
 namespace quillbox {
 
@@ -198,18 +199,37 @@ FileIcons::Source FileIcons::source(std::string_view path, EntryKind kind)
 
 FileIcons::Source FileIcons::fileSource(std::string_view path)
 {
-    const std::string_view end = ending(path);
-    const bool isWholeName = end.empty();
-    const std::string_view key = isWholeName ? path::lastPathComponent(path) : end;
-    if (const auto found = files_.find(key); found != files_.end())
+    if (const std::string_view end = ending(path); !end.empty())
+        return sourceOfEnding(end);
+    const std::string_view name = path::lastPathComponent(path);
+    if (const auto found = files_.find(name); found != files_.end())
         return found->second;
-    if (isWholeName && std::find(kWellKnownNames.begin(), kWellKnownNames.end(), key) == kWellKnownNames.end())
+    if (std::find(kWellKnownNames.begin(), kWellKnownNames.end(), name) == kWellKnownNames.end())
         return plainFile_;
-    if (files_.size() >= kMostSources)
+    std::string key(name);
+    auto source = std::make_shared<EndingSource>(key);
+    return files_.emplace(std::move(key), std::move(source)).first->second;
+}
+
+FileIcons::Source FileIcons::sourceOfEnding(std::string_view ending)
+{
+    std::uint64_t number = 0;
+    const bool isShort = ending.size() <= sizeof number;
+    if (isShort) {
+        std::memcpy(&number, ending.data(), ending.size());
+        if (const auto found = shortEndings_.find(number); found != shortEndings_.end())
+            return found->second;
+    } else if (const auto found = files_.find(ending); found != files_.end()) {
+        return found->second;
+    }
+    if (files_.size() + shortEndings_.size() >= kMostSources) {
         files_.clear();
-    std::string keyText(key);
-    auto source = std::make_shared<EndingSource>(isWholeName ? keyText : "file" + keyText);
-    return files_.emplace(std::move(keyText), std::move(source)).first->second;
+        shortEndings_.clear();
+    }
+    std::string key(ending);
+    auto source = std::make_shared<EndingSource>("file" + key);
+    return isShort ? shortEndings_.emplace(number, std::move(source)).first->second
+                   : files_.emplace(std::move(key), std::move(source)).first->second;
 }
 
 FileIcons::Source FileIcons::directorySource(std::string_view path)

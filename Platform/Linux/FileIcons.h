@@ -3,6 +3,7 @@
 #include "DirectoryListing.h"
 #include "NSImage.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -44,12 +45,15 @@ private:
 
     const Source* placeSource(std::string_view path) const;
     Source fileSource(std::string_view path);
+    Source sourceOfEnding(std::string_view ending);
     Source directorySource(std::string_view path);
     Source packageSource(std::string_view path);
 
     std::shared_ptr<const Lookup> lookup_;
     // By ending with its dot, or by the whole name of files that are known by it.
     Table files_;
+    // The same for endings that fit into a number, which is nearly all: a whole directory asks here.
+    std::unordered_map<std::uint64_t, Source> shortEndings_;
     // By path.
     Table packages_;
     // The home and the XDG user directories.

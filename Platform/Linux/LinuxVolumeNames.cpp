@@ -1,6 +1,13 @@
 #include "LinuxVolumeNames.h"
 
 #include "GLibPointer.h"
+#include "MountTable.h"
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <string_view>
+#include <vector>
 
 #include <gio/gio.h>
 #include <gio/gunixmounts.h>
@@ -18,10 +25,36 @@ namespace {
         return name && *name.get() ? std::optional<std::string>(name.get()) : std::nullopt;
     }
 
+    // What can't stand in a file name is written there as "\\x" and two hexadecimal digits.
+    std::string decodedLabel(std::string_view link)
+    {
+        std::string label;
+        for (std::size_t i = 0; i < link.size(); ++i) {
+            unsigned char byte = 0;
+            const char* end = link.data() + std::min(i + 4, link.size());
+            if (link.substr(i).starts_with("\\x") && std::from_chars(link.data() + i + 2, end, byte, 16).ptr == end
+                && link.size() >= i + 4) {
+                label += static_cast<char>(byte);
+                i += 3;
+            } else {
+                label += link[i];
+            }
+        }
+        return label;
+    }
+
 } // namespace
 
 std::optional<std::string> LinuxVolumeNames::localizedName(const std::string& mountRoot)
 {
+    const std::vector<MountTable::Mount>& table = MountTable::current().mounts();
+    // The last one mounted there is the one seen.
+    const auto mounted = std::find_if(table.rbegin(), table.rend(),
+                                      [&](const MountTable::Mount& mount) { return mount.mountPoint == mountRoot; });
+    if (mounted == table.rend())
+        return std::nullopt;
+    if (const std::string link = mounted->deviceLink(labels_); !link.empty())
+        return decodedLabel(link);
     const GLibObject<GVolumeMonitor> monitor(g_volume_monitor_get());
     const std::unique_ptr<GList, MountListRelease> mounts(g_volume_monitor_get_mounts(monitor.get()));
     for (const GList* link = mounts.get(); link; link = link->next) {

@@ -2,13 +2,21 @@
 
 #include "VolumeNames.h"
 
+#include <string>
+#include <utility>
+
 namespace quillbox {
 
-// Names volumes as the desktop's file manager does: by their label where the volume monitor knows one, else by what
+// Names volumes as the desktop's file manager does: by their label, else as the volume monitor does, else by what
 // their mount point tells. Installed once by the program; asked only for roots of mounted file systems.
 class LinuxVolumeNames final : public VolumeNames {
 public:
+    // `labels` is where the system keeps links to devices by their labels.
+    explicit LinuxVolumeNames(std::string labels = "/dev/disk/by-label") : labels_(std::move(labels)) { }
     std::optional<std::string> localizedName(const std::string& mountRoot) override;
+
+private:
+    std::string labels_;
 };
 
 } // namespace quillbox

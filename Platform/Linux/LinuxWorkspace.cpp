@@ -91,7 +91,7 @@ std::optional<NSImage> LinuxWorkspace::systemImage(std::string_view name)
 
 bool LinuxWorkspace::open(const URL& url)
 {
-    return tell(url.path(), start(url.path()));
+    return finish(url.path(), url.path(), start(url.path()));
 }
 
 Result<void> LinuxWorkspace::start(const std::string& path)
@@ -110,7 +110,7 @@ bool LinuxWorkspace::launchApplication(const std::string& withBundleIdentifier)
     const bool isSettings = withBundleIdentifier == kSettingsIdentifier;
     const auto entry = isSettings ? bundles_.settingsProgramEntry() : bundles_.entryFile(withBundleIdentifier);
     if (entry)
-        return tell(isSettings ? ApplicationBundles::kSettingsTitle : *entry, launcher_.startEntry(*entry));
+        return finish(isSettings ? ApplicationBundles::kSettingsTitle : *entry, *entry, launcher_.startEntry(*entry));
     const char* reason = isSettings ? "This desktop has no settings program that is installed."
                                     : "No application of that name is installed.";
     return tell(isSettings ? ApplicationBundles::kSettingsTitle : withBundleIdentifier, Error { 0, reason, {} });
@@ -123,6 +123,13 @@ bool LinuxWorkspace::tell(const std::string& what, const Result<void>& result) c
         showMessage_("“" + unicode::displayText(name) + "” couldn’t be opened.", result.error().description());
     }
     return result.hasValue();
+}
+
+bool LinuxWorkspace::finish(const std::string& what, const std::string& path, const Result<void>& result) const
+{
+    if (result && openedHandler_)
+        openedHandler_(path);
+    return tell(what, result);
 }
 
 } // namespace quillbox

@@ -32,15 +32,22 @@ public:
     // By desktop id, with or without its extension; "com.apple.systempreferences" is the desktop's settings program.
     bool launchApplication(const std::string& withBundleIdentifier) override;
 
+    // Is told each path that was opened, once it was: a file's, a bundle's, or for an application that was launched by
+    // its id its entry's.
+    void setOpenedHandler(std::function<void(const std::string& path)> handler) { openedHandler_ = std::move(handler); }
+
     // From the display, before the action of a click runs: lets what that action starts take the focus.
     void setActivationToken(std::string token) { launcher_.setActivationToken(std::move(token)); }
 
 private:
     Result<void> start(const std::string& path);
     bool tell(const std::string& what, const Result<void>& result) const;
+    // The same, and where `path` was opened, tells the handler.
+    bool finish(const std::string& what, const std::string& path, const Result<void>& result) const;
 
     ApplicationBundles& bundles_;
     MessageHandler showMessage_;
+    std::function<void(const std::string& path)> openedHandler_;
     ApplicationLauncher launcher_;
     FileIcons icons_;
     unsigned iconsGeneration_ = 0;

@@ -19,7 +19,7 @@ namespace {
 
     // Past this, a picture asked for is a mistake of whoever asked.
     constexpr double kLargestSide = 4096;
-    constexpr qsizetype kKeptBytes = 16 * 1024 * 1024;
+    constexpr qsizetype kKeptBytes = qsizetype { 16 } << 20;
     constexpr qsizetype kKeptContents = 4096;
 
     struct Key {

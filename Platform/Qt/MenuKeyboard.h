@@ -24,6 +24,9 @@ public:
 
     // True where the key meant something to the menu. The menu may be closed afterwards.
     bool pressed(const QKeyEvent& event);
+    // As Return and Right do with the highlighted row. The menu may be closed after the first.
+    void activateSelected();
+    void openSelected();
     // The menu has closed.
     void stop() { typedTimer_.reset(); }
 
@@ -33,8 +36,6 @@ private:
     void step(int direction);
     void selectNear(std::size_t row, int direction);
     void selectRow(std::size_t row);
-    void openSelected();
-    void activateSelected();
     bool type(const QKeyEvent& event);
     // The first selectable row from `row` on, in steps of `direction` (1 or -1), without going round.
     std::optional<std::size_t> selectableFrom(std::size_t row, int direction) const;

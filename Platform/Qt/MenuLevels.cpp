@@ -1,6 +1,7 @@
 #include "MenuLevels.h"
 
 #include "MenuPlacement.h"
+#include "MenuText.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -37,7 +38,9 @@ namespace {
 
 } // namespace
 
-MenuLevels::MenuLevels(MenuPopupEvents& events) : events_(events)
+MenuLevels::MenuLevels(MenuPopupEvents& events, AssistiveTechnology listener)
+    : events_(events),
+      accessibility_(listener)
 {
     tracking_.onTakeOffScreen = [this] { takeOffScreen(0); };
 }
@@ -70,6 +73,7 @@ bool MenuLevels::open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const s
     const Qt::LayoutDirection direction = popup->layoutDirection();
     const QRect geometry = placeBesideAnchor(popup->wantedSize(), anchor, available_, direction);
     activeLevel_ = 0;
+    popup->setName(QString::fromStdString(popup->menu()->title()));
     show(std::move(popup), geometry, direction == Qt::RightToLeft ? Qt::RightEdge : Qt::LeftEdge);
     return true;
 }
@@ -95,10 +99,14 @@ void MenuLevels::openSubmenu(std::size_t level, std::size_t row)
     }
     MenuPopup& parent = popup(level);
     parent.select(row);
+    updateFocus();
     auto child = std::make_unique<MenuPopup>(submenu, events_, available_);
     const QRect geometry = placeBesideRow(child->wantedSize(), child->firstRowTop(), parent.rowRect(row),
                                           parent.geometry(), available_, kSubmenuOverlap, child->layoutDirection());
-    parentRows_.push_back(row);
+    const std::string& title = submenu->title();
+    child->setName(title.empty() ? shownLines(*item).join(QChar(' ')) : QString::fromStdString(title));
+    parent.setOpenRow(row);
+    accessibility_.submenuChanged(parent, row);
     show(std::move(child), geometry, geometry.x() < parent.x() ? Qt::RightEdge : Qt::LeftEdge);
 }
 
@@ -124,21 +132,17 @@ std::optional<std::size_t> MenuLevels::levelAt(QPoint global) const
     return std::nullopt;
 }
 
-std::optional<std::size_t> MenuLevels::openRow(std::size_t level) const
-{
-    return level < parentRows_.size() ? std::optional(parentRows_[level]) : std::nullopt;
-}
-
 void MenuLevels::select(std::size_t level, std::optional<std::size_t> row)
 {
     const bool isSelectable = row && popup(level).isSelectable(*row);
     for (std::size_t above = 0; above < level; ++above)
-        popup(above).select(parentRows_[above]);
+        popup(above).select(openRow(above));
     popup(level).select(isSelectable ? row : std::nullopt);
     for (std::size_t below = level + 1; below < count(); ++below)
         popup(below).select(std::nullopt);
     if (isSelectable)
         activeLevel_ = level;
+    updateFocus();
 }
 
 void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge fixedEdge)
@@ -149,6 +153,8 @@ void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge
     popups_.back()->show();
     if (popups_.size() == 1)
         grab_.take(*popups_.front());
+    accessibility_.opened(*popups_.back());
+    updateFocus();
 }
 
 void MenuLevels::takeOffScreen(std::size_t count)
@@ -160,12 +166,31 @@ void MenuLevels::takeOffScreen(std::size_t count)
     while (popups_.size() > count) {
         std::unique_ptr<MenuPopup> popup = std::move(popups_.back());
         popups_.pop_back();
+        accessibility_.closing(*popup);
         MenuPopup::retire(std::move(popup));
     }
-    parentRows_.resize(count > 0 ? count - 1 : 0);
     activeLevel_ = count > 0 ? std::min(activeLevel_, count - 1) : 0;
+    if (count > 0) {
+        MenuPopup& last = *popups_.back();
+        if (const std::optional<std::size_t> row = last.openRow()) {
+            last.setOpenRow(std::nullopt);
+            accessibility_.submenuChanged(last, *row);
+        }
+    }
+    updateFocus();
     if (count == 0 && onClosed)
         onClosed();
+}
+
+void MenuLevels::updateFocus()
+{
+    for (std::size_t level = 0; level < count(); ++level)
+        popup(level).setTakesKeys(level == activeLevel_);
+    const Focus former = focus_;
+    focus_ = isOpen() ? Focus { popups_[activeLevel_].get(), popups_[activeLevel_]->selection() } : Focus {};
+    // A popup whose highlight goes keeps the focus without a word.
+    if (focus_ != former && (focus_.row || focus_.popup != former.popup) && isOpen())
+        accessibility_.focusMoved(*popups_[activeLevel_], focus_.row);
 }
 
 } // namespace quillbox

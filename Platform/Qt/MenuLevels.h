@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenuAccessible.h"
 #include "MenuPopup.h"
 #include "MenuTracking.h"
 #include "PopupGrab.h"
@@ -18,7 +19,7 @@ namespace quillbox {
 // keyboard ask for it; when they do is theirs. Levels count from 0, the menu at the top.
 class MenuLevels {
 public:
-    explicit MenuLevels(MenuPopupEvents& events);
+    MenuLevels(MenuPopupEvents& events, AssistiveTechnology listener);
     ~MenuLevels();
     MenuLevels(const MenuLevels&) = delete;
     MenuLevels& operator=(const MenuLevels&) = delete;
@@ -41,7 +42,10 @@ public:
     // The topmost popup there; none outside.
     std::optional<std::size_t> levelAt(QPoint global) const;
     // The row of `level` whose submenu is the next level; none for the last level.
-    std::optional<std::size_t> openRow(std::size_t level) const;
+    std::optional<std::size_t> openRow(std::size_t level) const
+    {
+        return level < count() ? popup(level).openRow() : std::nullopt;
+    }
 
     // Highlights a row of `level` (none: takes the highlight away), the rows that lead there, and nothing in
     // deeper levels. Rows that can't be selected count as none.
@@ -58,16 +62,24 @@ public:
 private:
     void show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge fixedEdge);
     void takeOffScreen(std::size_t count);
+    void updateFocus();
+
+    struct Focus {
+        const MenuPopup* popup = nullptr;
+        std::optional<std::size_t> row;
+        friend bool operator==(const Focus&, const Focus&) = default;
+    };
 
     MenuPopupEvents& events_;
+    MenuAccessibility accessibility_;
     MenuTracking tracking_;
     std::vector<std::unique_ptr<MenuPopup>> popups_;
     PopupGrab grab_;
-    // Of each popup but the first: the row of the level before whose submenu it shows.
-    std::vector<std::size_t> parentRows_;
     QRect anchor_;
     QRect available_;
     std::size_t activeLevel_ = 0;
+    // As assistive technologies know it.
+    Focus focus_;
 };
 
 } // namespace quillbox

@@ -60,7 +60,7 @@ void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
         edgeTimer_.reset();
         hovered_.reset();
         const std::size_t last = levels_.count() - 1;
-        levels_.popup(last).select(std::nullopt);
+        levels_.select(last, std::nullopt);
         explain(last, std::nullopt);
         return;
     }
@@ -68,7 +68,10 @@ void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
     MenuPopup& popup = levels_.popup(*level);
     const MenuPopup::Zone zone = popup.zoneAt(position);
     if (zone == MenuPopup::Zone::upperScroller || zone == MenuPopup::Zone::lowerScroller) {
-        scrollAtEdge(*level, zone == MenuPopup::Zone::upperScroller ? -1 : 1);
+        const int direction = zone == MenuPopup::Zone::upperScroller ? -1 : 1;
+        // A hand that trembles there does not put the next step off.
+        if (!edgeTimer_ || edgeLevel_ != *level || edgeDirection_ != direction)
+            scrollAtEdge(*level, direction);
         return;
     }
     edgeTimer_.reset();
@@ -228,6 +231,7 @@ void MenuPointer::scrollAtEdge(std::size_t level, int direction)
     cancelPending();
     edgeSteps_ = direction == edgeDirection_ ? edgeSteps_ + 1 : 0;
     edgeDirection_ = direction;
+    edgeLevel_ = level;
     levels_.select(level, std::nullopt);
     explain(level, std::nullopt);
     edgeTimer_ = Clock::current().after(kEdgeStep, [this, level, direction] {

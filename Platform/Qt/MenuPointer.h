@@ -59,6 +59,7 @@ private:
     bool hasDraggedIn_ = false;
     double wheelRest_ = 0;
     int edgeDirection_ = 0;
+    std::size_t edgeLevel_ = 0;
     int edgeSteps_ = 0;
     std::optional<Place> hovered_;
     std::optional<Place> explained_;

@@ -68,8 +68,10 @@ void MenuPopup::retire(std::unique_ptr<MenuPopup> popup)
 {
     popup->events_ = nullptr;
     popup->hide();
+    popup->accessibleRows_.clear();
     popup->layout_ = MenuLayout(0, {});
     popup->selection_.reset();
+    popup->openRow_.reset();
     popup->menu_.reset();
     // The event that led here may be one of its own.
     popup.release()->deleteLater();
@@ -145,6 +147,19 @@ QString MenuPopup::tipOf(std::size_t row) const
     return parts.join(QChar('\n'));
 }
 
+void MenuPopup::request(std::size_t row, RowRequest request)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, row, request] {
+            if (!events_)
+                return;
+            const NSApplication::EventScope scope;
+            events_->rowRequested(*this, row, request);
+        },
+        Qt::QueuedConnection);
+}
+
 bool MenuPopup::event(QEvent* event)
 {
     // No shortcut of a window of ours may take a key from an open menu.
@@ -191,6 +206,8 @@ void MenuPopup::changeEvent(QEvent* event)
         return;
     painter_ = MenuRowPainter(*this);
     layout_.setViewportHeight(rowsRect().height());
+    if (isVisible())
+        growToVisibleRows();
     update();
 }
 

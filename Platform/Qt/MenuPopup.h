@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenuAccessible.h"
 #include "MenuLayout.h"
 #include "MenuRowPainter.h"
 #include "NSMenu.h"
@@ -13,6 +14,9 @@ namespace quillbox {
 
 class MenuPopup;
 
+// What an assistive technology may ask of a row.
+enum class RowRequest { select, choose, openSubmenu };
+
 // What happens to the open popups, whichever of them the display gave the event to: the display gives
 // all to the one opened last. Positions are global logical pixels.
 class MenuPopupEvents {
@@ -24,6 +28,7 @@ public:
     // The pixels to scroll by, downward where positive.
     virtual void wheelTurned(QPoint position, double pixels) = 0;
     virtual void keyPressed(QKeyEvent& event) = 0;
+    virtual void rowRequested(MenuPopup& popup, std::size_t row, RowRequest request) = 0;
     // The display took the popup off the screen by itself.
     virtual void wasHidden(MenuPopup& popup) = 0;
 };
@@ -51,6 +56,9 @@ public:
     // Takes it off the screen for good and lets go of the menu and of the events; the widget itself
     // goes when the present event has ended.
     static void retire(std::unique_ptr<MenuPopup> popup);
+    // What a person who can't see it hears of it: the menu's title, else that of the row which opened it.
+    const QString& name() const { return name_; }
+    void setName(QString name) { name_ = std::move(name); }
 
     const std::shared_ptr<NSMenu>& menu() const { return menu_; }
     const std::shared_ptr<NSMenuItem>& item(std::size_t row) const { return menu_->itemArray()[row]; }
@@ -66,6 +74,12 @@ public:
     // The highlighted row.
     std::optional<std::size_t> selection() const { return selection_; }
     void select(std::optional<std::size_t> row);
+    // The row whose submenu is open.
+    std::optional<std::size_t> openRow() const { return openRow_; }
+    void setOpenRow(std::optional<std::size_t> row) { openRow_ = row; }
+    // Whether the keys act on this level.
+    bool takesKeys() const { return takesKeys_; }
+    void setTakesKeys(bool takesKeys) { takesKeys_ = takesKeys; }
     // Scrolls as far as needed; false where nothing moved.
     bool bringIntoSight(std::size_t row);
     bool scrollBy(int pixels);
@@ -73,6 +87,12 @@ public:
 
     // What the tool tip of a row says: its own tip, and its title where that is cut. Empty for none.
     QString tipOf(std::size_t row) const;
+
+    // For assistive technologies.
+    MenuAccessibleRows& accessibleRows() { return accessibleRows_; }
+    // Passes it on once the present event has ended: whoever asks over the bus has its answer before a choice
+    // closes the menu or shows an alert.
+    void request(std::size_t row, RowRequest request);
 
 protected:
     bool event(QEvent* event) override;
@@ -106,7 +126,11 @@ private:
     QRect available_;
     MenuRowPainter painter_;
     MenuLayout layout_;
+    QString name_;
     std::optional<std::size_t> selection_;
+    std::optional<std::size_t> openRow_;
+    bool takesKeys_ = false;
+    MenuAccessibleRows accessibleRows_ { *this };
     Qt::Edge fixedEdge_ = Qt::LeftEdge;
     bool isScrolling_ = false;
 };

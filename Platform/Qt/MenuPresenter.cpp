@@ -43,7 +43,7 @@ namespace {
 // event in which the menu closes can still return through them.
 class MenuPresenter::Session final : public MenuPopupEvents {
 public:
-    explicit Session(const MenuPresenter& presenter) : levels(*this)
+    Session(const MenuPresenter& presenter, AssistiveTechnology listener) : levels(*this, listener)
     {
         levels.onClosed = [this, &presenter] {
             if (pointer_)
@@ -95,16 +95,37 @@ public:
             pointer_->explain(levels.activeLevel(), levels.popup(levels.activeLevel()).selection());
     }
 
+    void rowRequested(MenuPopup& popup, std::size_t row, RowRequest request) override
+    {
+        const std::optional<std::size_t> level = levelOf(popup);
+        if (!level || !popup.isSelectable(row))
+            return;
+        pointer_->cancelPending();
+        popup.bringIntoSight(row);
+        levels.select(*level, row);
+        if (request == RowRequest::choose)
+            keyboard_->activateSelected();
+        else if (request == RowRequest::openSubmenu)
+            keyboard_->openSelected();
+    }
+
     void wasHidden(MenuPopup& popup) override
     {
-        for (std::size_t level = 0; level < levels.count(); ++level)
-            if (&levels.popup(level) == &popup)
-                levels.closeToCount(level);
+        if (const std::optional<std::size_t> level = levelOf(popup))
+            levels.closeToCount(*level);
     }
 
     MenuLevels levels;
 
 private:
+    std::optional<std::size_t> levelOf(const MenuPopup& popup) const
+    {
+        for (std::size_t level = 0; level < levels.count(); ++level)
+            if (&levels.popup(level) == &popup)
+                return level;
+        return std::nullopt;
+    }
+
     bool isSameClick(QRect anchor) const
     {
         if (!pressThatClosed_ || Clock::current().uptime() - pressThatClosed_->time > kSameClick)
@@ -124,7 +145,7 @@ private:
     std::optional<Press> pressThatClosed_;
 };
 
-MenuPresenter::MenuPresenter() : session_(std::make_unique<Session>(*this)) { }
+MenuPresenter::MenuPresenter(AssistiveTechnology listener) : session_(std::make_unique<Session>(*this, listener)) { }
 
 MenuPresenter::~MenuPresenter() = default;
 

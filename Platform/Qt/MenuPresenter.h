@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenuAccessible.h"
 #include "NSMenu.h"
 
 #include <QPoint>
@@ -17,7 +18,7 @@ namespace quillbox {
 // Owns its popups, one a level; keeps the menu alive while it is open.
 class MenuPresenter {
 public:
-    MenuPresenter();
+    explicit MenuPresenter(AssistiveTechnology listener = {});
     ~MenuPresenter();
     MenuPresenter(const MenuPresenter&) = delete;
     MenuPresenter& operator=(const MenuPresenter&) = delete;

@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cmath>
 
 namespace quillbox {
 
@@ -17,11 +18,13 @@ namespace {
     // The side of the icons that rows have, in points. Rows have room for one whether they show one or not.
     constexpr int kIconSide = 16;
 
-    int widestLine(const QFontMetrics& metrics, const QStringList& lines)
+    // Whole pixels that hold every line: with unhinted fonts and fractional scales lines end between pixels, and
+    // a line that is cut to less than it takes loses letters.
+    int widestLine(const QFontMetricsF& metrics, const QStringList& lines)
     {
         int widest = 0;
         for (const QString& line : lines)
-            widest = std::max(widest, metrics.horizontalAdvance(line));
+            widest = std::max(widest, static_cast<int>(std::ceil(metrics.horizontalAdvance(line))));
         return widest;
     }
 
@@ -72,7 +75,7 @@ int MenuRowPainter::heightOf(const NSMenuItem& item) const
 
 int MenuRowPainter::widthOf(const NSMenuItem& item) const
 {
-    return item.isSeparatorItem() ? 0 : widestLine(popup_->fontMetrics(), shownLines(item)) + widthBesideText_;
+    return item.isSeparatorItem() ? 0 : widestLine(QFontMetricsF(popup_->font()), shownLines(item)) + widthBesideText_;
 }
 
 bool MenuRowPainter::isElided(const NSMenuItem& item, int rowWidth) const

@@ -3,6 +3,7 @@
 #include "StatusItemPresenter.h"
 
 #include <QApplication>
+#include <QPixmapCache>
 #include <QWidget>
 
 namespace quillbox {
@@ -11,6 +12,9 @@ QtDesktop::QtDesktop(QApplication& application) : application_(application)
 {
     // The program lives in the status bar; its windows come and go.
     QApplication::setQuitOnLastWindowClosed(false);
+    // The toolkit's cache of pixels wakes a resting process half a minute after the last drawing. What is
+    // worth keeping, ImageRenderer keeps.
+    QPixmapCache::setCacheLimit(0);
 }
 
 QtDesktop::~QtDesktop() = default;
@@ -18,7 +22,7 @@ QtDesktop::~QtDesktop() = default;
 void QtDesktop::showStatusItem(NSStatusItem& item)
 {
     statusItem_.reset();
-    statusItem_ = std::make_unique<StatusItemPresenter>(item, menuPresenter_, shortMenu_);
+    statusItem_ = std::make_unique<StatusItemPresenter>(item, menuPresenter_, shortMenu_, menuDrawingOfSession());
     statusItem_->setActivationTokenHandler(takeActivationToken_);
 }
 

@@ -1,11 +1,11 @@
 #include "StatusItemPresenter.h"
 
 #include "Clock.h"
+#include "MenuExporter.h"
 #include "MenuPresenter.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
 #include "SessionBus.h"
-#include "ShortMenuExporter.h"
 #include "StatusNotifierItem.h"
 #include "StatusNotifierRegistration.h"
 #include "StatusStrip.h"
@@ -50,7 +50,9 @@ namespace {
 // Where the icon is follows from three facts: whether a host shows the notifier item, whether a tray has
 // docked the icon, and whether neither has been so for the time of grace.
 struct StatusItemPresenter::State {
-    State(NSStatusItem& shownItem, MenuPresenter& presenter, std::shared_ptr<NSMenu> shortMenuOfItem);
+    State(NSStatusItem& shownItem, MenuPresenter& presenter, std::shared_ptr<NSMenu> shortMenuOfItem,
+          MenuDrawing menuDrawing);
+    void showOnBus();
 
     void hostsChanged();
     void graceIsOver();
@@ -62,13 +64,15 @@ struct StatusItemPresenter::State {
     NSStatusItem& item;
     MenuPresenter& menus;
     std::shared_ptr<NSMenu> shortMenu;
+    MenuDrawing drawing;
     std::function<void(const std::string&)> onActivationToken;
 
     StatusIcon icon;
     SessionBus bus;
     // Null without a session bus.
     std::unique_ptr<StatusNotifierItem> notifierItem;
-    std::unique_ptr<ShortMenuExporter> exporter;
+    // Null where there is no menu to export either.
+    std::unique_ptr<MenuExporter> exporter;
     std::unique_ptr<StatusNotifierRegistration> registration;
     // Null without an X server.
     std::unique_ptr<TrayIcon> tray;
@@ -78,26 +82,16 @@ struct StatusItemPresenter::State {
 };
 
 StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presenter,
-                                  std::shared_ptr<NSMenu> shortMenuOfItem)
+                                  std::shared_ptr<NSMenu> shortMenuOfItem, MenuDrawing menuDrawing)
     : item(shownItem),
       menus(presenter),
       shortMenu(std::move(shortMenuOfItem)),
+      drawing(menuDrawing),
       icon(item.button() && item.button()->image ? *item.button()->image : NSImage()),
       tray(TrayIcon::create(icon))
 {
-    if (bus.isConnected()) {
-        notifierItem = std::make_unique<StatusNotifierItem>(bus.connection(), icon, shortMenu ? kMenuPath : kNoMenu);
-        notifierItem->onActivate = [this](QPoint point) { openMenu(atPoint(pointOfClick(point))); };
-        notifierItem->onContextMenu = [this](QPoint point) { openShortMenu(atPoint(pointOfClick(point))); };
-        notifierItem->onActivationToken = [this](const QString& token) {
-            if (onActivationToken)
-                onActivationToken(token.toStdString());
-        };
-        if (shortMenu)
-            exporter = std::make_unique<ShortMenuExporter>(bus.connection(), kMenuPath, shortMenu);
-        registration = std::make_unique<StatusNotifierRegistration>(bus.connection());
-        registration->onShownChanged = [this] { hostsChanged(); };
-    }
+    if (bus.isConnected())
+        showOnBus();
     if (tray) {
         tray->onChanged = [this] { hostsChanged(); };
         tray->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
@@ -107,11 +101,35 @@ StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presen
     hostsChanged();
 }
 
+void StatusItemPresenter::State::showOnBus()
+{
+    const bool isByHost = drawing == MenuDrawing::byHost;
+    const std::shared_ptr<NSMenu> exported = isByHost && item.menu() ? item.menu() : shortMenu;
+    notifierItem = std::make_unique<StatusNotifierItem>(bus.connection(), icon, exported ? kMenuPath : kNoMenu,
+                                                        exported ? drawing : MenuDrawing::byUs);
+    notifierItem->onActivate = [this](QPoint point) { openMenu(atPoint(pointOfClick(point))); };
+    notifierItem->onContextMenu = [this](QPoint point) { openShortMenu(atPoint(pointOfClick(point))); };
+    notifierItem->onActivationToken = [this](const QString& token) {
+        if (onActivationToken)
+            onActivationToken(token.toStdString());
+    };
+    if (exported) {
+        exporter = std::make_unique<MenuExporter>(bus.connection(), kMenuPath, exported, shortMenu);
+        exporter->setWillOpenHandler([this] { menus.close(); });
+    }
+    registration = std::make_unique<StatusNotifierRegistration>(bus.connection());
+    registration->onShownChanged = [this] { hostsChanged(); };
+}
+
 void StatusItemPresenter::State::hostsChanged()
 {
     const bool isInStatusBar = registration && registration->isShown();
     if (isInStatusBar && tray)
         tray->setWanted(false);
+    if (exporter && !isInStatusBar)
+        exporter->close();
+    else if (exporter && drawing == MenuDrawing::byHost)
+        exporter->fill();
     if (isInStatusBar || (tray && tray->isDocked())) {
         grace.reset();
         strip.reset();
@@ -157,6 +175,8 @@ void StatusItemPresenter::State::open(const std::shared_ptr<NSMenu>& menu, QRect
                                       const std::shared_ptr<NSMenu>& reserve)
 {
     const NSApplication::EventScope event;
+    if (exporter)
+        exporter->close();
     if (menus.isOpen()) {
         menus.close();
         return;
@@ -167,8 +187,9 @@ void StatusItemPresenter::State::open(const std::shared_ptr<NSMenu>& menu, QRect
         menus.popUp(menu, anchor, reserve);
 }
 
-StatusItemPresenter::StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu)
-    : state_(std::make_unique<State>(item, menus, std::move(shortMenu)))
+StatusItemPresenter::StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu,
+                                         MenuDrawing drawing)
+    : state_(std::make_unique<State>(item, menus, std::move(shortMenu), drawing))
 {
 }
 

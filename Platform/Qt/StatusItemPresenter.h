@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenuDrawing.h"
 #include "NSStatusItem.h"
 
 #include <functional>
@@ -12,12 +13,14 @@ class MenuPresenter;
 
 // Keeps the status item's icon on the screen: as a StatusNotifierItem while a watcher runs, else in the
 // older tray where the X server has one, else on a strip of our own; and opens the menu by
-// MenuPresenter when the icon is clicked. Follows hosts as they come and go for as long as it lives.
+// MenuPresenter when the icon is clicked, or exports it for hosts that draw it themselves: one of the two at a
+// time. Follows hosts as they come and go for as long as it lives.
 // Keeps neither the item nor the presenter alive.
 class StatusItemPresenter {
 public:
-    // `shortMenu` is shown by a right click and where the item's own menu is empty.
-    StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu);
+    // `shortMenu` is shown by a right click where we draw the menu, and where the item's own menu is empty.
+    StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu,
+                        MenuDrawing drawing);
     ~StatusItemPresenter();
     StatusItemPresenter(const StatusItemPresenter&) = delete;
     StatusItemPresenter& operator=(const StatusItemPresenter&) = delete;

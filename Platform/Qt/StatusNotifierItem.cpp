@@ -83,10 +83,12 @@ const QDBusArgument& operator>>(const QDBusArgument& in, NotifierToolTip& toolTi
     return in;
 }
 
-StatusNotifierItem::StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath)
+StatusNotifierItem::StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath,
+                                       MenuDrawing drawing)
     : connection_(std::move(connection)),
       icon_(std::move(icon)),
-      menuPath_(std::move(menuPath))
+      menuPath_(std::move(menuPath)),
+      drawing_(drawing)
 {
     registerTypes();
     connection_.registerVirtualObject(kObjectPath, this);
@@ -118,7 +120,7 @@ QVariantMap StatusNotifierItem::properties()
         { QStringLiteral("AttentionIconPixmap"), noPixmaps },
         { QStringLiteral("AttentionMovieName"), QString() },
         { QStringLiteral("ToolTip"), QVariant::fromValue(NotifierToolTip { {}, {}, title, {} }) },
-        { QStringLiteral("ItemIsMenu"), false },
+        { QStringLiteral("ItemIsMenu"), drawing_ == MenuDrawing::byHost },
         { QStringLiteral("Menu"), QVariant::fromValue(QDBusObjectPath(menuPath_)) },
     };
 }
@@ -131,10 +133,19 @@ QDBusMessage StatusNotifierItem::answerClick(const QDBusMessage& call, const std
     return call.createReply();
 }
 
-bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+bool StatusNotifierItem::answerClicks(const QDBusMessage& message, const QDBusConnection& connection)
 {
     const auto click = [this](const QDBusMessage& call) { return answerClick(call, onActivate); };
     const auto contextMenu = [this](const QDBusMessage& call) { return answerClick(call, onContextMenu); };
+    const bool isClick =
+        message.member() == QLatin1String("Activate") || message.member() == QLatin1String("ContextMenu");
+    return isClick && drawing_ == MenuDrawing::byUs
+        && answerCall(message, connection, kInterface,
+                      { { "Activate", "ii", click }, { "ContextMenu", "ii", contextMenu } });
+}
+
+bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+{
     const auto nothing = [](const QDBusMessage& call) { return call.createReply(); };
     const auto token = [this](const QDBusMessage& call) {
         if (onActivationToken)
@@ -142,16 +153,19 @@ bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusC
         return call.createReply();
     };
     return answerProperties(message, connection, kInterface, [this] { return properties(); })
+        || answerClicks(message, connection)
         || answerCall(message, connection, kInterface,
-                      { { "Activate", "ii", click },
-                        { "ContextMenu", "ii", contextMenu },
-                        { "SecondaryActivate", "ii", nothing },
+                      { { "SecondaryActivate", "ii", nothing },
                         { "Scroll", "is", nothing },
                         { "ProvideXdgActivationToken", "s", token } });
 }
 
 QString StatusNotifierItem::introspect(const QString&) const
 {
+    // Hosts look here for what a click may call.
+    const QString clicks = drawing_ == MenuDrawing::byHost ? QString() : QStringLiteral(R"xml(
+  <method name="Activate"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
+  <method name="ContextMenu"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>)xml");
     return QStringLiteral(R"xml(<interface name="org.kde.StatusNotifierItem">
   <property name="Category" type="s" access="read"/>
   <property name="Id" type="s" access="read"/>
@@ -168,10 +182,8 @@ QString StatusNotifierItem::introspect(const QString&) const
   <property name="AttentionMovieName" type="s" access="read"/>
   <property name="ToolTip" type="(sa(iiay)ss)" access="read"/>
   <property name="ItemIsMenu" type="b" access="read"/>
-  <property name="Menu" type="o" access="read"/>
-  <method name="Activate"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
+  <property name="Menu" type="o" access="read"/>%1
   <method name="SecondaryActivate"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
-  <method name="ContextMenu"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
   <method name="Scroll"><arg name="delta" type="i" direction="in"/><arg name="orientation" type="s" direction="in"/></method>
   <method name="ProvideXdgActivationToken"><arg name="token" type="s" direction="in"/></method>
   <signal name="NewTitle"/>
@@ -181,7 +193,8 @@ QString StatusNotifierItem::introspect(const QString&) const
   <signal name="NewToolTip"/>
   <signal name="NewStatus"><arg name="status" type="s"/></signal>
 </interface>
-)xml");
+)xml")
+        .arg(clicks);
 }
 
 } // namespace quillbox

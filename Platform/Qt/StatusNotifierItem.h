@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenuDrawing.h"
 #include "SessionBus.h"
 #include "StatusIcon.h"
 
@@ -32,13 +33,17 @@ const QDBusArgument& operator>>(const QDBusArgument& in, NotifierToolTip& toolTi
 // The status item as hosts see it on the session bus: org.kde.StatusNotifierItem at /StatusNotifierItem.
 // Clicks are answered at once and reported from the event loop, so that no host waits for a menu.
 // Registering it with a watcher is StatusNotifierRegistration's work.
+//
+// Where the host draws the menu, clicks are refused as methods that are not there: that is what makes hosts
+// open the menu that asked us first, or that would wait for a second click.
 class StatusNotifierItem final : public QDBusVirtualObject {
 public:
-    // `menuPath` is the object that exports the short menu on the same connection.
-    StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath);
+    // `menuPath` is the object that exports a menu on the same connection: the whole one where the host
+    // draws it, else the short one.
+    StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath, MenuDrawing drawing);
     ~StatusNotifierItem() override;
 
-    // A click, with the host's position in device pixels; (0, 0) from hosts that know none.
+    // A click where we draw the menu, with the host's position in device pixels; (0, 0) from hosts that know none.
     std::function<void(QPoint)> onActivate;
     std::function<void(QPoint)> onContextMenu;
     // The right to bring a window to the front, handed over just before the click it belongs to.
@@ -49,11 +54,13 @@ public:
 
 private:
     QVariantMap properties();
+    bool answerClicks(const QDBusMessage& message, const QDBusConnection& connection);
     QDBusMessage answerClick(const QDBusMessage& call, const std::function<void(QPoint)>& handler);
 
     QDBusConnection connection_;
     StatusIcon icon_;
     QString menuPath_;
+    MenuDrawing drawing_;
     // Drawn when the first host asks.
     NotifierPixmapList pixmaps_;
 };

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <tuple>
 #include <unistd.h>
 
 using namespace quillbox;
@@ -193,28 +195,22 @@ TEST(FileManager, ReadsLinksAsTheyAreStored)
     EXPECT_EQ(FileManager().destinationOfSymbolicLink(files.path("none")).error().code, ENOENT);
 }
 
-TEST(ResourceValues, GiveWhatWasAskedFor)
-{
-    const TemporaryDirectory files;
-    const std::string folder = files.makeDirectory("folder");
-    EXPECT_EQ(valuesOf(folder, URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName), isVolumeOnly(false));
-    EXPECT_EQ(URL::fileURLWithPath(files.path("none")).resourceValues(kMenuKeys).error().code, ENOENT);
-    EXPECT_EQ(URL::fileURLWithPath("").resourceValues(kMenuKeys).error().code, ENOENT);
-    EXPECT_EQ(*valuesOf("/").isHidden, false);
-    EXPECT_EQ(*valuesOf("/").isDirectory, true);
-}
-
 TEST(ResourceValues, KnowVolumes)
 {
     class Names final : public VolumeNames {
     public:
         std::optional<std::string> localizedName(const std::string& root) override { return "Volume " + root; }
     };
-    EXPECT_EQ(valuesOf("/proc", URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName), isVolumeOnly(true));
+    for (const auto& [path, isVolume] : { std::pair("/proc", true), { "/", true }, { "/proc/self", false } })
+        EXPECT_EQ(valuesOf(path, URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName),
+                  isVolumeOnly(isVolume));
     Names names;
     VolumeNames::install(&names);
     EXPECT_EQ(valuesOf("/proc", URLResourceKey::volumeLocalizedName).volumeLocalizedName, "Volume /proc");
     EXPECT_FALSE(valuesOf("/proc/self", URLResourceKey::volumeLocalizedName).volumeLocalizedName);
+    const TemporaryDirectory links;
+    const std::string throughLink = links.makeLink("root", "/") + "/proc";
+    EXPECT_EQ(valuesOf(throughLink, URLResourceKey::volumeLocalizedName).volumeLocalizedName, "Volume /proc");
     VolumeNames::install(nullptr);
     // By whatever way the directory is reached, what is mounted in it is not told.
     const TemporaryDirectory files;
@@ -231,19 +227,31 @@ TEST(ResourceValues, KnowVolumes)
 TEST(MountTable, ReadsTheSystemsLines)
 {
     MountTable table;
-    table.parse("36 35 98:0 / / rw,noatime master:1 shared:2 - ext4 /dev/sda1 rw\n"
+    table.parse("36 35 98:1 / / rw,noatime master:1 shared:2 - ext4 /dev/sda1 rw\n"
                 "damaged line\n"
                 "37 36 8:1 / /media/My\\040Disk\\134 rw - vfat /dev/sdb1 rw\n"
                 "x 36 8:1 / /bad rw - vfat /dev/sdb1 rw\n"
+                "39 36 8 / /bad rw - vfat /dev/sdb1 rw\n"
                 "38 36 0:5 / /media/b rw - fuse.x some\\040where rw");
-    EXPECT_TRUE(table.isMountRoot("/"));
-    EXPECT_TRUE(table.isMountRoot("/media/My Disk\\"));
-    EXPECT_FALSE(table.isMountRoot("/bad"));
+    ASSERT_EQ(table.mounts().size(), 3U);
     EXPECT_EQ(table.mountPointsIn("/media"), (std::unordered_set<std::string> { "My Disk\\", "b" }));
     EXPECT_TRUE(table.mountPointsIn("/media/b").empty());
-    EXPECT_EQ(table.source(36), "/dev/sda1");
-    EXPECT_EQ(table.source(38), "some where");
-    EXPECT_EQ(table.source(99), "");
+    EXPECT_EQ(table.find(36)->source, "/dev/sda1");
+    EXPECT_EQ(table.find(36)->device, makedev(98, 1));
+    EXPECT_EQ(table.find(37)->mountPoint, "/media/My Disk\\");
+    EXPECT_EQ(table.find(38)->source, "some where");
+    EXPECT_EQ(table.find(99), nullptr);
+}
+
+TEST(MountTable, TellsWhatMayWaitForAnotherComputer)
+{
+    for (const auto& [type, source, isRemote] : { std::tuple("nfs4", "host:/home", true),
+                                                  { "fuse.sshfs", "me@host:", true },
+                                                  { "fuse", "//host/share", true },
+                                                  { "fuse.ext4", "/images/disk", false },
+                                                  { "fuseblk", "/dev/sdb1", false },
+                                                  { "tmpfs", "tmpfs", false } })
+        EXPECT_EQ((MountTable::Mount { 1, 0, "/mnt", type, source }.isRemote()), isRemote) << type << ' ' << source;
 }
 
 TEST(AliasFile, IsALinkEntryToAFile)

@@ -53,13 +53,6 @@ INSTANTIATE_TEST_SUITE_P(
         OrderCase { "BrokenBytesAreReplacements", "a\xff", "a\ufffd", true }, OrderCase { "EmptyFirst", "", "a" }),
     [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST(NameSortKey, AppendsToWhatIsThere)
-{
-    std::string keys = "kept";
-    appendNameSortKey("\u00c9t\u00e9 2", keys);
-    EXPECT_EQ(keys, "kept" + nameSortKey("\u00c9t\u00e9 2"));
-}
-
 TEST(CanonicalEquality, KeepsCase)
 {
     EXPECT_TRUE(isCanonicallyEqual("\u00e9", "e\u0301"));
@@ -90,12 +83,6 @@ TEST(Unicode, ReplacesEveryRunOfBrokenBytes)
         EXPECT_EQ(unicode::displayText(bytes), shown);
         EXPECT_EQ(unicode::isValidUTF8(bytes), bytes == shown);
     }
-}
-
-TEST(Unicode, LowersByTheTables)
-{
-    EXPECT_EQ(unicode::lowercased("The \u00c9cole \u0414\u043e\u043c \u1e9e"),
-              "the \u00e9cole \u0434\u043e\u043c \u00df");
 }
 
 TEST(Unicode, KnowsWhiteSpace)

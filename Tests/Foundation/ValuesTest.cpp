@@ -1,6 +1,5 @@
 #include "AttributedString.h"
 #include "Date.h"
-#include "ManualClock.h"
 #include "Result.h"
 
 #include <cerrno>
@@ -29,13 +28,6 @@ TEST(Date, IsDescribedInUTC)
     for (const auto& [seconds, text] : cases)
         EXPECT_EQ(Date { seconds }.description(), text);
     EXPECT_FALSE(Date { std::numeric_limits<double>::infinity() }.description().empty());
-}
-
-TEST(Date, NowIsTheInstalledClocks)
-{
-    EXPECT_GT(Date::now().secondsSinceUnixEpoch(), 1.7e9) << "the system's, with none installed";
-    const ManualClock clock(Date { 5 });
-    EXPECT_EQ(Date::now(), Date { 5 });
 }
 
 TEST(Error, DescribesItselfInOneLine)

@@ -131,6 +131,23 @@ namespace {
         EXPECT_THAT(messages, IsEmpty());
     }
 
+    TEST_F(LinuxWorkspaceTest, WhatWasOpenedIsToldAndWhatFailedIsNot)
+    {
+        std::vector<std::string> opened;
+        openBundle(writeTeller("teller"));
+        answers.read();
+        workspace->setOpenedHandler([&](const std::string& path) { opened.push_back(path); });
+        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
+        answers.read();
+        EXPECT_TRUE(workspace->launchApplication("a"));
+        answers.read();
+        EXPECT_FALSE(workspace->launchApplication("none"));
+        EXPECT_FALSE(open("/gone"));
+        EXPECT_THAT(
+            opened,
+            ElementsAre(tree.bundlePath("System/Applications/A.app"), tree.path("system/applications/a.desktop")));
+    }
+
     TEST_F(LinuxWorkspaceTest, AStartedProgramStandsOnItsOwnFeet)
     {
         int pipeEnds[2];

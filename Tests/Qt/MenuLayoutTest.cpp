@@ -78,17 +78,6 @@ TEST(MenuLayout, ARowIsBroughtInSightByTheShortestWay)
     EXPECT_EQ(layout.visibleRow(50), std::nullopt);
 }
 
-TEST(MenuLayout, PagesAreOnePartInSightLong)
-{
-    Heights heights;
-    const MenuLayout layout = heights.layout(100, 30);
-    EXPECT_EQ(layout.pageAfter(0), 2u);
-    EXPECT_EQ(layout.pageAfter(2), 4u);
-    EXPECT_EQ(layout.pageAfter(98), 99u);
-    EXPECT_EQ(layout.pageBefore(5), 3u);
-    EXPECT_EQ(layout.pageBefore(1), 0u);
-}
-
 TEST(MenuLayout, OnlyRowsInSightAreAskedFor)
 {
     Heights heights;

@@ -17,7 +17,7 @@ TEST(MenuText, ATitleStaysOnOneLine)
 TEST(MenuText, OnlyAnAttributedTitleHasLines)
 {
     NSMenuItem item("one\ntwo");
-    EXPECT_EQ(shownLines(item).size(), 1);
+    EXPECT_EQ(shownLines(item), QStringList("one↵two"));
     item.setAttributedTitle(AttributedString("one\ntwo\tmore"));
     EXPECT_EQ(shownLines(item), QStringList({ "one", "two→more" }));
 }

@@ -41,7 +41,10 @@ private:
 
 constexpr Selector MenuWorld::Recorder::kChoose = makeSelector<&MenuWorld::Recorder::choose>("chooseWithSender:");
 
-MenuWorld::MenuWorld() : top(std::make_shared<NSMenu>("top")), recorder_(std::make_shared<Recorder>(*this))
+MenuWorld::MenuWorld(AssistiveTechnology listener)
+    : top(std::make_shared<NSMenu>("top")),
+      presenter(listener),
+      recorder_(std::make_shared<Recorder>(*this))
 {
     top->setDelegate(recorder_);
     NSApplication::shared().setDesktop(&desktop);

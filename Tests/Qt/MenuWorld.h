@@ -20,7 +20,7 @@ class MenuWorld {
 public:
     using Rows = NSMenu::ItemArray;
 
-    MenuWorld();
+    explicit MenuWorld(AssistiveTechnology listener = {});
     ~MenuWorld();
     MenuWorld(const MenuWorld&) = delete;
     MenuWorld& operator=(const MenuWorld&) = delete;

@@ -2,6 +2,7 @@
 
 #include "HeadlessDesktop.h"
 #include "ManualClock.h"
+#include "MenuHost.h"
 #include "MenuPresenter.h"
 #include "PrivateBus.h"
 
@@ -34,7 +35,7 @@ protected:
     StatusItemPresenterTest()
     {
         item.setMenu(makeMenu("main", 2));
-        presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short", 2));
+        presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short", 2), MenuDrawing::byUs);
     }
 
     std::shared_ptr<NSMenu> makeMenu(const std::string& title, int rows)
@@ -158,6 +159,57 @@ TEST_F(StatusItemPresenterTest, TheTokenOfTheHostIsPassedOn)
     host.call(statusBar.registeredItems.value(0), "/StatusNotifierItem", "org.kde.StatusNotifierItem",
               "ProvideXdgActivationToken", { "token-2" });
     EXPECT_EQ(token, "token-2");
+}
+
+TEST_F(StatusItemPresenterTest, AHostThatDrawsTheMenuFindsItFilledAndOpensItAlone)
+{
+    presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short", 2), MenuDrawing::byHost);
+    auto statusBar = std::make_unique<FakeStatusBar>();
+    // Of the icon before this one too.
+    ASSERT_TRUE(waitUntil([&] { return log->lines.contains("main closed"); }));
+    EXPECT_EQ(log->lines, (QStringList { "main opened", "main closed" }));
+    log->lines.clear();
+
+    const QString path = "/StatusNotifierItem/Menu";
+    MenuHost panel(statusBar->registeredItems.value(0), path);
+    EXPECT_EQ(panel.layout(0, -1), "1 row, 2 row");
+    panel.tell(0, "opened");
+    ASSERT_TRUE(waitUntil([&] { return !log->lines.isEmpty(); }));
+    EXPECT_EQ(log->lines, QStringList { "main opened" });
+    // The panel goes, and with it the menu that it shows; the strip shows it in our way.
+    statusBar.reset();
+    ASSERT_TRUE(waitUntil([&] { return log->lines.size() == 2; }));
+    clock.advance(3s);
+    ASSERT_TRUE(isThereAStrip());
+    strip()->findChild<QAbstractButton*>()->click();
+    EXPECT_TRUE(menus.isOpen());
+    const FakeStatusBar next;
+    ASSERT_TRUE(waitUntil([&] { return log->lines.size() == 6; }));
+    EXPECT_FALSE(menus.isOpen());
+    EXPECT_EQ(
+        log->lines,
+        (QStringList { "main opened", "main closed", "main opened", "main closed", "main opened", "main closed" }));
+}
+
+TEST(MenuDrawing, FollowsFromTheSessionAlone)
+{
+    const struct {
+        const char* platform;
+        const char* sessionType;
+        const char* desktops;
+        MenuDrawing drawing;
+    } cases[] = {
+        { "xcb", "", "", MenuDrawing::byUs },
+        { "xcb", "x11", "XFCE", MenuDrawing::byUs },
+        { "xcb", "x11", "ubuntu:GNOME", MenuDrawing::byHost },
+        { "xcb", "x11", "GNOME-Flashback:Unity", MenuDrawing::byUs },
+        { "wayland", "wayland", "KDE", MenuDrawing::byHost },
+        { "xcb", "wayland", "KDE", MenuDrawing::byHost },
+        { "wayland-egl", "", "", MenuDrawing::byHost },
+    };
+    for (const auto& test : cases)
+        EXPECT_EQ(menuDrawing(test.platform, test.sessionType, test.desktops), test.drawing)
+            << test.platform << ' ' << test.sessionType << ' ' << test.desktops;
 }
 
 } // namespace

@@ -48,7 +48,8 @@ StatusIcon iconOfColour(const QTemporaryDir& directory, QRgb colour)
 TEST(StatusNotifierItem, HasThePropertiesOfTheTypesThatHostsExpect)
 {
     ItemOnBus world;
-    const StatusNotifierItem item(world.itemBus.connection(), iconOfColour(world.directory, 0xff112233), "/Menu");
+    const StatusNotifierItem item(world.itemBus.connection(), iconOfColour(world.directory, 0xff112233), "/Menu",
+                                  MenuDrawing::byUs);
     const QDBusMessage reply = world.call(kProperties, "GetAll", { kInterface });
     ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
     const auto all = qdbus_cast<QVariantMap>(reply.arguments().at(0));
@@ -83,7 +84,7 @@ TEST(StatusNotifierItem, HasThePropertiesOfTheTypesThatHostsExpect)
 TEST(StatusNotifierItem, AnswersEveryPropertyCall)
 {
     ItemOnBus world;
-    const StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu");
+    const StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu", MenuDrawing::byUs);
     struct Case {
         const char* member;
         QVariantList arguments;
@@ -111,7 +112,7 @@ TEST(StatusNotifierItem, AnswersEveryPropertyCall)
 TEST(StatusNotifierItem, AnswersAClickBeforeItIsHandled)
 {
     ItemOnBus world;
-    StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu");
+    StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu", MenuDrawing::byUs);
     QDBusMessage click = QDBusMessage::createMethodCall(world.itemBus.connection().baseService(), kPath, kInterface,
                                                         QStringLiteral("Activate"));
     click.setArguments({ 15, 14 });
@@ -132,7 +133,7 @@ TEST(StatusNotifierItem, AnswersAClickBeforeItIsHandled)
 TEST(StatusNotifierItem, TakesTheCallsOfEveryHost)
 {
     ItemOnBus world;
-    StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu");
+    StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu", MenuDrawing::byUs);
     QStringList calls;
     item.onActivate = [&](QPoint) { calls.append("activate"); };
     item.onContextMenu = [&](QPoint point) { calls.append(QStringLiteral("context menu %1").arg(point.x())); };
@@ -150,6 +151,21 @@ TEST(StatusNotifierItem, TakesTheCallsOfEveryHost)
 
     const QDBusMessage description = world.call("org.freedesktop.DBus.Introspectable", "Introspect", {});
     EXPECT_TRUE(description.arguments().at(0).toString().contains("ProvideXdgActivationToken"));
+}
+
+TEST(StatusNotifierItem, IsAMenuWithoutClicksWhereTheHostDrawsIt)
+{
+    ItemOnBus world;
+    const StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu", MenuDrawing::byHost);
+    const QDBusMessage isMenu = world.call(kProperties, "Get", { kInterface, "ItemIsMenu" });
+    EXPECT_TRUE(isMenu.arguments().at(0).value<QDBusVariant>().variant().toBool());
+    for (const char* click : { "Activate", "ContextMenu" })
+        EXPECT_EQ(world.call(kInterface, click, { 1, 2 }).errorName(), "org.freedesktop.DBus.Error.UnknownMethod");
+    EXPECT_EQ(world.call(kInterface, "ProvideXdgActivationToken", { "t1" }).errorName(), "");
+    const QString description =
+        world.call("org.freedesktop.DBus.Introspectable", "Introspect", {}).arguments().at(0).toString();
+    EXPECT_FALSE(description.contains("\"Activate\"") || description.contains("\"ContextMenu\""));
+    EXPECT_TRUE(description.contains("\"Menu\"") && description.contains("NewStatus"));
 }
 
 TEST(StatusNotifierRegistration, RegistersAgainWheneverAWatcherStarts)

@@ -204,12 +204,6 @@ namespace {
             ManageDefaults::loadAppMenusFromDisk(true);
             ASSERT_TRUE(world.defaults.synchronize());
         }
-        // As after a restart: no reference follows the file.
-        void restart()
-        {
-            ManageDefaults::fileReferences().clear();
-            ManageDefaults::loadAllFromDisk();
-        }
 
         World world;
         std::shared_ptr<MainMenuItem> loaded;
@@ -235,13 +229,6 @@ namespace {
         EXPECT_EQ(item()->unixPath, renamed);
         EXPECT_NE(*world.defaults.data("UserPickedMenuItems"), stored);
         EXPECT_TRUE(World::loggedMessages().empty());
-    }
-
-    TEST_F(PickedFile, ThatIsRenamedWhileNothingRunsIsFoundInItsDirectory)
-    {
-        const std::string renamed = world.files.rename("dir/picked.txt", "dir/other.txt");
-        restart();
-        EXPECT_EQ(item()->fileURL->path(), renamed);
     }
 
     TEST_F(PickedFile, ThatIsDeletedKeepsItsBytesAndComesBack)

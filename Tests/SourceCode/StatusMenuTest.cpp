@@ -207,6 +207,7 @@ namespace {
         std::vector<URL> group(const std::vector<std::string>& names)
         {
             std::vector<URL> result;
+            result.reserve(names.size());
             for (const std::string& name : names)
                 result.push_back(URL::fileURLWithPath(world.files.path(name)));
             return result;

@@ -27,7 +27,7 @@ TemporaryDirectory::~TemporaryDirectory()
 
 std::string TemporaryDirectory::writeFile(std::string_view name, std::string_view contents) const
 {
-    const std::string whole = path(name);
+    std::string whole = path(name);
     fs::create_directories(fs::path(whole).parent_path());
     std::ofstream file(whole, std::ios::binary);
     file << contents;
@@ -38,14 +38,14 @@ std::string TemporaryDirectory::writeFile(std::string_view name, std::string_vie
 
 std::string TemporaryDirectory::makeDirectory(std::string_view name) const
 {
-    const std::string whole = path(name);
+    std::string whole = path(name);
     fs::create_directories(whole);
     return whole;
 }
 
 std::string TemporaryDirectory::makeLink(std::string_view name, std::string_view destination) const
 {
-    const std::string whole = path(name);
+    std::string whole = path(name);
     fs::create_directories(fs::path(whole).parent_path());
     fs::create_symlink(destination, whole);
     return whole;
@@ -53,7 +53,7 @@ std::string TemporaryDirectory::makeLink(std::string_view name, std::string_view
 
 std::string TemporaryDirectory::rename(std::string_view from, std::string_view to) const
 {
-    const std::string whole = to.starts_with('/') ? std::string(to) : path(to);
+    std::string whole = to.starts_with('/') ? std::string(to) : path(to);
     fs::rename(path(from), whole);
     return whole;
 }

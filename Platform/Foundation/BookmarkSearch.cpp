@@ -1,0 +1,227 @@
+#include "BookmarkSearch.h"
+
+#include "Bookmark.h"
+#include "LiveFileReferences.h"
+#include "MountTable.h"
+#include "URL.h"
+
+#include <algorithm>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <memory>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <vector>
+
+namespace quillbox {
+
+namespace {
+
+    struct DirectoryCloser {
+        void operator()(DIR* directory) const { ::closedir(directory); }
+    };
+    using Directory = std::unique_ptr<DIR, DirectoryCloser>;
+
+    class Search {
+    public:
+        explicit Search(const Bookmark& wanted) : wanted_(wanted) { }
+
+        // The file itself in any volume that may be its own, at any tail of its path: where its volume was
+        // mounted is not known.
+        std::optional<std::string> atSamePlace();
+        // Places in the volume that its path may have meant, where the volume has left its mount point.
+        std::vector<std::string> placesInVolume();
+        // Whatever is there now, of the same kind.
+        bool isTaken(const std::string& place);
+        std::optional<std::string> around(const std::string& place);
+
+    private:
+        bool isWanted(const std::string& path);
+        bool mayHoldWanted(const FileStatus& directory) const;
+        // `resolve` as openat2 takes it.
+        Directory open(int base, const std::string& path, std::uint64_t resolve);
+        std::optional<std::string> inDirectory(DIR* directory, const std::string& path,
+                                               std::vector<std::string>* subdirectories);
+
+        const Bookmark& wanted_;
+        int entriesLeft_ = kMaximumSearchedEntries;
+        int directoriesLeft_ = kMaximumSearchedDirectories;
+    };
+
+    bool Search::isWanted(const std::string& path)
+    {
+        if (--entriesLeft_ < 0)
+            return false;
+        const Result<FileStatus> status = lookAtFile(path);
+        if (!status || status->identity.inode != wanted_.identity.inode)
+            return false;
+        const Result<Bookmark> found = Bookmark::ofPath(path);
+        return found && found->isSameFile(wanted_);
+    }
+
+    std::optional<std::string> Search::atSamePlace()
+    {
+        // A copy, since looking at a file may read the table anew.
+        const std::vector<MountTable::Mount> mounts = MountTable::current().mounts();
+        for (const MountTable::Mount& mount : mounts) {
+            if (mount.isRemote()
+                || (!wanted_.fileSystemUUID.empty()
+                    && MountTable::current().fileSystemUUID(mount) != wanted_.fileSystemUUID))
+                continue;
+            std::string_view tail = wanted_.path;
+            while (true) {
+                const std::string place = path::appending(mount.mountPoint, tail);
+                if (isWanted(place))
+                    return place;
+                if (tail.empty())
+                    break;
+                tail.remove_prefix(std::min(tail.find('/', 1), tail.size()));
+            }
+        }
+        return std::nullopt;
+    }
+
+    std::vector<std::string> Search::placesInVolume()
+    {
+        if (wanted_.fileSystemUUID.empty())
+            return {};
+        std::string ancestor(path::deletingLastPathComponent(wanted_.path));
+        Result<FileStatus> status = lookAtFile(ancestor);
+        while (!status && ancestor != "/") {
+            ancestor = path::deletingLastPathComponent(ancestor);
+            status = lookAtFile(ancestor);
+        }
+        const MountTable& table = MountTable::current();
+        const MountTable::Mount* present = status ? table.find(status->mountId) : nullptr;
+        if (!present || table.fileSystemUUID(*present) == wanted_.fileSystemUUID)
+            return {};
+        // What is left of the way to it is the old mount point, or the directory that this was made in.
+        std::string_view tail = std::string_view(wanted_.path).substr(ancestor == "/" ? 0 : ancestor.size());
+        std::vector<std::string> places;
+        for (int i = 0; i < 2 && !tail.empty(); ++i) {
+            for (const MountTable::Mount& mount : table.mounts()) {
+                if (!mount.isRemote() && table.fileSystemUUID(mount) == wanted_.fileSystemUUID)
+                    places.push_back(path::appending(mount.mountPoint, tail));
+            }
+            tail.remove_prefix(std::min(tail.find('/', 1), tail.size()));
+        }
+        return places;
+    }
+
+    bool Search::isTaken(const std::string& place)
+    {
+        const Result<FileStatus> status = lookAtFile(place);
+        return status && status->isDirectory == wanted_.isDirectory;
+    }
+
+    bool Search::mayHoldWanted(const FileStatus& directory) const
+    {
+        const MountTable& table = MountTable::current();
+        const MountTable::Mount* mount = table.find(directory.mountId);
+        if (!mount)
+            return true;
+        const std::string& uuid = table.fileSystemUUID(*mount);
+        return !mount->isRemote() && (wanted_.fileSystemUUID.empty() || uuid.empty() || uuid == wanted_.fileSystemUUID);
+    }
+
+    Directory Search::open(int base, const std::string& path, std::uint64_t resolve)
+    {
+        if (entriesLeft_ <= 0 || --directoriesLeft_ < 0)
+            return nullptr;
+        open_how how {};
+        how.flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+        how.resolve = resolve;
+        const auto descriptor = static_cast<int>(::syscall(SYS_openat2, base, path.c_str(), &how, sizeof how));
+        if (descriptor < 0)
+            return nullptr;
+        Directory directory(::fdopendir(descriptor));
+        if (!directory)
+            ::close(descriptor);
+        return directory;
+    }
+
+    std::optional<std::string> Search::inDirectory(DIR* directory, const std::string& path,
+                                                   std::vector<std::string>* subdirectories)
+    {
+        while (directory && entriesLeft_ > 0) {
+            const dirent* entry = ::readdir(directory);
+            if (!entry)
+                break;
+            --entriesLeft_;
+            if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
+                continue;
+            if (entry->d_ino == wanted_.identity.inode) {
+                const std::string candidate = path::appending(path, entry->d_name);
+                if (isWanted(candidate))
+                    return candidate;
+            }
+            if (subdirectories && (entry->d_type == DT_DIR || entry->d_type == DT_UNKNOWN))
+                subdirectories->emplace_back(entry->d_name);
+        }
+        return std::nullopt;
+    }
+
+    std::optional<std::string> Search::around(const std::string& place)
+    {
+        const std::string near(path::deletingLastPathComponent(place));
+        const std::string above(path::deletingLastPathComponent(near));
+        // By its ".", so that a link on the way to the file counts as the directory it leads to.
+        const Result<FileStatus> nearStatus = lookAtFile(path::appending(near, "."));
+        if (nearStatus && mayHoldWanted(*nearStatus)) {
+            const Directory directory = open(AT_FDCWD, near, 0);
+            if (std::optional<std::string> found = inDirectory(directory.get(), near, nullptr))
+                return found;
+        }
+        const Result<FileStatus> aboveStatus = lookAtFile(path::appending(above, "."));
+        const bool isCrossing = nearStatus && aboveStatus && nearStatus->mountId != aboveStatus->mountId;
+        if (near == "/" || !aboveStatus || isCrossing || !mayHoldWanted(*aboveStatus))
+            return std::nullopt;
+
+        std::vector<std::string> names;
+        const Directory parent = open(AT_FDCWD, above, 0);
+        if (std::optional<std::string> found = inDirectory(parent.get(), above, &names))
+            return found;
+        for (const std::string& name : names) {
+            if (nearStatus && name == path::lastPathComponent(near))
+                continue;
+            const Directory directory = open(::dirfd(parent.get()), name, RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS);
+            if (std::optional<std::string> found = inDirectory(directory.get(), path::appending(above, name), nullptr))
+                return found;
+        }
+        return std::nullopt;
+    }
+
+} // namespace
+
+std::optional<std::string> findMovedFile(const Bookmark& bookmark)
+{
+    // No file has the inode 0: such a bookmark knows a place only.
+    if (bookmark.identity.inode == 0)
+        return std::nullopt;
+    const auto isWanted = [&](const FileIdentity& identity) {
+        Bookmark candidate = bookmark;
+        candidate.identity = identity;
+        return identity.inode == bookmark.identity.inode && candidate.isSameFile(bookmark);
+    };
+    if (std::optional<std::string> path = pathOfLiveReference(isWanted))
+        return path;
+    Search search(bookmark);
+    if (std::optional<std::string> path = search.atSamePlace())
+        return path;
+    const std::vector<std::string> places = search.placesInVolume();
+    for (const std::string& place : places) {
+        if (search.isTaken(place))
+            return place;
+    }
+    if (std::optional<std::string> path = search.around(bookmark.path))
+        return path;
+    for (const std::string& place : places) {
+        if (std::optional<std::string> path = search.around(place))
+            return path;
+    }
+    return std::nullopt;
+}
+
+} // namespace quillbox

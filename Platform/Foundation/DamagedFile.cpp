@@ -1,0 +1,55 @@
+#include "DamagedFile.h"
+
+#include "Date.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quillbox {
+
+namespace {
+
+    // A name beside the file that nothing has yet.
+    std::string nameForDamaged(const std::string& path, int attempt)
+    {
+        // "2001-02-03 04:05:06 +0000" becomes "20010203-040506".
+        std::string time = Date::now().description().substr(0, 19);
+        std::replace(time.begin(), time.end(), ' ', '.');
+        std::erase_if(time, [](char c) { return c == '-' || c == ':'; });
+        std::replace(time.begin(), time.end(), '.', '-');
+        return path + ".damaged-" + time + (attempt == 0 ? "" : "-" + std::to_string(attempt + 1));
+    }
+
+    // Moves without replacing anything. Gives the error number, or 0.
+    int renameWithoutReplacing(const std::string& from, const std::string& to)
+    {
+        if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+            return 0;
+        if (errno != EINVAL && errno != ENOSYS)
+            return errno;
+        // The file system doesn't know that flag.
+        if (::link(from.c_str(), to.c_str()) != 0)
+            return errno;
+        return ::unlink(from.c_str()) == 0 ? 0 : errno;
+    }
+
+} // namespace
+
+Result<std::string> setDamagedFileAside(const std::string& path)
+{
+    constexpr int kAttempts = 1000;
+    int error = EEXIST;
+    for (int attempt = 0; attempt < kAttempts && error == EEXIST; ++attempt) {
+        const std::string name = nameForDamaged(path, attempt);
+        error = renameWithoutReplacing(path, name);
+        if (error == 0)
+            return name;
+    }
+    return Error::fromErrno(error, "couldn't set aside", path);
+}
+
+} // namespace quillbox

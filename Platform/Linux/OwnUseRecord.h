@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Result.h"
+#include "UseRecord.h"
+
+#include <functional>
+
+namespace quillbox {
+
+// Our own record of what was opened through Quillbox, a property list that only its owner can read: applications by
+// desktop id, files by path. It holds the 500 things used last and is written whole whenever one is added. A damaged
+// file is kept beside the new one; one that can't be read is left alone, and what is opened then is known until this
+// process ends.
+class OwnUseRecord final : public UseRecord {
+public:
+    static constexpr std::size_t kCapacity = 500;
+
+    // `onError` is told of what can't be read or written, once until it has changed.
+    OwnUseRecord(const std::string& dataHome, std::function<void(const Error&)> onError);
+
+    // Used now, as the installed clock tells it.
+    void addFile(const std::string& path);
+    void addApplication(const std::string& desktopId);
+
+private:
+    std::optional<RecentUses> read() override;
+    void store(RecentUses uses);
+    void report(const Error& error);
+
+    std::function<void(const Error&)> onError_;
+    std::optional<Error> reported_;
+    bool isUnreadable_ = false;
+};
+
+} // namespace quillbox

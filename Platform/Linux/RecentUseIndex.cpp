@@ -1,0 +1,85 @@
+#include "RecentUseIndex.h"
+
+#include "ApplicationBundles.h"
+#include "ApplicationLookup.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+namespace quillbox {
+
+RecentUseIndex::RecentUseIndex(ApplicationBundles& bundles, std::function<void(const Error&)> onError)
+    : bundles_(bundles),
+      recentlyUsedList_(bundles.environment().dataHome),
+      plasmaRecord_(bundles.environment().dataHome),
+      gnomeRecord_(bundles.environment().dataHome),
+      ownRecord_(bundles.environment().dataHome, std::move(onError))
+{
+}
+
+std::vector<std::string> RecentUseIndex::pathsLastUsed(Date from, Date until)
+{
+    bundles_.bringUpToDate();
+    if (refreshRecords() || generation_ != bundles_.generation())
+        merge();
+    const auto first = std::partition_point(uses_.begin(), uses_.end(),
+                                            [&](const Use& use) { return Date::sinceUnixEpoch(use.when) < from; });
+    const auto last = std::partition_point(first, uses_.end(),
+                                           [&](const Use& use) { return Date::sinceUnixEpoch(use.when) <= until; });
+    std::vector<std::string> paths;
+    paths.reserve(static_cast<std::size_t>(last - first));
+    std::transform(first, last, std::back_inserter(paths), [](const Use& use) { return *use.path; });
+    return paths;
+}
+
+bool RecentUseIndex::refreshRecords()
+{
+    bool isChanged = false;
+    for (UseRecord* record :
+         std::initializer_list<UseRecord*> { &recentlyUsedList_, &plasmaRecord_, &gnomeRecord_, &ownRecord_ })
+        isChanged = record->refresh() || isChanged;
+    return isChanged;
+}
+
+void RecentUseIndex::merge()
+{
+    const ApplicationLookup applications(bundles_.applications());
+    std::unordered_map<std::string_view, Use> newest;
+    const auto add = [&](const std::string& path, double when) {
+        Use& use = newest.try_emplace(path, Use { when, &path }).first->second;
+        use.when = std::max(use.when, when);
+    };
+    for (const UseRecord* record :
+         std::initializer_list<const UseRecord*> { &recentlyUsedList_, &plasmaRecord_, &gnomeRecord_, &ownRecord_ }) {
+        for (const FileUse& use : record->uses().files)
+            add(use.path, use.when);
+        for (const ApplicationUse& use : record->uses().applications) {
+            if (const InstalledApplication* application = applications.find(use))
+                add(application->path, use.when);
+        }
+    }
+    uses_.clear();
+    uses_.reserve(newest.size());
+    for (const auto& [path, use] : newest)
+        uses_.push_back(use);
+    // Names tell those of one moment apart, so that the order is the same every time.
+    std::sort(uses_.begin(), uses_.end(),
+              [](const Use& a, const Use& b) { return a.when != b.when ? a.when < b.when : *a.path < *b.path; });
+    generation_ = bundles_.generation();
+}
+
+void RecentUseIndex::noteOpened(const std::string& path)
+{
+    bundles_.bringUpToDate();
+    const auto& applications = bundles_.applications();
+    const auto opened = std::find_if(applications.begin(), applications.end(), [&](const InstalledApplication& known) {
+        return known.path == path || known.entryPath == path;
+    });
+    if (opened != applications.end())
+        ownRecord_.addApplication(opened->desktopId);
+    else
+        ownRecord_.addFile(path);
+}
+
+} // namespace quillbox

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "GnomeUseRecord.h"
+#include "MDQuery.h"
+#include "OwnUseRecord.h"
+#include "PlasmaUseRecord.h"
+#include "RecentlyUsedList.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+class ApplicationBundles;
+
+// Knows what was used when on a freedesktop desktop: the shared list of recently used files, Plasma's and GNOME's
+// records, and our own of what was opened through Quillbox. Asked when a menu of recent items opens; then, and only
+// then, it reads those records that have changed. An application is its bundle's path, a file its path in a record;
+// whether anything is there is for whoever asks to find out. `bundles` must outlive it.
+class RecentUseIndex final : public MetadataIndex {
+public:
+    // `onError` is told of trouble with our own record.
+    RecentUseIndex(ApplicationBundles& bundles, std::function<void(const Error&)> onError);
+
+    std::vector<std::string> pathsLastUsed(Date from, Date until) override;
+
+    // Something was opened through Quillbox: a file, a bundle, or an application's desktop entry.
+    void noteOpened(const std::string& path);
+
+private:
+    struct Use {
+        // Seconds since 1970.
+        double when;
+        // Lies in a record or the bundles' keeper.
+        const std::string* path;
+    };
+
+    bool refreshRecords();
+    void merge();
+
+    ApplicationBundles& bundles_;
+    RecentlyUsedList recentlyUsedList_;
+    PlasmaUseRecord plasmaRecord_;
+    GnomeUseRecord gnomeRecord_;
+    OwnUseRecord ownRecord_;
+    // Oldest first, each path once with its newest moment.
+    std::vector<Use> uses_;
+    // Of the bundles, when uses_ was made; none before.
+    std::optional<unsigned> generation_;
+};
+
+} // namespace quillbox

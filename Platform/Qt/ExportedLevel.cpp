@@ -1,0 +1,146 @@
+#include "ExportedLevel.h"
+
+#include "ImageRenderer.h"
+#include "MenuText.h"
+#include "StatusIcon.h"
+
+#include <QBuffer>
+#include <QIcon>
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace quillbox {
+
+namespace {
+
+    using Kind = ExportedRow::Kind;
+
+    // Hosts scale pictures down to their menus' icons; one of this many times its size stays sharp.
+    constexpr double kPictureScale = 2;
+
+    // Hosts make their menus as wide as the longest row, wider than the screen too.
+    constexpr qsizetype kLongestTitle = 120;
+
+    QString shortened(const QString& title)
+    {
+        if (title.size() <= kLongestTitle)
+            return title;
+        QString begin = title.left(kLongestTitle / 2);
+        QString end = title.right(kLongestTitle / 2);
+        if (begin.back().isHighSurrogate())
+            begin.chop(1);
+        if (end.front().isLowSurrogate())
+            end.remove(0, 1);
+        return begin + QChar(0x2026) + end;
+    }
+
+    // Where no theme here has any of the names, the host's may: most themes have pictures for groups of types.
+    QString nameForOtherThemes(const std::vector<std::string>& names)
+    {
+        const auto group = std::find_if(names.begin(), names.end(),
+                                        [](const std::string& name) { return name.ends_with("-x-generic"); });
+        const auto likely = group == names.end() ? names.begin() : group;
+        return likely == names.end() ? QString() : QString::fromStdString(*likely);
+    }
+
+    // Looks each source up once a level: most rows share a few.
+    class IconsOfLevel {
+    public:
+        void describe(const NSImage& image, ExportedRow& row)
+        {
+            if (image.isEmpty())
+                return;
+            const auto [found, isNew] = known_.try_emplace(image.source());
+            if (isNew)
+                found->second = lookUp(image);
+            row.iconName = found->second.name;
+            row.iconData = found->second.data;
+        }
+
+    private:
+        struct Icon {
+            QString name;
+            QByteArray data;
+        };
+
+        static Icon lookUp(const NSImage& image)
+        {
+            const ImageContent content = image.source()->content();
+            const auto* themed = std::get_if<ThemedImage>(&content);
+            if (themed) {
+                for (const std::string& name : themed->names)
+                    if (const QString themeName = QString::fromStdString(name); QIcon::hasThemeIcon(themeName))
+                        return { themeName, {} };
+            }
+            const QPixmap pixmap = ImageRenderer::pixmap(image, kPictureScale, StatusIcon::neutralColour());
+            if (pixmap.isNull())
+                return { themed ? nameForOtherThemes(themed->names) : QString(), {} };
+            Icon icon;
+            QBuffer buffer(&icon.data);
+            if (buffer.open(QBuffer::WriteOnly))
+                pixmap.save(&buffer, "PNG");
+            return icon;
+        }
+
+        std::unordered_map<const ImageSource*, Icon> known_;
+    };
+
+    void appendRows(std::vector<ExportedRow>& rows, const NSMenuItem& item, std::size_t place, IconsOfLevel& icons)
+    {
+        ExportedRow row;
+        row.kind = exportedKind(item);
+        row.place = place;
+        if (row.kind != Kind::separator)
+            icons.describe(item.image(), row);
+        if (row.kind != Kind::text) {
+            row.title = exportedTitle(item);
+            rows.push_back(std::move(row));
+            return;
+        }
+        for (const QString& line : shownLines(item)) {
+            row.title = shortened(line);
+            rows.push_back(row);
+            row.iconName.clear();
+            row.iconData.clear();
+        }
+    }
+
+} // namespace
+
+Kind exportedKind(const NSMenuItem& item)
+{
+    if (item.isSeparatorItem())
+        return Kind::separator;
+    if (item.hasSubmenu())
+        return item.action() ? Kind::submenuWithAction : Kind::submenu;
+    return item.action() ? Kind::item : Kind::text;
+}
+
+QString exportedTitle(const NSMenuItem& item)
+{
+    return item.isSeparatorItem() ? QString() : shortened(shownLines(item).join(QChar(' ')));
+}
+
+std::vector<ExportedRow> exportedLevel(const NSMenu& menu, const ExportedRow& super)
+{
+    const NSMenu::ItemArray& items = menu.itemArray();
+    const std::size_t begin = super.kind == Kind::more ? std::min(super.place, items.size()) : 0;
+    const std::size_t end = std::min(items.size(), begin + kItemsPerExportedLevel);
+
+    std::vector<ExportedRow> rows;
+    if (super.kind == Kind::submenuWithAction) {
+        rows.push_back(
+            { Kind::openSuper, QStringLiteral("Open %1").arg(super.title), super.iconName, super.iconData, 0 });
+        if (begin < end)
+            rows.push_back({ Kind::separator, {}, {}, {}, 0 });
+    }
+    IconsOfLevel icons;
+    for (std::size_t place = begin; place < end; ++place)
+        appendRows(rows, *items[place], place, icons);
+    if (end < items.size())
+        rows.push_back({ Kind::more, QStringLiteral("More (%1)").arg(items.size() - end), {}, {}, end });
+    return rows;
+}
+
+} // namespace quillbox

@@ -1,0 +1,296 @@
+#include "MenuExporter.h"
+
+#include "DBusMenuTypes.h"
+#include "NSApplication.h"
+#include "SessionBus.h"
+
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <utility>
+
+namespace quillbox {
+
+namespace {
+
+    const QString kInterface = QStringLiteral("com.canonical.dbusmenu");
+    constexpr int kRoot = ExportedTree::kRoot;
+    using Kind = ExportedRow::Kind;
+    using Announcement = ExportedMenu::Announcement;
+
+    // Hosts take an underscore as the mark of a mnemonic.
+    QString escaped(QString title)
+    {
+        return title.replace(u'_', QStringLiteral("__"));
+    }
+
+    // What a property that was not sent stands for.
+    const QVariantMap& defaultProperties()
+    {
+        static const QVariantMap defaults {
+            { QStringLiteral("type"), QStringLiteral("standard") },
+            { QStringLiteral("label"), QString() },
+            { QStringLiteral("enabled"), true },
+            { QStringLiteral("visible"), true },
+            { QStringLiteral("icon-name"), QString() },
+            { QStringLiteral("icon-data"), QByteArray() },
+            { QStringLiteral("toggle-type"), QString() },
+            { QStringLiteral("toggle-state"), -1 },
+            { QStringLiteral("children-display"), QString() },
+        };
+        return defaults;
+    }
+
+    QVariantMap properties(const ExportedTree& tree, int id)
+    {
+        const ExportedRow& row = tree.row(id);
+        if (row.kind == Kind::separator)
+            return { { QStringLiteral("type"), QStringLiteral("separator") } };
+        QVariantMap properties;
+        if (id != kRoot)
+            properties.insert(QStringLiteral("label"), escaped(row.title));
+        if (row.kind == Kind::text)
+            properties.insert(QStringLiteral("enabled"), false);
+        if (row.hasLevel())
+            properties.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
+        if (!row.iconName.isEmpty())
+            properties.insert(QStringLiteral("icon-name"), row.iconName);
+        if (!row.iconData.isEmpty())
+            properties.insert(QStringLiteral("icon-data"), row.iconData);
+        return properties;
+    }
+
+    QVariantMap onlyNamed(QVariantMap properties, const QStringList& names)
+    {
+        if (!names.isEmpty())
+            properties.removeIf([&names](const auto& property) { return !names.contains(property.key()); });
+        return properties;
+    }
+
+    // A negative depth has no end.
+    DBusMenuLayout layout(const ExportedTree& tree, int id, int depth, const QStringList& names)
+    {
+        DBusMenuLayout result { id, onlyNamed(properties(tree, id), names), {} };
+        if (depth == 0)
+            return result;
+        for (const int child : tree.children(id))
+            result.children.append(layout(tree, child, depth - 1, names));
+        return result;
+    }
+
+    QVariantMap objectProperties()
+    {
+        return {
+            { QStringLiteral("Version"), 3U },
+            { QStringLiteral("TextDirection"),
+              QGuiApplication::isRightToLeft() ? QStringLiteral("rtl") : QStringLiteral("ltr") },
+            { QStringLiteral("Status"), QStringLiteral("normal") },
+            { QStringLiteral("IconThemePath"), QStringList() },
+        };
+    }
+
+    QDBusMessage noSuchRow(const QDBusMessage& call, int id)
+    {
+        return invalidArguments(call, QStringLiteral("no row has the id %1").arg(id));
+    }
+
+    QDBusMessage noSuchRows(const QDBusMessage& call)
+    {
+        return invalidArguments(call, QStringLiteral("no row has any of the ids"));
+    }
+
+} // namespace
+
+MenuExporter::MenuExporter(QDBusConnection connection, QString path, std::shared_ptr<NSMenu> menu,
+                           std::shared_ptr<NSMenu> reserve)
+    : connection_(std::move(connection)),
+      path_(std::move(path)),
+      menu_(std::move(menu), std::move(reserve))
+{
+    registerDBusMenuTypes();
+    menu_.onLayoutChanged = [this](int id) { tellLayoutUpdated(id); };
+    connection_.registerVirtualObject(path_, this);
+}
+
+MenuExporter::~MenuExporter()
+{
+    connection_.unregisterObject(path_);
+}
+
+void MenuExporter::fill()
+{
+    const NSApplication::EventScope event;
+    if (menu_.fill() && isKnown_)
+        tellLayoutUpdated(kRoot);
+}
+
+// A host may ask before it has been announced.
+void MenuExporter::fillOnce()
+{
+    if (!menu_.isFilled())
+        menu_.fill();
+    isKnown_ = true;
+}
+
+void MenuExporter::tellLayoutUpdated(int id)
+{
+    QDBusMessage updated = QDBusMessage::createSignal(path_, kInterface, QStringLiteral("LayoutUpdated"));
+    updated.setArguments({ ++revision_, id });
+    connection_.send(updated);
+}
+
+QDBusMessage MenuExporter::getLayout(const QDBusMessage& call)
+{
+    fillOnce();
+    const int parent = call.arguments().at(0).toInt();
+    const int depth = call.arguments().at(1).toInt();
+    const QStringList names = call.arguments().at(2).toStringList();
+    if (!menu_.tree().contains(parent))
+        return noSuchRow(call, parent);
+    return call.createReply({ revision_, QVariant::fromValue(layout(menu_.tree(), parent, depth, names)) });
+}
+
+QDBusMessage MenuExporter::getGroupProperties(const QDBusMessage& call)
+{
+    fillOnce();
+    auto ids = qdbus_cast<QList<int>>(call.arguments().at(0));
+    const QStringList names = call.arguments().at(1).toStringList();
+    if (ids.isEmpty()) {
+        const std::vector<int> all = menu_.tree().allIds();
+        ids = QList<int>(all.begin(), all.end());
+    }
+    DBusMenuPropertiesList found;
+    for (const int id : ids) {
+        if (menu_.tree().contains(id))
+            found.append({ id, onlyNamed(properties(menu_.tree(), id), names) });
+    }
+    return call.createReply(QVariant::fromValue(found));
+}
+
+QDBusMessage MenuExporter::getProperty(const QDBusMessage& call)
+{
+    const int id = call.arguments().at(0).toInt();
+    const QString name = call.arguments().at(1).toString();
+    if (!menu_.tree().contains(id))
+        return noSuchRow(call, id);
+    if (!defaultProperties().contains(name))
+        return invalidArguments(call, QStringLiteral("rows have no property %1").arg(name));
+    const QVariant value = properties(menu_.tree(), id).value(name, defaultProperties().value(name));
+    return call.createReply(QVariant::fromValue(QDBusVariant(value)));
+}
+
+bool MenuExporter::takeEvent(int id, const QString& event)
+{
+    if (!menu_.tree().contains(id))
+        return false;
+    if (event == QLatin1String("opened")) {
+        afterAnswer_.emplace_back([this, id] { menu_.announce({ id }, Announcement::opened); });
+    } else if (event == QLatin1String("closed")) {
+        afterAnswer_.emplace_back([this, id] { menu_.closed(id); });
+    } else if (event == QLatin1String("clicked")) {
+        const auto choose = [this, choice = menu_.choice(id)] {
+            const NSApplication::EventScope scope;
+            menu_.perform(choice);
+        };
+        QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
+    }
+    return true;
+}
+
+QDBusMessage MenuExporter::oneEvent(const QDBusMessage& call)
+{
+    const int id = call.arguments().at(0).toInt();
+    return takeEvent(id, call.arguments().at(1).toString()) ? call.createReply() : noSuchRow(call, id);
+}
+
+QDBusMessage MenuExporter::eventGroup(const QDBusMessage& call)
+{
+    const auto events = qdbus_cast<DBusMenuEventList>(call.arguments().at(0));
+    QList<int> unknown;
+    for (const DBusMenuEvent& event : events) {
+        if (!takeEvent(event.id, event.name))
+            unknown.append(event.id);
+    }
+    if (!events.isEmpty() && unknown.size() == events.size())
+        return noSuchRows(call);
+    return call.createReply(QVariant::fromValue(unknown));
+}
+
+QDBusMessage MenuExporter::aboutToShow(const QDBusMessage& call)
+{
+    const int id = call.arguments().at(0).toInt();
+    if (!menu_.tree().contains(id))
+        return noSuchRow(call, id);
+    // Whether the root has other rows is only known once it was brought up to date.
+    if (id == kRoot)
+        return call.createReply(menu_.announce({ id }, Announcement::aboutToShow));
+    if (!menu_.canOpen(id))
+        return call.createReply(false);
+    afterAnswer_.emplace_back([this, id] { menu_.announce({ id }, Announcement::aboutToShow); });
+    return call.createReply(true);
+}
+
+QDBusMessage MenuExporter::aboutToShowGroup(const QDBusMessage& call)
+{
+    const auto ids = qdbus_cast<QList<int>>(call.arguments().at(0));
+    QList<int> needUpdate;
+    QList<int> unknown;
+    std::vector<int> submenus;
+    if (ids.contains(kRoot) && menu_.announce({ kRoot }, Announcement::aboutToShow))
+        needUpdate.append(kRoot);
+    for (const int id : ids) {
+        if (!menu_.tree().contains(id))
+            unknown.append(id);
+        else if (id != kRoot && menu_.canOpen(id))
+            submenus.push_back(id);
+    }
+    if (!ids.isEmpty() && unknown.size() == ids.size())
+        return noSuchRows(call);
+    needUpdate.append(QList<int>(submenus.begin(), submenus.end()));
+    if (!submenus.empty())
+        afterAnswer_.emplace_back([this, submenus] { menu_.announce(submenus, Announcement::aboutToShow); });
+    return call.createReply({ QVariant::fromValue(needUpdate), QVariant::fromValue(unknown) });
+}
+
+bool MenuExporter::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+{
+    const NSApplication::EventScope event;
+    const auto by = [this](auto member) {
+        return [this, member](const QDBusMessage& call) { return (this->*member)(call); };
+    };
+    const bool isAnswered = answerProperties(message, connection, kInterface, objectProperties)
+        || answerCall(message, connection, kInterface,
+                      { { "GetLayout", "iias", by(&MenuExporter::getLayout) },
+                        { "GetGroupProperties", "aias", by(&MenuExporter::getGroupProperties) },
+                        { "GetProperty", "is", by(&MenuExporter::getProperty) },
+                        { "Event", "isvu", by(&MenuExporter::oneEvent) },
+                        { "EventGroup", "a(isvu)", by(&MenuExporter::eventGroup) },
+                        { "AboutToShow", "i", by(&MenuExporter::aboutToShow) },
+                        { "AboutToShowGroup", "ai", by(&MenuExporter::aboutToShowGroup) } });
+    for (const auto& work : std::exchange(afterAnswer_, {}))
+        work();
+    return isAnswered;
+}
+
+QString MenuExporter::introspect(const QString&) const
+{
+    return QStringLiteral(R"xml(<interface name="com.canonical.dbusmenu">
+  <property name="Version" type="u" access="read"/>
+  <property name="TextDirection" type="s" access="read"/>
+  <property name="Status" type="s" access="read"/>
+  <property name="IconThemePath" type="as" access="read"/>
+  <method name="GetLayout"><arg name="parentId" type="i" direction="in"/><arg name="recursionDepth" type="i" direction="in"/><arg name="propertyNames" type="as" direction="in"/><arg name="revision" type="u" direction="out"/><arg name="layout" type="(ia{sv}av)" direction="out"/></method>
+  <method name="GetGroupProperties"><arg name="ids" type="ai" direction="in"/><arg name="propertyNames" type="as" direction="in"/><arg name="properties" type="a(ia{sv})" direction="out"/></method>
+  <method name="GetProperty"><arg name="id" type="i" direction="in"/><arg name="name" type="s" direction="in"/><arg name="value" type="v" direction="out"/></method>
+  <method name="Event"><arg name="id" type="i" direction="in"/><arg name="eventId" type="s" direction="in"/><arg name="data" type="v" direction="in"/><arg name="timestamp" type="u" direction="in"/></method>
+  <method name="EventGroup"><arg name="events" type="a(isvu)" direction="in"/><arg name="idErrors" type="ai" direction="out"/></method>
+  <method name="AboutToShow"><arg name="id" type="i" direction="in"/><arg name="needUpdate" type="b" direction="out"/></method>
+  <method name="AboutToShowGroup"><arg name="ids" type="ai" direction="in"/><arg name="updatesNeeded" type="ai" direction="out"/><arg name="idErrors" type="ai" direction="out"/></method>
+  <signal name="ItemsPropertiesUpdated"><arg name="updatedProps" type="a(ia{sv})"/><arg name="removedProps" type="a(ias)"/></signal>
+  <signal name="LayoutUpdated"><arg name="revision" type="u"/><arg name="parent" type="i"/></signal>
+  <signal name="ItemActivationRequested"><arg name="id" type="i"/><arg name="timestamp" type="u"/></signal>
+</interface>
+)xml");
+}
+
+} // namespace quillbox

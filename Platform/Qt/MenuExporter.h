@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ExportedMenu.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quillbox {
+
+// A menu for hosts that draw it themselves: com.canonical.dbusmenu at a path of the item's connection. What
+// hosts ask and tell is translated for an ExportedMenu; this object keeps no rows. Ids that no row has, or
+// that their row has lost, get an error.
+//
+// The host has its answer before a directory is listed, and a chosen row's action runs from the event loop.
+class MenuExporter final : public QDBusVirtualObject {
+public:
+    // `menu` with `reserve` in its place while it is empty; see ExportedMenu.
+    MenuExporter(QDBusConnection connection, QString path, std::shared_ptr<NSMenu> menu,
+                 std::shared_ptr<NSMenu> reserve);
+    ~MenuExporter() override;
+
+    // A host has come; its first question finds the rows there.
+    void fill();
+    // The host is gone, or the menu is about to be shown in another way.
+    void close() { menu_.close(); }
+    // Called before the model's menu is opened at the top.
+    void setWillOpenHandler(std::function<void()> handler) { menu_.onWillOpen = std::move(handler); }
+
+    QString introspect(const QString& path) const override;
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
+
+private:
+    void fillOnce();
+    void tellLayoutUpdated(int id);
+    // False where no row has the id.
+    bool takeEvent(int id, const QString& event);
+
+    QDBusMessage getLayout(const QDBusMessage& call);
+    QDBusMessage getGroupProperties(const QDBusMessage& call);
+    QDBusMessage getProperty(const QDBusMessage& call);
+    QDBusMessage oneEvent(const QDBusMessage& call);
+    QDBusMessage eventGroup(const QDBusMessage& call);
+    QDBusMessage aboutToShow(const QDBusMessage& call);
+    QDBusMessage aboutToShowGroup(const QDBusMessage& call);
+
+    QDBusConnection connection_;
+    QString path_;
+    ExportedMenu menu_;
+    // Counts the layouts that hosts were told of.
+    uint revision_ = 1;
+    bool isKnown_ = false;
+    // What the call that is being answered has set off.
+    std::vector<std::function<void()>> afterAnswer_;
+};
+
+} // namespace quillbox

@@ -1,0 +1,145 @@
+#include "RecentUseIndex.h"
+
+#include "ManageDefaults.h"
+#include "World.h"
+#include "XdgTree.h"
+
+#include <gtest/gtest.h>
+
+namespace quillbox {
+namespace {
+
+    using Type = MenuItemType;
+
+    // Remembers what was looked for.
+    class WatchingFileManager final : public FileManager {
+    public:
+        WatchingFileManager() { installDefaultManager(this); }
+        ~WatchingFileManager() override { installDefaultManager(nullptr); }
+        using FileManager::fileExists;
+        bool fileExists(const std::string& path, bool& isDirectory) override
+        {
+            lookedFor.emplace_back(path::lastPathComponent(path));
+            return FileManager::fileExists(path, isDirectory);
+        }
+        std::vector<std::string> lookedFor;
+    };
+
+    // The menus of recent items over the records of a home of the test's own.
+    class RecentItemsMenus : public testing::Test {
+    protected:
+        RecentItemsMenus()
+        {
+            for (const char* title : { "Alpha", "Beta", "Gamma" })
+                tree.writeApplication("system", std::string(title) + ".desktop", title);
+            tree.files().writeFile("user/gnome-shell/application_state",
+                                   "<application-state>" + seen("Alpha", 40) + seen("Beta", 20) + seen("Gamma", 30)
+                                       + seen("Gone", 5) + "</application-state>");
+            tree.files().writeFile(
+                "user/recently-used.xbel",
+                "<xbel>" + bookmark("Report 10", 20) + bookmark("Report 9", 40) + bookmark("a letter", 31)
+                    + bookmark("odd.app", 25) + "<bookmark href='file:///gone' visited='" + iso(10)
+                    + "'/><bookmark href='sftp://host/x' visited='" + iso(9) + "'/><bookmark href='file://"
+                    + tree.files().makeDirectory("folder") + "' visited='" + iso(8) + "'/></xbel>");
+            start();
+        }
+        ~RecentItemsMenus() override { MetadataIndex::install(nullptr); }
+
+        void start()
+        {
+            MetadataIndex::install(nullptr);
+            index.reset();
+            bundles = std::make_unique<ApplicationBundles>(tree.environment, nullptr);
+            index = std::make_unique<RecentUseIndex>(*bundles, nullptr);
+            MetadataIndex::install(index.get());
+        }
+        std::string iso(int secondsAgo) const
+        {
+            std::string text = world.clock.now().addingSeconds(-secondsAgo).description().substr(0, 19);
+            text[10] = 'T';
+            return text + "Z";
+        }
+        std::string seen(const std::string& title, int secondsAgo) const
+        {
+            const double when = world.clock.now().addingSeconds(-secondsAgo).secondsSinceUnixEpoch();
+            return "<application id='" + title + ".desktop' last-seen='" + std::to_string(static_cast<long>(when))
+                + "'/>";
+        }
+        std::string bookmark(const std::string& name, int secondsAgo)
+        {
+            const URL file = URL::fileURLWithPath(tree.files().writeFile(name));
+            return "<bookmark href='" + file.absoluteString() + "' visited='" + iso(secondsAgo) + "'/>";
+        }
+        void configure(std::int64_t limit, MenuOptionFlagsSv flags = {})
+        {
+            std::vector<std::shared_ptr<MainMenuItem>> items;
+            for (const auto& [type, title] : { std::pair(Type::recentItems, "All"),
+                                               { Type::recentItemsApps, "Apps" },
+                                               { Type::recentItemsDocs, "Docs" } }) {
+                items.push_back(std::make_shared<MainMenuItem>(type, title, std::nullopt, std::nullopt, flags));
+                items.back()->maxNumberOfRecentItems = limit;
+            }
+            world.configure(std::move(items));
+        }
+        std::string shown(std::string_view title)
+        {
+            FakeUser person = world.user();
+            person.open().openSubmenu(title);
+            std::string text;
+            for (const auto& row : person.tracking().menu(1)->itemArray())
+                text += (row->isSeparatorItem() ? "---" : row->attributedTitle() ? "(note)" : row->title()) + "|";
+            person.close();
+            return text;
+        }
+
+        World world;
+        XdgTree tree;
+        std::unique_ptr<ApplicationBundles> bundles;
+        std::unique_ptr<RecentUseIndex> index;
+    };
+
+    TEST_F(RecentItemsMenus, ListWhatTheRecordsTellByNameAndByDate)
+    {
+        configure(10);
+        EXPECT_EQ(shown("All"),
+                  "Applications|Alpha|Beta|Gamma|---|Documents|a letter|odd.app|Report 9|Report 10|---|Clear Menu|");
+        configure(10, menuOptionFlagsSv::sortByDate);
+        EXPECT_EQ(shown("All"),
+                  "Applications|Beta|Gamma|Alpha|---|Documents|Report 10|odd.app|a letter|Report 9|---|Clear Menu|");
+        configure(2);
+        EXPECT_EQ(shown("Apps"), "Beta|Gamma|---|Clear Menu|");
+        EXPECT_EQ(shown("Docs"), "odd.app|Report 10|---|Clear Menu|");
+    }
+
+    TEST_F(RecentItemsMenus, LookOnlyForWhatCouldBeListed)
+    {
+        configure(2);
+        WatchingFileManager files;
+        shown("Apps");
+        // Telling a package looks a second time.
+        EXPECT_EQ(files.lookedFor,
+                  (std::vector<std::string> { "Beta.app", "Beta.app", "odd.app", "Gamma.app", "Gamma.app" }));
+        files.lookedFor.clear();
+        shown("Docs");
+        EXPECT_EQ(files.lookedFor,
+                  (std::vector<std::string> { "folder", "gone", "Beta.app", "Beta.app", "Report 10", "odd.app" }));
+    }
+
+    TEST_F(RecentItemsMenus, AfterClearingAndARestartShowLaterUseOnly)
+    {
+        configure(10);
+        world.user().open().openSubmenu("All").choose("Clear Menu");
+        EXPECT_EQ(shown("All"), "Applications|None|---|Documents|None|---|(note)|");
+        EXPECT_EQ(shown("Docs"), "a letter|odd.app|Report 9|Report 10|---|Clear Menu|") << "each menu has its own";
+
+        world.clock.advance(std::chrono::seconds(2));
+        index->noteOpened(tree.path("Report 9"));
+        index->noteOpened(bundles->applications().front().path);
+        start();
+        MainMenuItem::actualMenuItems().clear();
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_EQ(shown("All"), "Applications|Alpha|---|Documents|Report 9|---|Clear Menu|");
+    }
+
+} // namespace
+} // namespace quillbox

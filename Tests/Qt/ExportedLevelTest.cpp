@@ -1,0 +1,105 @@
+#include "ExportedLevel.h"
+
+#include "NSMenu.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+#include <QImage>
+#include <QTemporaryDir>
+
+using namespace quillbox;
+
+namespace {
+
+const Selector kNothing { "nothing:", [](NSObject&, NSObject*) {} };
+
+ExportedRow root()
+{
+    ExportedRow row;
+    row.kind = ExportedRow::Kind::submenu;
+    return row;
+}
+
+NSImage image(ImageContent content)
+{
+    return { std::make_shared<KnownImageSource>("icon", std::move(content)), { 16, 16 } };
+}
+
+TEST(ExportedLevel, ATitleOfSeveralLinesBecomesAsManyDisabledRows)
+{
+    NSMenu menu;
+    auto note = std::make_shared<NSMenuItem>();
+    note->setAttributedTitle(AttributedString("This can't be read:\n/a\tb\nTry again."));
+    menu.addItem(std::move(note));
+    auto heading = std::make_shared<NSMenuItem>("Two\nlines", &kNothing);
+    heading->setAttributedTitle(AttributedString("Two\nlines"));
+    menu.addItem(std::move(heading));
+    const auto rows = exportedLevel(menu, root());
+    QStringList seen;
+    for (const ExportedRow& row : rows)
+        seen.append(QStringLiteral("%1 %2 %3").arg(static_cast<int>(row.kind)).arg(row.place).arg(row.title));
+    EXPECT_EQ(
+        seen,
+        (QStringList { "0 0 This can't be read:", QString::fromUtf8("0 0 /a→b"), "0 0 Try again.", "1 1 Two lines" }));
+}
+
+TEST(ExportedLevel, NoTitleIsWiderThanAScreen)
+{
+    NSMenu menu;
+    std::string title = "x";
+    for (int i = 0; i < 100; ++i)
+        title += "\U0001F6D1"; // Two units each, so that both cuts fall into one.
+    title += "y";
+    menu.addItem(std::make_shared<NSMenuItem>(title, &kNothing));
+    const QString shown = exportedLevel(menu, root()).at(0).title;
+    EXPECT_EQ(shown.size(), 119);
+    EXPECT_EQ(shown.toUtf8().count("\U0001F6D1"), 29 + 29);
+    EXPECT_EQ(exportedTitle(*menu.itemArray()[0]), shown);
+}
+
+TEST(ExportedLevel, PicturesGoByTheFirstNameThatTheThemeHas)
+{
+    QTemporaryDir directory;
+    QDir(directory.path()).mkpath("hicolor/16x16/apps");
+    QFile index(directory.filePath("hicolor/index.theme"));
+    ASSERT_TRUE(index.open(QFile::WriteOnly));
+    index.write("[Icon Theme]\nName=Hicolor\nDirectories=16x16/apps\n[16x16/apps]\nSize=16\n");
+    index.close();
+    QImage pixels(16, 16, QImage::Format_ARGB32);
+    pixels.fill(Qt::red);
+    const QString file = directory.filePath("hicolor/16x16/apps/test-known.png");
+    ASSERT_TRUE(pixels.save(file));
+    const QStringList formerPaths = QIcon::themeSearchPaths();
+    const QString formerTheme = QIcon::themeName();
+    QIcon::setThemeSearchPaths({ directory.path() });
+    QIcon::setThemeName("hicolor");
+
+    NSMenu menu;
+    const auto add = [&menu](NSImage icon) {
+        auto item = std::make_shared<NSMenuItem>("row", &kNothing);
+        item->setImage(std::move(icon));
+        menu.addItem(std::move(item));
+    };
+    add(image(ThemedImage { { "test-unknown", "test-known" }, file.toStdString() }));
+    add(image(ThemedImage { { "test-unknown" }, file.toStdString() }));
+    add(image(ImageFile { file.toStdString() }));
+    add(image(ThemedImage { { "text-test", "text-x-generic" }, {} }));
+    add({});
+    const auto rows = exportedLevel(menu, root());
+    EXPECT_EQ(rows[0].iconName, "test-known");
+    EXPECT_TRUE(rows[0].iconData.isEmpty());
+    for (const int row : { 1, 2 }) {
+        EXPECT_EQ(rows[row].iconName, "");
+        EXPECT_EQ(QImage::fromData(rows[row].iconData, "PNG").pixelColor(8, 8), QColor(Qt::red)) << row;
+    }
+    EXPECT_EQ(rows[3].iconName, "text-x-generic");
+    EXPECT_TRUE(rows[4].iconName.isEmpty() && rows[4].iconData.isEmpty());
+
+    QIcon::setThemeSearchPaths(formerPaths);
+    QIcon::setThemeName(formerTheme);
+}
+
+} // namespace

@@ -1,0 +1,213 @@
+#include "MenuAccessible.h"
+#include "MenuWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QWidget>
+
+#include <algorithm>
+#include <utility>
+
+using namespace quillbox;
+
+namespace {
+
+using User = PopupUser;
+
+// What a screen reader was told, in order; it looks at each object while it is told of it.
+std::vector<std::string> heard;
+
+std::string nameOf(QAccessibleInterface* accessible)
+{
+    return accessible->text(QAccessible::Name).toStdString();
+}
+
+void hear(QAccessibleEvent* event)
+{
+    QAccessibleInterface* accessible = event->accessibleInterface();
+    if (!accessible || !accessible->isValid())
+        return;
+    const std::string name = nameOf(accessible);
+    const QAccessible::State state = accessible->state();
+    if (event->type() == QAccessible::PopupMenuStart)
+        heard.push_back("start " + name);
+    else if (event->type() == QAccessible::PopupMenuEnd)
+        heard.push_back("end " + name);
+    else if (event->type() == QAccessible::StateChanged)
+        heard.push_back((state.expanded ? "expanded " : "collapsed ") + name);
+    else if (event->type() == QAccessible::Focus)
+        heard.push_back((accessible->role() == QAccessible::PopupMenu || state.focused ? "focus " : "no focus ")
+                        + name);
+}
+
+std::string takeHeard()
+{
+    std::string text;
+    for (const std::string& line : std::exchange(heard, {}))
+        text += (text.empty() ? "" : ", ") + line;
+    return text;
+}
+
+class MenuAccessibleTest : public testing::Test {
+protected:
+    MenuAccessibleTest()
+    {
+        world.contents["top"] = [this] {
+            MenuWorld::Rows rows { world.file("alpha"), NSMenuItem::separatorItem(), world.directory("Papers"),
+                                   world.heading("Recent"), std::make_shared<NSMenuItem>("off") };
+            rows[0]->setToolTip("/home/alpha");
+            return rows;
+        };
+        world.contents["Papers"] = [this] { return world.files({ "one", "two" }); };
+        world.contents["Recent"] = [this] { return world.numbered("r", 50'000); };
+    }
+    ~MenuAccessibleTest() override
+    {
+        world.presenter.close();
+        heard.clear();
+    }
+
+    static QAccessibleInterface* level(std::size_t number)
+    {
+        return QAccessible::queryAccessibleInterface(User::popups()[number]);
+    }
+    void act(QAccessibleInterface* row, const QString& action)
+    {
+        row->actionInterface()->doAction(action);
+        EXPECT_EQ(world.takeLog(), "") << "before the answer is on its way";
+        QCoreApplication::sendPostedEvents();
+    }
+
+    MenuWorld world { AssistiveTechnology { [] { return true; }, hear } };
+};
+
+TEST_F(MenuAccessibleTest, TellsWhatHappensInTheOrderAScreenReaderNeeds)
+{
+    const auto expect = [](const char* told) { EXPECT_EQ(takeHeard(), told); };
+    world.open();
+    expect("start top, focus top");
+    User::key(Qt::Key_Down);
+    expect("focus alpha");
+    User::type("p");
+    User::key(Qt::Key_Right);
+    expect("focus Papers, expanded Papers, start Papers, focus one");
+    User::key(Qt::Key_Left);
+    expect("end Papers, collapsed Papers, focus Papers");
+    User::moveTo("alpha");
+    expect("focus alpha");
+    User::moveTo(QPoint(790, 790));
+    expect("");
+    User::moveTo("alpha");
+    expect("focus alpha");
+    User::moveTo("Papers");
+    world.rest();
+    expect("focus Papers, expanded Papers, start Papers");
+    User::click("two");
+    expect("focus two, end Papers, end top");
+}
+
+TEST(MenuAccessibleSilence, NothingIsMadeWhileNobodyListens)
+{
+    MenuWorld world { AssistiveTechnology { [] { return false; }, hear } };
+    world.contents["top"] = [&] { return world.numbered("f", 3); };
+    // Ids are given in turn.
+    const auto nextId = [] {
+        QWidget widget;
+        return QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&widget));
+    };
+    const QAccessible::Id before = nextId();
+    world.open();
+    User::key(Qt::Key_Down);
+    world.presenter.close();
+    EXPECT_EQ(takeHeard(), "");
+    // The toolkit makes one for every window.
+    EXPECT_EQ(nextId(), before + 2);
+}
+
+std::string statesOf(QAccessibleInterface* row)
+{
+    const QAccessible::State state = row->state();
+    return std::string(state.disabled ? "disabled " : "") + (state.focusable ? "focusable " : "")
+        + (state.selected ? "selected " : "") + (state.focused ? "focused " : "") + (state.hasPopup ? "popup " : "")
+        + (state.expanded ? "expanded " : "") + (state.collapsed ? "collapsed " : "")
+        + (state.offscreen ? "offscreen " : "");
+}
+
+TEST_F(MenuAccessibleTest, RowsSayWhatTheyAre)
+{
+    world.open();
+    User::type("p");
+    User::key(Qt::Key_Right);
+    QAccessibleInterface* top = level(0);
+    const char* rows[] = {
+        "alpha: focusable Press,SetFocus",
+        "|: disabled ",
+        "Papers: focusable selected popup expanded Press,ShowMenu,SetFocus",
+        "Recent: focusable popup collapsed Press,ShowMenu,SetFocus",
+        "off: disabled ",
+    };
+    ASSERT_EQ(top->childCount(), 5);
+    for (int i = 0; i < top->childCount(); ++i) {
+        QAccessibleInterface* row = top->child(i);
+        const std::string name = row->role() == QAccessible::Separator ? "|" : nameOf(row);
+        const std::string actions = row->actionInterface()->actionNames().join(',').toStdString();
+        EXPECT_EQ(name + ": " + statesOf(row) + actions, rows[i]);
+        EXPECT_EQ(row->parent(), top);
+        EXPECT_EQ(top->indexOfChild(row), i);
+        EXPECT_EQ(top->childAt(row->rect().center().x(), row->rect().center().y()), row);
+    }
+    EXPECT_EQ(top->child(0)->text(QAccessible::Description), "/home/alpha");
+    EXPECT_EQ(top->focusChild(), nullptr);
+    EXPECT_EQ(level(1)->focusChild(), level(1)->child(0));
+    EXPECT_EQ(level(1)->role(), QAccessible::PopupMenu);
+}
+
+TEST_F(MenuAccessibleTest, ActionsDoWhatTheKeysDo)
+{
+    world.open();
+    world.takeLog();
+    act(level(0)->child(4), QAccessibleActionInterface::pressAction());
+    act(level(0)->child(0), QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(User::selected(), "alpha");
+    act(level(0)->child(2), QAccessibleActionInterface::showMenuAction());
+    EXPECT_EQ(User::selected(), "Papers/one");
+    world.takeLog();
+    act(level(0)->child(3), QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(User::selected(), "Recent/r0");
+    world.takeLog();
+    // Of two choices the second finds no menu any more.
+    level(1)->child(7)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    level(1)->child(49'999)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    act(level(1)->child(8), QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(world.takeLog(), "off the screen, close Recent, close top, chose r49999 with 0 popups");
+}
+
+TEST_F(MenuAccessibleTest, AHugeListHasFewLiveRows)
+{
+    world.open();
+    User::type("r");
+    User::key(Qt::Key_Right);
+    QAccessibleInterface* list = level(1);
+    ASSERT_EQ(list->childCount(), 50'000);
+    const QAccessible::Id focused = QAccessible::uniqueId(list->focusChild());
+    std::vector<QAccessible::Id> ids;
+    for (int i = 0; i < list->childCount(); ++i) {
+        QAccessibleInterface* row = list->child(i);
+        ids.push_back(QAccessible::uniqueId(row));
+        ASSERT_EQ(list->indexOfChild(row), i);
+    }
+    const auto live = [&ids] {
+        return static_cast<std::size_t>(std::count_if(ids.begin(), ids.end(), [](QAccessible::Id id) {
+            return QAccessible::accessibleInterface(id) != nullptr;
+        }));
+    };
+    EXPECT_EQ(live(), MenuAccessibleRows::kMost);
+    EXPECT_EQ(QAccessible::accessibleInterface(focused), list->focusChild());
+    EXPECT_EQ(statesOf(list->child(49'999)), "focusable offscreen ");
+    world.presenter.close();
+    EXPECT_EQ(live(), 0u);
+}
+
+} // namespace

@@ -1,0 +1,334 @@
+#include "MenuExporter.h"
+
+#include "MenuHost.h"
+#include "MenuWorld.h"
+#include "SessionBus.h"
+
+#include <gtest/gtest.h>
+
+using namespace quillbox;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString kPath = QStringLiteral("/Menu");
+const QString kInvalid = QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs");
+
+// A menu of the model on a bus of its own, and a host that draws it.
+class MenuExporterTest : public testing::Test {
+protected:
+    MenuExporterTest()
+    {
+        world.contents["top"] = [this] {
+            return MenuWorld::Rows { world.file("my_note"), NSMenuItem::separatorItem(), world.directory("Papers"),
+                                     world.heading("Places") };
+        };
+        world.contents["Papers"] = [this] { return MenuWorld::Rows { world.file("a"), world.directory("Letters") }; };
+        world.contents["Letters"] = [this] { return world.files({ "dear" }); };
+        world.contents["Places"] = [this] { return world.files({ "home", "root" }); };
+        exporter.fill();
+        world.log.clear();
+    }
+
+    std::string run(const std::string& script)
+    {
+        return host.run(script, [this] { return world.takeLog(); });
+    }
+
+    PrivateBus bus;
+    MenuWorld world;
+    SessionBus itemBus;
+    MenuExporter exporter { itemBus.connection(), kPath, world.top, nullptr };
+    MenuHost host { itemBus.connection().baseService(), kPath };
+};
+
+TEST_F(MenuExporterTest, TheRootIsFilledByOneOpeningAndClosing)
+{
+    exporter.fill();
+    EXPECT_EQ(world.takeLog(), "update top, open top, close top");
+    EXPECT_TRUE(world.top->itemArray().empty());
+    EXPECT_EQ(run("get top"), "get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1\n");
+
+    MenuExporter another(itemBus.connection(), "/Other", world.top, nullptr);
+    MenuHost early(itemBus.connection().baseService(), "/Other");
+    EXPECT_EQ(early.run("get top", [this] { return world.takeLog(); }),
+              "get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1; update top, open top, close top\n");
+}
+
+// What panels call, in their order, while a person opens Papers, goes on to Letters and chooses "dear"; then calls
+// in orders that come of no panel we know. Each line is a call and all that has to come of it.
+struct HostScript {
+    const char* name;
+    std::string script;
+};
+
+const HostScript kScripts[] = {
+    { "Plasma", R"(get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+about top: false; update top, open top
+opened top:
+about Papers: true; r2 below 3; update Papers, open Papers
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r2
+opened Papers:
+about Letters: true; r3 below 8; update Letters, open Letters
+get Letters: 9 Open Letters, 10 ---, 11 dear r3
+opened Letters:
+clicked dear: close Letters, close Papers, close top, chose dear with 0 popups
+closed Letters:
+closed Papers:
+closed top:
+)" },
+    // Closes before it clicks.
+    { "GnomeExtension", R"(get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+opened top: update top, open top
+about top: false
+opened Papers: r2 below 3; update Papers, open Papers
+about Papers: true
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r2
+about Letters: true; r3 below 8; update Letters, open Letters
+opened Letters:
+get Letters: 9 Open Letters, 10 ---, 11 dear r3
+closed Letters:
+closed Papers:
+closed top:
+clicked dear: close Letters, close Papers, close top, chose dear with 0 popups
+)" },
+    // xfce4-panel and waybar: groups; goes by the signal, and never tells that the root was opened or closed.
+    { "LibdbusmenuGtk", R"(get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+group top: update top, open top
+group Papers: 3; r2 below 3; update Papers, open Papers
+get top: 1 my__note, 2 ---, 3 Papers, 4 Places r2
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r2
+opened Papers:
+group Letters: 8; r3 below 8; update Letters, open Letters
+get Letters: 9 Open Letters, 10 ---, 11 dear r3
+opened Letters:
+clicked dear: close Letters, close Papers, close top, chose dear with 0 popups
+)" },
+    // lxqt-panel: a level at a time, and nothing of what was opened.
+    { "LibdbusmenuQt", R"(about top: false; update top, open top
+get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+about Papers: true; r2 below 3; update Papers, open Papers
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r2
+about Letters: true; r3 below 8; update Letters, open Letters
+get Letters: 9 Open Letters, 10 ---, 11 dear r3
+clicked dear: close Letters, close Papers, close top, chose dear with 0 popups
+)" },
+    { "TheSameAgainIsAnotherOpening", R"(get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+about Papers: true; r2 below 3; update top, open top, update Papers, open Papers
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r2
+about Papers: true; r3 below 3; close Papers, update Papers, open Papers
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r3
+opened Papers:
+opened Papers: r4 below 3; close Papers, update Papers, open Papers
+about top: false; close Papers, close top, update top, open top
+get Papers:  r4
+clicked my__note: close top, chose my_note with 0 popups
+)" },
+    { "ALevelBesideClosesTheOtherOne", R"(get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+group Papers,Places: 3 4; r2 below 0; update top, open top, update Papers, open Papers, close Papers, update Places, open Places
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r2
+get Places: 9 home, 10 root r2
+about Papers: true; r3 below 3; close Places, update Papers, open Papers
+get Places: 9 home, 10 root r3
+clicked home: close Papers, update Places, open Places, close Places, close top, chose home with 0 popups
+clicked Open Papers: update top, open top, close top, chose Papers with 0 popups
+)" },
+};
+
+class HostScripts : public MenuExporterTest, public testing::WithParamInterface<HostScript> { };
+
+TEST_P(HostScripts, OpenTheLevelsOnceAndInOrder)
+{
+    EXPECT_EQ(run(GetParam().script), GetParam().script);
+    EXPECT_EQ(world.clock.pendingCount(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(MenuExporter, HostScripts, testing::ValuesIn(kScripts),
+                         [](const auto& script) { return std::string(script.param.name); });
+
+TEST_F(MenuExporterTest, TheModelClosesWhenNoClickFollows)
+{
+    run("get top\nabout Papers\nget Papers\nclosed Papers\nclosed top");
+    world.clock.advance(900ms);
+    EXPECT_EQ(world.takeLog(), "");
+    world.clock.advance(100ms);
+    EXPECT_EQ(world.takeLog(), "close Papers, close top");
+    EXPECT_EQ(world.clock.pendingCount(), 0U);
+    // An opening does not wait.
+    EXPECT_EQ(
+        run("about top\nclosed top\nabout top"),
+        "about top: false; update top, open top\nclosed top:\nabout top: false; close top, update top, open top\n");
+    exporter.close();
+    EXPECT_EQ(world.takeLog(), "close top");
+}
+
+TEST_F(MenuExporterTest, AClickOnAKeptRowActsOnTheSameRowOrNotAtAll)
+{
+    run("get top\nabout Papers\nget Papers\nabout Letters\nget Letters\nclosed top");
+    world.clock.advance(1s);
+    world.takeLog();
+    const std::string click = "clicked dear";
+    EXPECT_EQ(run(click),
+              "clicked dear: update top, open top, update Papers, open Papers, update Letters, open Letters, "
+              "close Letters, close Papers, close top, chose dear with 0 popups\n");
+    const std::string nothing = "clicked dear: update top, open top, update Papers, open Papers, update Letters, "
+                                "open Letters, close Letters, close Papers, close top\n";
+    world.contents["Letters"] = [this] { return world.files({ "other" }); };
+    EXPECT_EQ(run(click), nothing);
+    world.contents["Letters"] = [this] { return MenuWorld::Rows { world.directory("dear") }; };
+    EXPECT_EQ(run(click), nothing);
+    world.contents["Letters"] = [] { return MenuWorld::Rows {}; };
+    EXPECT_EQ(run(click), nothing);
+    world.contents["top"] = [this] { return world.files({ "Papers" }); };
+    EXPECT_EQ(run(click), "clicked dear: update top, open top, close top\n");
+}
+
+TEST_F(MenuExporterTest, IdsFromBeforeARebuildAreUnknownAndNeverUsedAgain)
+{
+    run("get top\nabout Papers\nget Papers\nabout Letters\nget Letters");
+    const int letters = host.id("Letters");
+    const int dear = host.id("dear");
+    world.contents["top"] = [this] { return MenuWorld::Rows { world.directory("New"), world.directory("Papers") }; };
+    world.contents["Papers"] = [this] { return world.files({ "a", "dear" }); };
+    EXPECT_EQ(run("about top\nget top\nabout Papers\nget Papers"),
+              "about top: true; r4 below 0; close Letters, close Papers, close top, update top, open top\n"
+              "get top: 12 New, 3 Papers r4\n"
+              "about Papers: true; r5 below 3; update Papers, open Papers\n"
+              "get Papers: 13 Open Papers, 14 ---, 15 a, 16 dear r5\n");
+    for (const int id : { letters, dear, -1, 9999 }) {
+        EXPECT_EQ(host.layout(id, -1), kInvalid);
+        EXPECT_EQ(host.tell(id, "clicked").errorName(), kInvalid);
+        EXPECT_EQ(host.tell(id, "opened").errorName(), kInvalid);
+        EXPECT_EQ(host.call("AboutToShow", { id }).errorName(), kInvalid);
+        EXPECT_EQ(host.call("AboutToShowGroup", { QVariant::fromValue(QList<int> { id }) }).errorName(), kInvalid);
+        EXPECT_EQ(host.call("GetProperty", { id, "label" }).errorName(), kInvalid);
+    }
+    EXPECT_EQ(host.takeUpdates(), QStringList());
+    EXPECT_EQ(world.takeLog(), "");
+    const QDBusMessage group = host.call("AboutToShowGroup", { QVariant::fromValue(QList<int> { dear, 12, 15 }) });
+    EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().value(0)), QList<int> { 12 });
+    EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().value(1)), QList<int> { dear });
+}
+
+TEST_F(MenuExporterTest, AskingForTheWholeTreeListsNothing)
+{
+    world.contents["Papers"] = [this] { return world.numbered("entry", 50'000); };
+    world.contents["top"] = [this] { return MenuWorld::Rows { world.directory("Papers"), world.directory("Places") }; };
+    EXPECT_EQ(run("about top"), "about top: true; r2 below 0; update top, open top\n");
+    EXPECT_EQ(host.layout(0, -1), "3 Papers, 5 Places");
+    EXPECT_EQ(host.layout(3, -1), "");
+    EXPECT_EQ(host.layout(0, 0), "");
+    EXPECT_EQ(world.takeLog(), "");
+    run("about Places");
+    EXPECT_EQ(host.layout(0, -1), "3 Papers, 5 Places > (6 Open Places, 7 ---, 8 home, 9 root)");
+    EXPECT_EQ(host.layout(0, 1), "3 Papers, 5 Places");
+    EXPECT_EQ(host.layout(0, 2, { "label" }), "3 Papers, 5 Places > (6 Open Places, 7 ---, 8 home, 9 root)");
+    EXPECT_EQ(host.layout(0, 1, { "enabled" }), "3 ---, 5 ---");
+}
+
+TEST_F(MenuExporterTest, ALongLevelGoesOnWithoutAnotherOpening)
+{
+    world.contents["Places"] = [this] { return world.numbered("n", 450); };
+    run("get top\nabout Places");
+    EXPECT_TRUE(host.layout(host.id("Places"), 1).endsWith("n199, 205 More (250)"));
+    EXPECT_EQ(run("about More (250)"), "about More (250): true; r3 below 205\n");
+    const QString second = host.layout(205, 1);
+    EXPECT_TRUE(second.startsWith("206 n200, ")) << second.toStdString();
+    EXPECT_TRUE(second.endsWith("405 n399, 406 More (50)"));
+    EXPECT_EQ(host.revision(), 3U);
+    run("opened More (50)");
+    EXPECT_TRUE(host.layout(406, -1).endsWith("456 n449"));
+    EXPECT_EQ(run("clicked More (50)\nclosed top\nclicked n449"),
+              "clicked More (50):\nclosed top:\nclicked n449: close Places, close top, chose n449 with 0 popups\n");
+    EXPECT_EQ(run("clicked n300"),
+              "clicked n300: update top, open top, update Places, open Places, close Places, "
+              "close top, chose n300 with 0 popups\n");
+}
+
+TEST_F(MenuExporterTest, AnswersEveryQuestionAboutProperties)
+{
+    run("get top");
+    const auto property = [this](int id, const QString& name) {
+        const QDBusMessage reply = host.call("GetProperty", { id, name });
+        return reply.type() == QDBusMessage::ReplyMessage
+            ? reply.arguments().at(0).value<QDBusVariant>().variant().toString()
+            : reply.errorName();
+    };
+    EXPECT_EQ(property(1, "label"), "my__note");
+    EXPECT_EQ(property(1, "children-display"), "");
+    EXPECT_EQ(property(2, "type"), "separator");
+    EXPECT_EQ(property(3, "children-display"), "submenu");
+    EXPECT_EQ(property(0, "children-display"), "submenu");
+    EXPECT_EQ(property(1, "enabled"), "true");
+    EXPECT_EQ(property(1, "colour"), kInvalid);
+
+    const auto group = [this](const QList<int>& ids, const QStringList& names) {
+        QStringList text;
+        const QDBusMessage reply = host.call("GetGroupProperties", { QVariant::fromValue(ids), names });
+        for (const auto& row : qdbus_cast<DBusMenuPropertiesList>(reply.arguments().value(0)))
+            text.append(QStringLiteral("%1 %2").arg(row.id).arg(row.properties.keys().join(u' ')));
+        return text;
+    };
+    EXPECT_EQ(group({ 3, 99, 1 }, {}), (QStringList { "3 children-display label", "1 label" }));
+    EXPECT_EQ(group({}, { "type" }), (QStringList { "0 ", "1 ", "2 type", "3 ", "4 " }));
+}
+
+TEST_F(MenuExporterTest, TakesGroupsOfEventsAndIgnoresWhatMeansNothing)
+{
+    run("get top");
+    EXPECT_EQ(host.tell(1, "hovered").errorName(), "");
+    EXPECT_EQ(host.tell(2, "clicked").errorName(), "");
+    EXPECT_EQ(host.tell(4, "clicked").errorName(), "");
+    EXPECT_EQ(host.tell(1, "opened").errorName(), "");
+    const DBusMenuEventList events { { 77, "clicked", QDBusVariant(0), 0 },
+                                     { 0, "opened", QDBusVariant(0), 0 },
+                                     { 3, "opened", QDBusVariant(0), 0 },
+                                     { 1, "clicked", QDBusVariant(0), 0 } };
+    const QDBusMessage reply = host.call("EventGroup", { QVariant::fromValue(events) });
+    EXPECT_EQ(qdbus_cast<QList<int>>(reply.arguments().value(0)), QList<int> { 77 });
+    EXPECT_EQ(host.takeUpdates(), QStringList { "r2 below 3" });
+    EXPECT_EQ(world.takeLog(),
+              "update top, open top, update Papers, open Papers, close Papers, close top, "
+              "chose my_note with 0 popups");
+    EXPECT_EQ(host.call("EventGroup", { QVariant::fromValue(events.mid(0, 1)) }).errorName(), kInvalid);
+}
+
+TEST_F(MenuExporterTest, WhileAnAlertRunsNothingOpens)
+{
+    run("get top\nabout top");
+    world.takeLog();
+    world.desktop.duringAlert = [this] {
+        EXPECT_EQ(run("about top\nopened Papers\nabout Papers\nclicked my__note"),
+                  "about top: false\nopened Papers:\nabout Papers: false\nclicked my__note:\n");
+    };
+    NSAlert().runModal();
+    EXPECT_EQ(world.desktop.activations, 2);
+    EXPECT_EQ(run("about top"), "about top: false; close top, update top, open top\n");
+}
+
+TEST_F(MenuExporterTest, AnActionMayBringTheHostBack)
+{
+    run("get top\nabout Papers\nget Papers");
+    std::string again;
+    world.duringAction = [&] { again = run("about Papers"); };
+    EXPECT_EQ(run("clicked a"), "clicked a:\n");
+    EXPECT_EQ(again,
+              "about Papers: true; r3 below 3; close Papers, close top, chose a with 0 popups, update top, "
+              "open top, update Papers, open Papers\n");
+}
+
+TEST_F(MenuExporterTest, TheShortMenuStandsInForAnEmptyOne)
+{
+    world.contents["top"] = [] { return MenuWorld::Rows {}; };
+    const auto shortMenu = std::make_shared<NSMenu>("short");
+    shortMenu->setItemArray(world.files({ "Quit" }));
+    const MenuExporter other(itemBus.connection(), "/Other", world.top, shortMenu);
+    MenuHost otherHost(itemBus.connection().baseService(), "/Other");
+    const auto log = [this] { return world.takeLog(); };
+    EXPECT_EQ(otherHost.run("get top\nabout top\nclicked Quit", log),
+              "get top: 1 Quit r1; update top, open top, close top\n"
+              "about top: false; update top, open top, close top\n"
+              "clicked Quit: chose Quit with 0 popups\n");
+}
+
+} // namespace

@@ -1,0 +1,85 @@
+#include "MainMenuItemSaver.h"
+#include "ManageDefaults.h"
+#include "MountNamespace.h"
+#include "World.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+namespace quillbox {
+
+namespace {
+
+    // What the menu shows of the picked directory "Papers": "PATH: ROW, ROW", "missing".
+    std::string seen(World& world)
+    {
+        FakeUser person = world.user();
+        person.open();
+        const auto row = std::dynamic_pointer_cast<NSMenuItemPlus>(person.row("Papers"));
+        if (!row || row->isArbitraryPathInaccessible || !row->submenu()) {
+            person.close();
+            return row ? "missing" : "no row";
+        }
+        std::string text = row->pathToOpen + ": ";
+        person.openSubmenu("Papers");
+        text += person.sees();
+        person.close();
+        return text;
+    }
+
+    // Opens the menu over a picked directory of the volume, which comes and goes meanwhile.
+    void tryVolume(TestVolume& volume, const std::string& directory)
+    {
+        World world;
+        world.directories.home = directory; // on the mount of what a bind mount shows again
+        const std::string here = world.files.path("media/stick");
+        const std::string there = world.files.path("elsewhere/stick 1");
+        ASSERT_TRUE(volume.mount(here));
+        world.defaults.set(*MainMenuItemSaver::encodeList({ MainMenuItemSaver(*pickedItem(here + "/Papers")) }),
+                           "UserPickedMenuItems");
+        world.defaults.set(std::int64_t { 2 }, "MenuSaveVersion");
+        ManageDefaults::loadAllFromDisk();
+        world.launch();
+        const std::string rows = "/Papers: letter.txt";
+        EXPECT_EQ(seen(world).substr(0, (here + rows).size()), here + rows);
+        ASSERT_EQ(volume.unmount(), 0) << "Quillbox keeps the volume from being unmounted";
+        EXPECT_EQ(seen(world), "missing");
+        ASSERT_TRUE(volume.mount(here));
+        EXPECT_EQ(seen(world).substr(0, (here + rows).size()), here + rows);
+        ASSERT_EQ(volume.unmount(), 0);
+        EXPECT_EQ(seen(world), "missing");
+        ASSERT_TRUE(volume.mount(there));
+        EXPECT_EQ(seen(world).substr(0, (there + rows).size()), there + rows);
+        // As after a restart, from what was saved meanwhile.
+        ManageDefaults::fileReferences().clear();
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_EQ(seen(world).substr(0, (there + rows).size()), there + rows);
+        ASSERT_EQ(volume.unmount(), 0);
+        EXPECT_TRUE(World::loggedMessages().empty());
+    }
+
+    TEST(Volume, WithAPickedDirectoryComesAndGoesWhileQuillboxRuns)
+    {
+        if (!MountNamespace::enter())
+            return;
+        using Kind = TestVolume::Kind;
+        int tried = 0;
+        for (const Kind kind : { Kind::imageByFuse, Kind::imageOnLoopDevice, Kind::bindMount }) {
+            const TemporaryDirectory files;
+            files.writeFile("under/several/levels/Papers/letter.txt");
+            TestVolume volume(kind, files.path("under/several/levels"), files.path());
+            std::cout << "[ volume   ] " << TestVolume::name(kind) << ": "
+                      << (volume.reasonItCannotBe().empty() ? "tried" : volume.reasonItCannotBe()) << '\n';
+            if (!volume.reasonItCannotBe().empty())
+                continue;
+            ++tried;
+            SCOPED_TRACE(TestVolume::name(kind));
+            tryVolume(volume, files.path());
+        }
+        ASSERT_GT(tried, 0) << "this machine permits none of the volumes";
+    }
+
+} // namespace
+
+} // namespace quillbox
