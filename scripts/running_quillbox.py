@@ -1,0 +1,104 @@
+"""The running Quillbox as a person sees it on a virtual desktop: its settings, written before it starts, and the
+menus that it has open."""
+
+import os
+import plistlib
+import re
+from dataclasses import dataclass
+from datetime import datetime, timezone
+
+from bookmark import bookmark_of_path
+from virtual_desktop import DesktopError, wait_for
+
+
+@dataclass
+class Row:
+    x: int
+    y: int
+    width: int
+    height: int
+    title: str
+
+    @property
+    def middle(self):
+        return self.x + min(self.width // 2, 60), self.y + self.height // 2
+
+
+def record(kind, title="", path=b""):
+    return {
+        "menuItemType": kind, "displayString": title, "unixPath": os.fsdecode(path),
+        "bookmarkData": bookmark_of_path(path) if path else b"", "optionFlags": 0,
+        "noRecentItemsOlderThan": datetime(2026, 1, 1, tzinfo=timezone.utc).replace(tzinfo=None),
+        "maxNumberOfRecentItems": 0,
+    }
+
+
+def write_settings(desktop, records):
+    """The settings of the desktop's home with this list of items; gives their path."""
+    settings = desktop.home / ".config/quillbox/defaults.plist"
+    settings.parent.mkdir()
+    settings.write_bytes(plistlib.dumps({
+        "MenuSaveVersion": 2,
+        "UserPickedMenuItems": plistlib.dumps(records, fmt=plistlib.FMT_BINARY),
+    }, fmt=plistlib.FMT_BINARY))
+    return settings
+
+
+class RunningQuillbox:
+    """`printed` is the file that takes what it prints."""
+
+    def __init__(self, desktop, program, printed):
+        self.desktop = desktop
+        self.printed = printed
+        with open(self.printed, "wb") as out:
+            self.process = desktop.start([str(program)], stdout=out)
+        self.icon = desktop.wait_for_icon(self.alive)
+
+    def alive(self):
+        if self.process.poll() is not None:
+            raise DesktopError(f"Quillbox has ended (exit code {self.process.returncode})")
+        return True
+
+    def open_levels(self):
+        """The open menus, the top level first, each a list of its visible rows; [] where no menu is open."""
+        self.alive()
+        before = self.printed.stat().st_size
+        self.desktop.activate_action("print-open-menus")
+        text = self.printed_since(before)
+        levels = []
+        for line in text.splitlines():
+            if re.match(r"level \d+: ", line):
+                levels.append([])
+                continue
+            row = re.match(r"  (-?\d+),(-?\d+) (\d+)x(\d+) ?(.*)", line)
+            if row and levels:
+                levels[-1].append(Row(*(int(row[i]) for i in range(1, 5)), row[5]))
+        return levels
+
+    def printed_since(self, position):
+        """What Quillbox printed since then; it prints after it has answered the call, and says where it ends."""
+        end = b"(no more open menus)\n"
+        text = wait_for("the open menus as text", lambda: self.alive() and (
+            grown if (grown := self.printed.read_bytes()[position:]).endswith(end) else None))
+        return text.removesuffix(end).decode(errors="replace")
+
+    def expect_level(self, number, what, matches):
+        """Waits until level `number` is the deepest open one and its titles match; gives its rows."""
+        seen = []
+
+        def there():
+            seen[:] = self.open_levels()
+            return len(seen) == number + 1 and matches([row.title for row in seen[number]])
+        try:
+            wait_for(what, there)
+        except DesktopError as error:
+            shown = "\n".join(f"  level {i}: {[row.title for row in rows]}" for i, rows in enumerate(seen))
+            raise DesktopError(f"{error}; open were:\n{shown or '  no menus'}") from None
+        return seen[number]
+
+    def hover(self, rows, title):
+        row = next((row for row in rows if row.title == title), None)
+        if row is None:
+            raise DesktopError(f"no row \"{title}\" in {[row.title for row in rows]}")
+        self.desktop.move_pointer(*row.middle)
+        return row
