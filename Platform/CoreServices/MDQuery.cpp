@@ -1,5 +1,7 @@
 #include "MDQuery.h"
 
+#include "TimeZone.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -32,18 +34,6 @@ namespace {
         return Date::sinceUnixEpoch(static_cast<double>(timegm(&parts)));
     }
 
-    // The next midnight of the calendar where this process runs: a day may have 23 or 25 hours.
-    Date startOfTomorrow()
-    {
-        const auto now = static_cast<std::time_t>(Date::now().secondsSinceUnixEpoch());
-        std::tm parts {};
-        localtime_r(&now, &parts);
-        parts.tm_mday += 1;
-        parts.tm_hour = parts.tm_min = parts.tm_sec = 0;
-        parts.tm_isdst = -1;
-        return Date::sinceUnixEpoch(static_cast<double>(std::mktime(&parts)));
-    }
-
 } // namespace
 
 MetadataIndex* MetadataIndex::installed()
@@ -73,7 +63,7 @@ bool MDQuery::execute()
     const auto cutOff = cutOffOf(queryText_);
     if (!cutOff || !installedIndex || sortingAttributes_ != std::vector { kMDItemLastUsedDate })
         return false;
-    for (std::string& path : installedIndex->pathsLastUsed(*cutOff, startOfTomorrow()))
+    for (std::string& path : installedIndex->pathsLastUsed(*cutOff, TimeZone::current().startOfDayAfter(Date::now())))
         results_.emplace_back(std::move(path));
     return true;
 }
