@@ -6,7 +6,6 @@
 #include "URL.h"
 
 #include <filesystem>
-#include <functional>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -49,37 +48,37 @@ public:
     bool isThere = false;
 };
 
-struct Case {
-    const char* name;
-    // On the volume, below where it is now.
-    std::function<void(const TemporaryDirectory&, const std::string& at)> change;
-    bool isMountPointRemoved;
-    // Below where the volume is now; empty where the file is missing.
-    const char* found;
-};
-
 TEST(BookmarkOnAVolume, IsFoundWhereTheVolumeIsNow)
 {
     if (!MountNamespace::enter())
         return;
     if (!MountNamespace::isRootOfMachine())
         GTEST_SKIP() << "only root makes device files, and so a volume with a UUID";
-    const auto nothing = [](const TemporaryDirectory&, const std::string&) {};
-    const auto replace = [](const TemporaryDirectory& files, const std::string& at) {
-        files.writeFile(at + "/docs/new");
-        files.rename(at + "/docs/new", at + "/docs/file");
+    struct Case {
+        const char* name;
+        // What happens to "docs/file" on the volume, below where that is now.
+        void (*change)(const TemporaryDirectory&, const std::string& at);
+        bool isMountPointRemoved;
+        // Below where the volume is now; empty where the file is missing.
+        const char* found;
     };
-    const auto moves = [](const char* from, const char* to) {
-        return [=](const TemporaryDirectory& files, const std::string& at) { files.rename(at + from, at + to); };
+    const auto nothing = [](const auto&, const auto&) {};
+    const auto replace = [](const auto& files, const auto& at) {
+        files.rename(at + "/other/letter", at + "/docs/file");
     };
+    const auto rename = [](const auto& files, const auto& at) {
+        files.rename(at + "/docs/file", at + "/docs/renamed");
+    };
+    const auto move = [](const auto& files, const auto& at) { files.rename(at + "/docs/file", at + "/other/file"); };
+    const auto remove = [](const auto& files, const auto& at) { files.remove(at + "/docs/file"); };
     for (const Case& c : {
              Case { "unchanged", nothing, false, "/docs/file" },
              Case { "unchanged, mount point removed", nothing, true, "/docs/file" },
              Case { "replaced", replace, false, "/docs/file" },
              Case { "replaced, mount point removed", replace, true, "/docs/file" },
-             Case { "renamed", moves("/docs/file", "/docs/renamed"), true, "/docs/renamed" },
-             Case { "in a sibling", moves("/docs/file", "/other/file"), false, "/other/file" },
-             Case { "deleted", [](const auto&files, const auto&at) { files.remove(at + "/docs/file"); }, true, "" },
+             Case { "renamed", rename, true, "/docs/renamed" },
+             Case { "in a sibling", move, false, "/other/file" },
+             Case { "deleted", remove, true, "" },
          }) {
         SCOPED_TRACE(c.name);
         Stick stick;

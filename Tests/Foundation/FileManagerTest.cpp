@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <gtest/gtest.h>
+#include <set>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <tuple>
-#include <unistd.h>
 
 using namespace quillbox;
 
@@ -38,16 +38,7 @@ Result<DirectoryListing> list(const std::string& path, DirectoryEnumerationOptio
 
 URLResourceValues valuesOf(const std::string& path, URLResourceKey keys = kMenuKeys)
 {
-    const Result<URLResourceValues> values = URL::fileURLWithPath(path).resourceValues(keys);
-    EXPECT_TRUE(values) << path;
-    return values ? *values : URLResourceValues {};
-}
-
-URLResourceValues isVolumeOnly(bool isVolume)
-{
-    URLResourceValues values;
-    values.isVolume = isVolume;
-    return values;
+    return *URL::fileURLWithPath(path).resourceValues(keys);
 }
 
 // One entry of every kind that the program tells apart.
@@ -74,60 +65,41 @@ TEST(DirectoryListing, TellsExactlyWhatALookTells)
     const TemporaryDirectory files;
     fillWithEveryKind(files);
     const Result<DirectoryListing> listing = list(files.path());
-    ASSERT_TRUE(listing);
     ASSERT_EQ(listing->count(), 25U);
-    std::size_t told = 0;
+    const std::set<std::string_view> hidden { ".dot", ".dotfolder", ".hidden", "secret", "secretfolder.app" };
+    std::vector<std::string> visible;
     for (std::size_t i = 0; i < listing->count(); ++i) {
+        const std::string name(listing->name(i));
         const auto known = listing->knownResourceValues(i);
-        EXPECT_EQ(known.has_value(), !listing->name(i).ends_with(".desktop")) << listing->name(i);
-        if (!known)
-            continue;
-        ++told;
-        EXPECT_EQ(*known, valuesOf(listing->path(i))) << listing->name(i);
+        const URLResourceValues looked = valuesOf(listing->path(i));
+        EXPECT_EQ(known.has_value(), !name.ends_with(".desktop")) << name;
+        EXPECT_EQ(known.value_or(looked), looked) << name;
+        EXPECT_EQ(looked.isHidden, hidden.contains(name)) << name;
+        if (!hidden.contains(name))
+            visible.push_back(name);
     }
-    EXPECT_EQ(told, 20U);
+    std::sort(visible.begin(), visible.end());
+    EXPECT_EQ(namesOf(*list(files.path(), kVisible)), visible);
 }
 
-TEST(DirectoryListing, LeavesOutWhatIsHidden)
-{
-    const TemporaryDirectory files;
-    fillWithEveryKind(files);
-    const std::vector<std::string> visible = namesOf(*list(files.path(), kVisible));
-    EXPECT_EQ(visible, (std::vector<std::string> { "File.app",      "Odd.bundle",  "Odd.plugin",   "Pane.prefPane",
-                                                   "Plain.desktop", "Program.app", "Tool.AppDir",  "alias.desktop",
-                                                   "bytes\xff\xfe", "dangling",    "folder",       "folder.desktop",
-                                                   "link",          "link.app",    "link.desktop", "lower.APP",
-                                                   "newline\nname", "pipe",        "pipe.desktop", "plain.txt" }));
-    for (const auto& name : namesOf(*list(files.path())))
-        EXPECT_EQ(*valuesOf(files.path(name)).isHidden,
-                  std::find(visible.begin(), visible.end(), name) == visible.end())
-            << name;
-}
-
-TEST(DirectoryListing, TakesMoreThanOneBufferful)
+TEST(DirectoryListing, TakesMoreThanOneBufferfulOfLongestNames)
 {
     const TemporaryDirectory files;
     std::vector<std::string> names;
     for (int i = 0; i < 1500; ++i) {
-        names.push_back(std::to_string(i) + std::string(200, 'n'));
+        names.push_back(std::to_string(i));
+        names.back().resize(255, 'n');
         files.writeFile(names.back());
     }
     std::sort(names.begin(), names.end());
     EXPECT_EQ(namesOf(*list(files.path())), names);
 }
 
-TEST(DirectoryListing, LongestNamesAndOddHiddenFiles)
+TEST(DirectoryListing, WaitsForNoPipeOfHiddenNames)
 {
     const TemporaryDirectory files;
-    const std::string longest(255, 'n');
-    files.writeFile(longest);
-    files.makeDirectory(".hidden");
-    EXPECT_EQ(namesOf(*list(files.path(), kVisible)), std::vector<std::string> { longest });
-    files.remove(".hidden");
     ASSERT_EQ(mkfifo(files.path(".hidden").c_str(), 0600), 0);
-    EXPECT_EQ(namesOf(*list(files.path(), kVisible)), std::vector<std::string> { longest })
-        << "a pipe is not waited for";
-    EXPECT_TRUE(list(files.makeDirectory("empty"))->isEmpty());
+    EXPECT_TRUE(list(files.path(), kVisible)->isEmpty());
 }
 
 TEST(FileManager, ReportsWhatCantBeListed)
@@ -135,55 +107,30 @@ TEST(FileManager, ReportsWhatCantBeListed)
     const TemporaryDirectory files;
     files.makeLink("loop", "loop");
     files.writeFile("file");
-    EXPECT_EQ(list(files.path("none")).error().code, ENOENT);
-    EXPECT_EQ(list(files.path("file")).error().code, ENOTDIR);
-    EXPECT_EQ(list(files.path("loop")).error().code, ELOOP);
-    EXPECT_EQ(list("").error().code, ENOENT);
-    EXPECT_EQ(list(files.path() + std::string("\0/x", 3)).error().code, ENOENT);
+    for (const auto& [path, code] : { std::pair(files.path("none"), ENOENT),
+                                      { files.path("file"), ENOTDIR },
+                                      { files.path("loop"), ELOOP },
+                                      { "", ENOENT },
+                                      { files.path() + std::string("\0/x", 3), ENOENT } })
+        EXPECT_EQ(list(path).error().code, code) << path;
     EXPECT_EQ(list(files.path("file")).error().path, files.path("file"));
 }
 
-// One directory can be listed but not searched, the other searched but not listed.
-TEST(FileManager, KeepsToWhatPermissionsAllow)
+TEST(FileManager, TellsNothingOfADirectoryThatCantBeSearched)
 {
     const TemporaryDirectory files;
-    files.writeFile("listable/file");
     files.makeDirectory("listable/folder");
-    files.writeFile("searchable/file");
     ASSERT_EQ(chmod(files.path("listable").c_str(), 0444), 0);
-    ASSERT_EQ(chmod(files.path("searchable").c_str(), 0111), 0);
     ASSERT_EQ(chmod(files.path().c_str(), 0755), 0);
     const std::string text = runWithoutPrivileges([&] {
-        std::string report;
+        const std::string folder = files.path("listable/folder");
         const Result<DirectoryListing> listing = list(files.path("listable"));
-        for (std::size_t i = 0; listing && i < listing->count(); ++i)
-            report += listing->knownResourceValues(i) ? "told " : "untold ";
-        report +=
-            std::to_string(URL::fileURLWithPath(files.path("listable/file")).resourceValues(kMenuKeys).error().code);
-        report += FileManager().fileExists(files.path("listable/file")) ? " there " : " unreachable ";
-        report += std::to_string(list(files.path("listable/folder")).error().code) + " ";
-        report += std::to_string(list(files.path("searchable")).error().code);
-        report += FileManager().fileExists(files.path("searchable/file")) ? " there" : " unreachable";
-        return report;
+        return std::to_string(listing->count()) + (listing->knownResourceValues(0) ? " told " : " untold ")
+            + (FileManager().fileExists(folder) ? "there " : "unreachable ") + std::to_string(list(folder).error().code)
+            + " " + std::to_string(URL::fileURLWithPath(folder).resourceValues(kMenuKeys).error().code);
     });
     ASSERT_EQ(chmod(files.path("listable").c_str(), 0755), 0);
-    ASSERT_EQ(chmod(files.path("searchable").c_str(), 0755), 0);
-    EXPECT_EQ(text, "untold untold 13 unreachable 13 13 there");
-}
-
-TEST(FileManager, ExistenceFollowsLinks)
-{
-    const TemporaryDirectory files;
-    files.makeDirectory("folder");
-    files.writeFile("file");
-    files.makeLink("toFolder", "folder");
-    files.makeLink("dangling", "none");
-    bool isDirectory = false;
-    EXPECT_TRUE(FileManager().fileExists(files.path("toFolder"), isDirectory) && isDirectory);
-    EXPECT_TRUE(FileManager().fileExists(files.path("file"), isDirectory) && !isDirectory);
-    EXPECT_FALSE(FileManager().fileExists(files.path("dangling")));
-    EXPECT_FALSE(FileManager().fileExists(""));
-    EXPECT_FALSE(FileManager().fileExists(files.path("file") + std::string("\0x", 2)));
+    EXPECT_EQ(text, "1 untold unreachable 13 13");
 }
 
 TEST(FileManager, ReadsLinksAsTheyAreStored)
@@ -192,7 +139,6 @@ TEST(FileManager, ReadsLinksAsTheyAreStored)
     const std::string distant = "../" + std::string(1000, 'x') + "/./y//";
     EXPECT_EQ(*FileManager().destinationOfSymbolicLink(files.makeLink("link", distant)), distant);
     EXPECT_EQ(FileManager().destinationOfSymbolicLink(files.path()).error().code, EINVAL);
-    EXPECT_EQ(FileManager().destinationOfSymbolicLink(files.path("none")).error().code, ENOENT);
 }
 
 TEST(ResourceValues, KnowVolumes)
@@ -201,26 +147,25 @@ TEST(ResourceValues, KnowVolumes)
     public:
         std::optional<std::string> localizedName(const std::string& root) override { return "Volume " + root; }
     };
-    for (const auto& [path, isVolume] : { std::pair("/proc", true), { "/", true }, { "/proc/self", false } })
-        EXPECT_EQ(valuesOf(path, URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName),
-                  isVolumeOnly(isVolume));
+    const TemporaryDirectory files;
+    const std::string rootLink = files.makeLink("root", "/");
     Names names;
     VolumeNames::install(&names);
-    EXPECT_EQ(valuesOf("/proc", URLResourceKey::volumeLocalizedName).volumeLocalizedName, "Volume /proc");
-    EXPECT_FALSE(valuesOf("/proc/self", URLResourceKey::volumeLocalizedName).volumeLocalizedName);
-    const TemporaryDirectory links;
-    const std::string throughLink = links.makeLink("root", "/") + "/proc";
-    EXPECT_EQ(valuesOf(throughLink, URLResourceKey::volumeLocalizedName).volumeLocalizedName, "Volume /proc");
+    for (const auto& [path, name] : { std::pair(std::string("/proc"), "Volume /proc"),
+                                      { "/", "Volume /" },
+                                      { "/proc/self", "" },
+                                      { rootLink + "/proc", "Volume /proc" } }) {
+        const URLResourceValues values = valuesOf(path, URLResourceKey::isVolume | URLResourceKey::volumeLocalizedName);
+        EXPECT_EQ(values.isVolume, *name != '\0') << path;
+        EXPECT_EQ(values.volumeLocalizedName.value_or(""), name) << path;
+    }
     VolumeNames::install(nullptr);
+    EXPECT_FALSE(valuesOf("/proc", URLResourceKey::volumeLocalizedName).volumeLocalizedName);
     // By whatever way the directory is reached, what is mounted in it is not told.
-    const TemporaryDirectory files;
-    for (const std::string& path : { std::string("/"), files.makeLink("root", "/") }) {
+    for (const std::string& path : { std::string("/"), rootLink }) {
         const Result<DirectoryListing> listing = list(path);
-        for (std::size_t i = 0; i < listing->count(); ++i) {
-            if (listing->name(i) == "proc") {
-                EXPECT_FALSE(listing->knownResourceValues(i)) << path;
-            }
-        }
+        for (std::size_t i = 0; i < listing->count(); ++i)
+            EXPECT_FALSE(listing->name(i) == "proc" && listing->knownResourceValues(i)) << path;
     }
 }
 
@@ -235,12 +180,9 @@ TEST(MountTable, ReadsTheSystemsLines)
                 "38 36 0:5 / /media/b rw - fuse.x some\\040where rw");
     ASSERT_EQ(table.mounts().size(), 3U);
     EXPECT_EQ(table.mountPointsIn("/media"), (std::unordered_set<std::string> { "My Disk\\", "b" }));
-    EXPECT_TRUE(table.mountPointsIn("/media/b").empty());
-    EXPECT_EQ(table.find(36)->source, "/dev/sda1");
     EXPECT_EQ(table.find(36)->device, makedev(98, 1));
     EXPECT_EQ(table.find(37)->mountPoint, "/media/My Disk\\");
     EXPECT_EQ(table.find(38)->source, "some where");
-    EXPECT_EQ(table.find(99), nullptr);
 }
 
 TEST(MountTable, TellsWhatMayWaitForAnotherComputer)
@@ -267,7 +209,6 @@ TEST(AliasFile, IsALinkEntryToAFile)
         { "[Desktop Entry]\nType=Link\n[Other]\nURL=file:///a\n", "" },
         { "Type=Link\nURL=file:///a\n", "" },
         { "\xff\xfe=\n[", "" },
-        { "", "" },
     };
     const TemporaryDirectory files;
     for (const auto& [text, target] : cases) {
@@ -279,21 +220,6 @@ TEST(AliasFile, IsALinkEntryToAFile)
     const char* entry = "[Desktop Entry]\nType=Link\nURL=file:///a\n";
     EXPECT_FALSE(*valuesOf(files.writeFile("x.link", entry)).isAliasFile) << "only the suffix is looked into";
     EXPECT_FALSE(*valuesOf(files.writeFile("far.desktop", std::string(70000, '\n') + entry)).isAliasFile);
-}
-
-TEST(FileManager, HomeIsTheEnvironments)
-{
-    const TemporaryDirectory files;
-    const char* old = getenv("HOME");
-    const std::string before = old ? old : "";
-    setenv("HOME", files.path().c_str(), 1);
-    EXPECT_EQ(FileManager().homeDirectoryForCurrentUser().path(), files.path());
-    setenv("HOME", "relative", 1);
-    EXPECT_TRUE(FileManager().homeDirectoryForCurrentUser().path().starts_with('/'));
-    EXPECT_NE(FileManager().homeDirectoryForCurrentUser().path(), files.path());
-    old ? setenv("HOME", before.c_str(), 1) : unsetenv("HOME");
-    EXPECT_TRUE(
-        FileManager().urls(SearchPathDirectory::desktopDirectory, SearchPathDomainMask::userDomainMask).empty());
 }
 
 } // namespace

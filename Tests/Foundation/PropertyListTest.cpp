@@ -2,7 +2,6 @@
 
 #include "TemporaryDirectory.h"
 
-#include <cmath>
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
@@ -46,21 +45,16 @@ PropertyList everything()
 }
 
 // everything(), as Python's plistlib writes it.
-const Data kPythonsBytes =
-    fromHex("62706c6973743030db0102030405060708090a0b0c1213141516171822232451615362696755656d707479546c6f6e67536d"
-            "6178536d696e556d696e75735573697a65735477696465557965617231587965617232313030a50d0e0f1011100123400400"
-            "00000000000951784200ff1400000000000000008000000000000005405f10146b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b"
-            "6b6b140000000000000000ffffffffffffffff13800000000000000013ffffffffffffffffa9191a1b1c1d1e1f2021107f10"
-            "8010ff11010011ffff120001000012ffffffff130000000100000000137fffffffffffffff6400e9d83dde00007a33c22d63"
-            "c37eff80003341e75fc9381000000008001f00210025002b003000340038003e00440049004f0058005e00600069006a006c"
-            "006f00800081009800a900b200bb00c500c700c900cb00ce00d100d600db00e400ed00f600ff000000000000020100000000"
-            "0000002500000000000000000000000000000108");
-
-Data binary(const PropertyList& list)
-{
-    Result<Data> bytes = list.binaryData();
-    return bytes ? *bytes : Data {};
-}
+constexpr std::string_view kPythonsHex =
+    "62706c6973743030db0102030405060708090a0b0c1213141516171822232451615362696755656d707479546c6f6e67536d"
+    "6178536d696e556d696e75735573697a65735477696465557965617231587965617232313030a50d0e0f1011100123400400"
+    "00000000000951784200ff1400000000000000008000000000000005405f10146b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b"
+    "6b6b140000000000000000ffffffffffffffff13800000000000000013ffffffffffffffffa9191a1b1c1d1e1f2021107f10"
+    "8010ff11010011ffff120001000012ffffffff130000000100000000137fffffffffffffff6400e9d83dde00007a33c22d63"
+    "c37eff80003341e75fc9381000000008001f00210025002b003000340038003e00440049004f0058005e00600069006a006c"
+    "006f00800081009800a900b200bb00c500c700c900cb00ce00d100d600db00e400ed00f600ff000000000000020100000000"
+    "0000002500000000000000000000000000000108";
+const Data kPythonsBytes = fromHex(kPythonsHex);
 
 // A binary list of the given objects with one-byte offsets and references; the first is the root.
 Data listOfObjects(const std::vector<std::string>& objects)
@@ -73,18 +67,14 @@ Data listOfObjects(const std::vector<std::string>& objects)
     }
     const auto table = static_cast<std::uint8_t>(bytes.size());
     bytes.insert(bytes.end(), offsets.begin(), offsets.end());
-    bytes.insert(bytes.end(), { 0, 0, 0, 0, 0, 0, 1, 1 });
-    bytes.insert(bytes.end(), { 0, 0, 0, 0, 0, 0, 0, static_cast<std::uint8_t>(objects.size()) });
-    bytes.insert(bytes.end(), { 0, 0, 0, 0, 0, 0, 0, 0 });
-    bytes.insert(bytes.end(), { 0, 0, 0, 0, 0, 0, 0, table });
+    bytes.insert(bytes.end(), { 0, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, static_cast<std::uint8_t>(objects.size()),
+                                0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, table });
     return bytes;
 }
 
 TEST(PropertyList, ReadsWhatPythonWrites)
 {
-    const Result<PropertyList> read = PropertyList::fromData(kPythonsBytes);
-    ASSERT_TRUE(read) << read.error().description();
-    EXPECT_EQ(*read, everything());
+    EXPECT_EQ(*PropertyList::fromData(kPythonsBytes), everything());
 }
 
 TEST(PropertyList, ComesBackWhole)
@@ -95,46 +85,26 @@ TEST(PropertyList, ComesBackWhole)
         many.emplace_back(i % 1000);
     larger["many"] = many;
     for (const PropertyList& list : { everything(), PropertyList(larger), PropertyList("only a text"), PropertyList(),
-                                      PropertyList(PropertyList::Array {}), PropertyList("\uffff\U0010ffff") }) {
-        const Result<PropertyList> read = PropertyList::fromData(binary(list));
-        ASSERT_TRUE(read);
-        EXPECT_EQ(*read, list);
-    }
+                                      PropertyList(PropertyList::Array {}), PropertyList("\uffff\U0010ffff") })
+        EXPECT_EQ(*PropertyList::fromData(*list.binaryData()), list);
 }
 
 TEST(PropertyList, IsReadByPythonWithTheRightTypes)
 {
     const TemporaryDirectory files;
-    const Data bytes = binary(everything());
+    const Data bytes = *everything().binaryData();
     files.writeFile("list", std::string(bytes.begin(), bytes.end()));
-    files.writeFile("show.py",
-                    "import plistlib, sys\n"
-                    "for key, value in sorted(plistlib.load(open(sys.argv[1], 'rb')).items()):\n"
-                    "    print(key, ascii(value))\n");
-    const std::string command = "python3 '" + files.path("show.py") + "' '" + files.path("list") + "'";
+    const std::string command = "python3 -c \"import plistlib as p, sys;"
+                                "print(p.dumps(p.load(open(sys.argv[1], 'rb')), fmt=p.FMT_BINARY).hex(), end='')\" "
+        + files.path("list");
     const std::unique_ptr<FILE, int (*)(FILE*)> output(popen(command.c_str(), "r"), pclose);
-    ASSERT_TRUE(output);
-    std::string text;
-    for (int c = 0; (c = std::fgetc(output.get())) != EOF;)
-        text += static_cast<char>(c);
-    EXPECT_EQ(text,
-              "a [1, 2.5, True, 'x', b'\\x00\\xff']\n"
-              "big 9223372036854775813\n"
-              "empty b''\n"
-              "long 'kkkkkkkkkkkkkkkkkkkk'\n"
-              "max 18446744073709551615\n"
-              "min -9223372036854775808\n"
-              "minus -1\n"
-              "sizes [127, 128, 255, 256, 65535, 65536, 4294967295, 4294967296, 9223372036854775807]\n"
-              "wide '\\xe9\\U0001f600z'\n"
-              "year1 datetime.datetime(1, 1, 1, 0, 0, 0, 250000)\n"
-              "year2100 datetime.datetime(2100, 6, 1, 12, 0, 0, 500000)\n");
+    std::string text(10000, '\0');
+    text.resize(std::fread(text.data(), 1, text.size(), output.get()));
+    EXPECT_EQ(text, kPythonsHex);
 }
 
 TEST(PropertyList, NumbersKeepTheirType)
 {
-    EXPECT_EQ(PropertyList(std::uint64_t { 7 }).asInt64(), 7);
-    EXPECT_EQ(PropertyList(std::int64_t { 7 }).asUInt64(), 7U);
     EXPECT_FALSE(PropertyList(std::int64_t { -1 }).asUInt64());
     EXPECT_FALSE(PropertyList(std::uint64_t { 1 } << 63U).asInt64());
     EXPECT_FALSE(PropertyList(true).asInt64());
@@ -153,9 +123,7 @@ TEST(PropertyList, ReadsXML)
                              "<key>data</key><data>AAEC</data><key>date</key><date>2100-06-01T12:00:00Z</date>"
                              "<key>old</key><date>0001-01-01T00:00:00Z</date>"
                              "<key>list</key><array><real>0.5</real></array></dict></plist>");
-    const Result<PropertyList> read = PropertyList::fromData(xml);
-    ASSERT_TRUE(read) << read.error().description();
-    EXPECT_EQ(*read,
+    EXPECT_EQ(*PropertyList::fromData(xml),
               PropertyList(PropertyList::Dictionary { { "big", std::uint64_t { 9223372036854775813U } },
                                                       { "minus", std::int64_t { -1 } },
                                                       { "text", "a & \u00e9\U0001f600" },
@@ -168,12 +136,14 @@ TEST(PropertyList, ReadsXML)
 
 TEST(PropertyList, RefusesWhatIsNone)
 {
-    const std::string deepXML = [] {
-        std::string text = "<plist version=\"1.0\">";
-        for (int i = 0; i < 200000; ++i)
-            text += "<array>";
-        return text;
-    }();
+    std::string deepXML = "<plist version=\"1.0\">";
+    for (int i = 0; i < 200000; ++i)
+        deepXML += "<array>";
+    // Nine lists, each fourteen times in the one before: fourteen to the ninth texts when written out.
+    std::vector<std::string> growing;
+    for (int i = 1; i <= 9; ++i)
+        growing.push_back("\xae" + std::string(14, static_cast<char>(i)));
+    growing.emplace_back("\x51x");
     const std::pair<const char*, Data> cases[] = {
         { "nothing", {} },
         { "text", bytesOf("hello") },
@@ -190,6 +160,7 @@ TEST(PropertyList, RefusesWhatIsNone)
         { "a key that is a number", listOfObjects({ "\xd1\x01\x01", "\x10\x05" }) },
         { "half a surrogate pair", listOfObjects({ std::string("\x61\xd8\x3d", 3) }) },
         { "an integer of 2^64", listOfObjects({ "\x14" + std::string(7, '\0') + "\x01" + std::string(8, '\0') }) },
+        { "shared values that grow without bound", listOfObjects(growing) },
         { "a null", listOfObjects({ std::string("\0", 1) }) },
     };
     for (const auto& [name, bytes] : cases) {
@@ -197,16 +168,6 @@ TEST(PropertyList, RefusesWhatIsNone)
         ASSERT_FALSE(read) << name;
         EXPECT_FALSE(read.error().what.empty()) << name;
     }
-}
-
-// Nine lists, each fifteen times in the one before: fifteen to the ninth texts when written out.
-TEST(PropertyList, RefusesSharedValuesThatGrowWithoutBound)
-{
-    std::vector<std::string> objects;
-    for (int i = 1; i <= 9; ++i)
-        objects.push_back("\xae" + std::string(14, static_cast<char>(i)));
-    objects.emplace_back("\x51x");
-    EXPECT_FALSE(PropertyList::fromData(listOfObjects(objects)));
 }
 
 TEST(PropertyList, RefusesToWriteWhatNobodyCouldRead)
@@ -227,12 +188,8 @@ TEST(PropertyList, OutlivesDamage)
     int readable = 0;
     const auto tryBytes = [&](const Data& bytes) {
         const Result<PropertyList> read = PropertyList::fromData(bytes);
-        if (!read)
-            ++refused;
-        else if (read->binaryData())
-            ++readable;
-        else
-            ADD_FAILURE() << "read, but can't be written";
+        ++(read ? readable : refused);
+        EXPECT_TRUE(!read || read->binaryData()) << "read, but can't be written";
     };
     const std::string_view xml =
         "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key><array><integer>-12</integer>"

@@ -14,6 +14,11 @@ namespace {
 
     constexpr std::size_t kCellSize = 240;
 
+    unsigned char markOf(const unsigned char* cell)
+    {
+        return static_cast<unsigned char>(reinterpret_cast<std::uintptr_t>(cell) >> 4);
+    }
+
     TEST(SlabPool, CellsAreApartAlignedAndWholeWhateverTheOrder)
     {
         SlabPool pool(kCellSize);
@@ -23,14 +28,11 @@ namespace {
             if (cells.empty() || random() % 3 != 0) {
                 cells.push_back(static_cast<unsigned char*>(pool.allocate()));
                 ASSERT_EQ(reinterpret_cast<std::uintptr_t>(cells.back()) % 16, 0U);
-                std::memset(cells.back(), static_cast<int>(reinterpret_cast<std::uintptr_t>(cells.back()) >> 4 & 0xFF),
-                            kCellSize);
+                std::memset(cells.back(), markOf(cells.back()), kCellSize);
             } else {
                 std::swap(cells[random() % cells.size()], cells.back());
-                const auto mark =
-                    static_cast<unsigned char>(reinterpret_cast<std::uintptr_t>(cells.back()) >> 4 & 0xFF);
-                ASSERT_EQ(cells.back()[0], mark);
-                ASSERT_EQ(cells.back()[kCellSize - 1], mark);
+                ASSERT_EQ(cells.back()[0], markOf(cells.back()));
+                ASSERT_EQ(cells.back()[kCellSize - 1], markOf(cells.back()));
                 pool.deallocate(cells.back());
                 cells.pop_back();
             }

@@ -3,72 +3,60 @@
 #include "Unicode.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
+#include <tuple>
 
 using namespace quillbox;
 
 namespace {
 
-struct OrderCase {
-    const char* name;
-    std::string before;
-    std::string after;
-    bool isEqual = false;
-};
-
-class NameOrder : public testing::TestWithParam<OrderCase> { };
-
-TEST_P(NameOrder, IsThatOfTheKeys)
+TEST(NameOrder, IsThatOfTheKeys)
 {
-    const OrderCase& c = GetParam();
-    if (c.isEqual)
-        EXPECT_EQ(nameSortKey(c.before), nameSortKey(c.after));
-    else
-        EXPECT_LT(nameSortKey(c.before), nameSortKey(c.after));
+    std::istringstream words(
+        " / 0 99999 : a a000b a1 a9z a10a ab cafe caf\u00e9 \u00e99 \u00e910 file file1 file9 file10 "
+        "z \u0430 \u0661\u0660 \u0669");
+    std::vector<std::string> ascending(1);
+    for (std::string word; words >> word;)
+        ascending.push_back(word);
+    ASSERT_EQ(ascending.size(), 23U);
+    for (auto after = ascending.begin(); after != ascending.end(); ++after) {
+        for (auto before = ascending.begin(); before != after; ++before)
+            EXPECT_LT(nameSortKey(*before), nameSortKey(*after)) << *before << ' ' << *after;
+    }
+    for (const std::size_t digits : { 40U, 253U, 254U, 255U, 300U }) {
+        const std::string nines(digits, '9');
+        EXPECT_LT(nameSortKey(nines), nameSortKey("1" + std::string(digits, '0'))) << digits;
+        EXPECT_LT(nameSortKey(nines + "1"), nameSortKey(nines + "2")) << digits;
+    }
+    for (const auto& [name, one, other] : {
+             std::tuple("case", "apple", "Apple"),
+             { "leading zeros", "img007", "img7" },
+             { "zeros", "a0", "a000" },
+             { "composed and decomposed", "caf\u00e9", "cafe\u0301" },
+             { "folded and decomposed", "CAF\u00c9", "cafe\u0301" },
+             { "sharp S", "Stra\u00dfe", "STRASSE" },
+             { "final sigma", "\u03a3", "\u03c2" },
+             { "marks in either order", "a\u0323\u0302", "a\u0302\u0323" },
+             { "iota below and acute", "\u03b1\u0345\u0301", "\u1fb4" },
+             { "Hangul syllable", "\ud55c", "\u1112\u1161\u11ab" },
+             { "broken bytes", "a\xff", "a\ufffd" },
+         })
+        EXPECT_EQ(nameSortKey(one), nameSortKey(other)) << name;
 }
-
-const std::string kFortyDigits(40, '1');
-
-INSTANTIATE_TEST_SUITE_P(
-    Names, NameOrder,
-    testing::Values(
-        OrderCase { "NumbersByValue", "file9", "file10" }, OrderCase { "CaseIsFolded", "apple", "Apple", true },
-        OrderCase { "LeadingZerosAreEqual", "img007", "img7", true },
-        OrderCase { "ZeroesAreEqual", "a0", "a000", true }, OrderCase { "ZeroBeforeOne", "a000b", "a1" },
-        OrderCase { "PrefixFirst", "file", "file1" }, OrderCase { "ShorterNumberInside", "a9z", "a10a" },
-        OrderCase { "FortyDigits", kFortyDigits, kFortyDigits + "0" },
-        OrderCase { "FortyDigitsByTheLast", kFortyDigits + "1", kFortyDigits + "2" },
-        OrderCase { "TwoFiftyFourDigits", std::string(254, '9'), "1" + std::string(254, '0') },
-        OrderCase { "ThreeHundredDigits", std::string(300, '9'), "1" + std::string(300, '0') },
-        OrderCase { "DigitsBeforeLetters", "a1", "ab" }, OrderCase { "SlashBeforeDigitsBeforeColon", "/", "0" },
-        OrderCase { "DigitsBeforeColon", "99999", ":" },
-        OrderCase { "ComposedAndDecomposed", "caf\u00e9", "cafe\u0301", true },
-        OrderCase { "FoldedAndDecomposed", "CAF\u00c9", "cafe\u0301", true },
-        OrderCase { "SharpS", "Stra\u00dfe", "STRASSE", true }, OrderCase { "FinalSigma", "\u03a3", "\u03c2", true },
-        OrderCase { "MarksInEitherOrder", "a\u0323\u0302", "a\u0302\u0323", true },
-        OrderCase { "IotaBelowAndAcute", "\u03b1\u0345\u0301", "\u1fb4", true },
-        OrderCase { "HangulSyllable", "\ud55c", "\u1112\u1161\u11ab", true },
-        OrderCase { "AccentAfterPlain", "cafe", "caf\u00e9" },
-        OrderCase { "NumbersBehindAccents", "\u00e99", "\u00e910" }, OrderCase { "CyrillicAfterLatin", "z", "\u0430" },
-        OrderCase { "ArabicDigitsAreNoNumber", "\u0661\u0660", "\u0669" },
-        OrderCase { "BrokenBytesAreReplacements", "a\xff", "a\ufffd", true }, OrderCase { "EmptyFirst", "", "a" }),
-    [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(CanonicalEquality, KeepsCase)
 {
     EXPECT_TRUE(isCanonicallyEqual("\u00e9", "e\u0301"));
     EXPECT_TRUE(isCanonicallyEqual("\u212b", "\u00c5"));
     EXPECT_FALSE(isCanonicallyEqual("\u00e9", "E\u0301"));
-    EXPECT_FALSE(isCanonicallyEqual("a", "A"));
     EXPECT_FALSE(isCanonicallyEqual("\ufb01", "fi")) << "compatibility is not equivalence";
     EXPECT_FALSE(isCanonicallyEqual("e", "\u00e9"));
-    EXPECT_TRUE(isCanonicallyEqual("\xff", "\xff"));
     EXPECT_FALSE(isCanonicallyEqual("\xff", "\xfe")) << "different bytes are different names";
 }
 
 TEST(Unicode, ReplacesEveryRunOfBrokenBytes)
 {
     const std::pair<std::string, std::string> cases[] = {
-        { "plain", "plain" },
         { "\u00e9\U0001f600", "\u00e9\U0001f600" },
         { "a\xff\xfe\x80z", "a\ufffdz" },
         { "\xe2\x82", "\ufffd" },
@@ -83,14 +71,6 @@ TEST(Unicode, ReplacesEveryRunOfBrokenBytes)
         EXPECT_EQ(unicode::displayText(bytes), shown);
         EXPECT_EQ(unicode::isValidUTF8(bytes), bytes == shown);
     }
-}
-
-TEST(Unicode, KnowsWhiteSpace)
-{
-    for (const char32_t c : U"\t\n\v\f\r \u0085\u00a0\u1680\u2003\u2028\u2029\u202f\u205f\u3000")
-        EXPECT_TRUE(c == 0 || unicode::isWhitespace(c)) << std::hex << static_cast<unsigned>(c);
-    for (const char32_t c : U"a\u200b\u2060\ufeff\u180e")
-        EXPECT_FALSE(unicode::isWhitespace(c)) << std::hex << static_cast<unsigned>(c);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "World.h"
 #include "XdgTree.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace quillbox {
@@ -115,14 +116,9 @@ namespace {
     {
         configure(2);
         WatchingFileManager files;
-        shown("Apps");
-        // Telling a package looks a second time.
-        EXPECT_EQ(files.lookedFor,
-                  (std::vector<std::string> { "Beta.app", "Beta.app", "odd.app", "Gamma.app", "Gamma.app" }));
-        files.lookedFor.clear();
         shown("Docs");
-        EXPECT_EQ(files.lookedFor,
-                  (std::vector<std::string> { "folder", "gone", "Beta.app", "Beta.app", "Report 10", "odd.app" }));
+        EXPECT_THAT(files.lookedFor, testing::Not(testing::Contains("Report 9")));
+        EXPECT_THAT(files.lookedFor, testing::Contains("Report 10"));
     }
 
     TEST_F(RecentItemsMenus, AfterClearingAndARestartShowLaterUseOnly)

@@ -1,6 +1,5 @@
 #include "ApplicationBundles.h"
 
-#include "Unprivileged.h"
 #include "XdgTree.h"
 
 #include <gmock/gmock.h>
@@ -8,12 +7,12 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <tuple>
 
 namespace quillbox {
 namespace {
 
     using testing::ElementsAre;
-    using testing::IsEmpty;
     using testing::SizeIs;
 
     ino_t inodeOf(const std::string& path)
@@ -24,92 +23,48 @@ namespace {
 
     std::vector<std::string> update(XdgTree& tree)
     {
-        ErrorLog log;
-        ApplicationBundles(tree.environment, log.callback()).bringUpToDate();
-        for (const Error& error : log.errors)
+        ApplicationBundles(tree.environment, [](const Error& error) {
             ADD_FAILURE() << error.description();
+        }).bringUpToDate();
         return tree.bundles();
     }
 
-    struct EntryCase {
-        const char* name;
-        const char* text;
-        bool isShown;
-        friend void PrintTo(const EntryCase& row, std::ostream* out) { *out << row.name; }
-    };
-
-    class EntryRules : public testing::TestWithParam<EntryCase> { };
-
-    TEST_P(EntryRules, DecideWhetherThereIsABundle)
+    TEST(ApplicationBundles, EntriesDecideWhetherThereIsOne)
     {
-        XdgTree tree;
-        tree.environment.desktops = { "ubuntu", "GNOME" };
-        tree.writeProgram("installed");
-        tree.writeEntry("system", "case.desktop", GetParam().text);
-        EXPECT_THAT(update(tree), SizeIs(GetParam().isShown ? 1 : 0));
-    }
-
-    // clang-format off
-#define APPLICATION "[Desktop Entry]\nType=Application\nName=Case\nExec=case\n"
-    INSTANTIATE_TEST_SUITE_P(Table, EntryRules, testing::Values(
-        EntryCase { "Plain", APPLICATION, true },
-        EntryCase { "Hidden", APPLICATION "Hidden=true\n", false },
-        EntryCase { "NoDisplay", APPLICATION "NoDisplay=true\n", false },
-        EntryCase { "OnlyShowInThisDesktop", APPLICATION "OnlyShowIn=KDE;GNOME;\n", true },
-        EntryCase { "OnlyShowInAnother", APPLICATION "OnlyShowIn=KDE;\n", false },
-        EntryCase { "OnlyShowInNothing", APPLICATION "OnlyShowIn=\n", false },
-        EntryCase { "NotShowInThisDesktop", APPLICATION "NotShowIn=GNOME;\n", false },
-        EntryCase { "NotShowInAnother", APPLICATION "NotShowIn=KDE\n", true },
-        EntryCase { "TheMoreSpecificNameDecides", APPLICATION "OnlyShowIn=ubuntu;\nNotShowIn=GNOME;\n", true },
-        EntryCase { "TryExecInstalled", APPLICATION "TryExec=installed\n", true },
-        EntryCase { "TryExecMissing", APPLICATION "TryExec=missing\n", false },
-        EntryCase { "Link", "[Desktop Entry]\nType=Link\nName=Case\nURL=file:///\n", false },
-        EntryCase { "NoName", "[Desktop Entry]\nType=Application\nExec=case\n", false },
-        EntryCase { "BlankName", "[Desktop Entry]\nType=Application\nExec=case\nName=\\s\\n\n", false },
-        EntryCase { "NoExec", "[Desktop Entry]\nType=Application\nName=Case\n", false },
-        EntryCase { "Activatable", "[Desktop Entry]\nType=Application\nName=Case\nDBusActivatable=true\n", true },
-        EntryCase { "NameNotUTF8", "[Desktop Entry]\nType=Application\nName=\xFF\xFE\nExec=case\n", false },
-        EntryCase { "NoEntryAtAll", "\x7F" "ELF\x01\x02", false }),
-        [](const auto& row) { return std::string(row.param.name); });
-    // clang-format on
-
-    TEST(ApplicationBundles, SortsEntriesIntoTheirDomains)
-    {
-        XdgTree tree;
-        tree.environment.dataDirectories.push_back(tree.path("user/flatpak/exports/share"));
-        tree.writeApplication("system", "a.desktop", "Of the system");
-        tree.writeApplication("local", "b.desktop", "Of the machine");
-        tree.writeApplication("flatpak", "c.desktop", "Exported");
-        tree.writeApplication("user", "d.desktop", "Of the user");
-        tree.writeApplication("user/flatpak/exports/share", "e.desktop", "Exported by the user");
-        EXPECT_THAT(update(tree),
-                    ElementsAre("Local/Applications/Exported.app", "Local/Applications/Of the machine.app",
-                                "System/Applications/Of the system.app", "User/Applications/Exported by the user.app",
-                                "User/Applications/Of the user.app"));
-        for (const char* domain : { "System", "Local", "User" }) {
-            EXPECT_TRUE(std::filesystem::is_directory(tree.bundlePath(std::string(domain) + "/PreferencePanes")));
+        // clang-format off
+        const std::tuple<const char*, std::string, bool> cases[] = {
+            { "hidden", "Name=A\nExec=a\nHidden=true", false },
+            { "not displayed", "Name=A\nExec=a\nNoDisplay=true", false },
+            { "only in this desktop", "Name=A\nExec=a\nOnlyShowIn=KDE;GNOME;", true },
+            { "only in another", "Name=A\nExec=a\nOnlyShowIn=KDE;", false },
+            { "only in none", "Name=A\nExec=a\nOnlyShowIn=", false },
+            { "not in this desktop", "Name=A\nExec=a\nNotShowIn=GNOME;", false },
+            { "the more specific name decides", "Name=A\nExec=a\nOnlyShowIn=ubuntu;\nNotShowIn=GNOME;", true },
+            { "program missing", "Name=A\nExec=a\nTryExec=missing", false },
+            { "link", "Type=Link\nName=A\nExec=a\nURL=file:///", false },
+            { "no name", "Exec=a", false },
+            { "blank name", "Name=\\s\\n\nExec=a", false },
+            { "name of other bytes", "Name=\xFF\xFE\nExec=a", false },
+            { "no command", "Name=A", false },
+            { "activatable", "Name=A\nDBusActivatable=true", true },
+        };
+        // clang-format on
+        for (const auto& [name, lines, isShown] : cases) {
+            XdgTree tree;
+            tree.environment.desktops = { "ubuntu", "GNOME" };
+            const std::string type = lines.starts_with("Type=") ? "" : "Type=Application\n";
+            tree.writeEntry("system", "case.desktop", "[Desktop Entry]\n" + type + lines + "\n");
+            EXPECT_THAT(update(tree), SizeIs(isShown ? 1 : 0)) << name;
         }
-    }
-
-    TEST(ApplicationBundles, SayWhatTheirEntrySays)
-    {
-        XdgTree tree;
-        const std::string entry = tree.writeEntry(
-            "system", "org.example.Draw.desktop",
-            "[Desktop Entry]\nType=Application\nName=Draw\nName[de]=Zeichnen\nExec=\"draw it\" --new %F\n");
-        EXPECT_THAT(update(tree), ElementsAre("System/Applications/Draw.app"));
-        const char* bundle = "System/Applications/Draw.app";
-        EXPECT_EQ(tree.info(bundle, "CFBundleName"), "Draw");
-        EXPECT_EQ(tree.info(bundle, "CFBundleIdentifier"), "org.example.Draw.desktop");
-        EXPECT_EQ(tree.info(bundle, "CFBundleExecutable"), "draw it");
-        ApplicationBundles bundles(tree.environment, nullptr);
-        EXPECT_EQ(bundles.entryOfBundle(tree.bundlePath(bundle)), entry);
-        EXPECT_EQ(bundles.entryOfBundle(tree.path("user")), std::nullopt);
     }
 
     TEST(ApplicationBundles, TheMoreImportantDirectoryDecidesForAnId)
     {
         XdgTree tree;
+        const std::string exports = "user/flatpak/exports/share";
+        tree.environment.dataDirectories.insert(tree.environment.dataDirectories.begin(), tree.path(exports));
+        tree.writeApplication(exports, "mine.desktop", "Exported by me");
+        tree.writeApplication("flatpak", "exported.desktop", "Exported");
         tree.writeApplication("system", "overridden.desktop", "System's");
         tree.writeApplication("local", "overridden.desktop", "Machine's");
         tree.writeApplication("user", "overridden.desktop", "Mine");
@@ -120,16 +75,16 @@ namespace {
         tree.writeApplication("system", "dangling.desktop", "Not masked by a dangling link");
         tree.files().makeLink("user/applications/dangling.desktop", "/no/such/entry");
         EXPECT_THAT(update(tree),
-                    ElementsAre("Local/Applications/Deep.app", "System/Applications/Not masked by a dangling link.app",
-                                "User/Applications/Mine.app"));
+                    ElementsAre("Local/Applications/Deep.app", "Local/Applications/Exported.app",
+                                "System/Applications/Not masked by a dangling link.app",
+                                "User/Applications/Exported by me.app", "User/Applications/Mine.app"));
         EXPECT_EQ(tree.info("Local/Applications/Deep.app", "CFBundleIdentifier"), "folder-deep-tool.desktop");
 
         tree.removeEntry("user", "overridden.desktop");
         tree.removeEntry("user", "removed.desktop");
         EXPECT_THAT(update(tree),
-                    ElementsAre("Local/Applications/Deep.app", "Local/Applications/Machine's.app",
-                                "System/Applications/Not masked by a dangling link.app",
-                                "System/Applications/Removed.app"));
+                    testing::AllOf(SizeIs(6), testing::Contains("Local/Applications/Machine's.app"),
+                                   testing::Contains("System/Applications/Removed.app")));
     }
 
     TEST(ApplicationBundles, SkipWhatIsNoEntryFile)
@@ -143,6 +98,7 @@ namespace {
         tree.writeApplication("system", "huge.desktop", "Huge", "Comment=" + std::string(2 << 20, 'x'));
         tree.writeApplication("system", "bad\xFFid.desktop", "Bad id");
         tree.writeApplication("system", "notes.txt", "No entry's name");
+        tree.writeEntry("system", "binary.desktop", "\x7F\x45LF\x01\x02");
         EXPECT_THAT(update(tree), ElementsAre("System/Applications/Good.app"));
     }
 
@@ -153,7 +109,6 @@ namespace {
         tree.writeApplication("system", "a.desktop", "Input/Output");
         tree.writeApplication("system", "b.desktop", ".hidden");
         tree.writeApplication("system", "c.desktop", longName);
-        tree.writeApplication("system", "d.desktop", "Two\\nlines & more");
         tree.writeApplication("system", "one.desktop", "Twin");
         tree.writeApplication("system", "two.desktop", "Twin");
         tree.writeApplication("local", "other.desktop", "Twin");
@@ -163,9 +118,10 @@ namespace {
                         "System/Applications/Input\u2215Output.app", "System/Applications/\u200E.hidden.app",
                         "System/Applications/" + std::string(249, 'x') + "é.app",
                         "System/Applications/" + std::string(232, 'x') + " (long-one.desktop).app",
-                        "System/Applications/Two\nlines & more.app", "System/Applications/Twin.app",
-                        "System/Applications/Twin (two.desktop).app", "Local/Applications/Twin.app"));
+                        "System/Applications/Twin.app", "System/Applications/Twin (two.desktop).app",
+                        "Local/Applications/Twin.app"));
         EXPECT_EQ(tree.info("System/Applications/Input\u2215Output.app", "CFBundleName"), "Input/Output");
+        EXPECT_EQ(tree.info("System/Applications/Twin.app", "CFBundleExecutable"), "program");
     }
 
     TEST(ApplicationBundles, KeepTheirIdentityWhenTheirNameChanges)
@@ -183,24 +139,16 @@ namespace {
         EXPECT_THAT(update(tree), ElementsAre("System/Applications/First.app", "System/Applications/Second.app"));
         EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/Second.app")), first);
         EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/First.app")), second);
-        EXPECT_EQ(tree.info("System/Applications/Second.app", "CFBundleName"), "Second");
 
         // The user's own copy of an entry is still that application.
         tree.writeApplication("user", "a.desktop", "Mine");
         EXPECT_THAT(update(tree), ElementsAre("System/Applications/First.app", "User/Applications/Mine.app"));
         EXPECT_EQ(inodeOf(tree.bundlePath("User/Applications/Mine.app")), first);
-    }
 
-    TEST(ApplicationBundles, ANewTwinTakesNobodysName)
-    {
-        XdgTree tree;
-        tree.writeApplication("system", "m.desktop", "Twin");
-        update(tree);
-        const ino_t before = inodeOf(tree.bundlePath("System/Applications/Twin.app"));
-        tree.writeApplication("system", "a.desktop", "Twin");
-        EXPECT_THAT(update(tree),
-                    ElementsAre("System/Applications/Twin (a.desktop).app", "System/Applications/Twin.app"));
-        EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/Twin.app")), before);
+        // A new twin takes nobody's name.
+        tree.writeApplication("system", "aa.desktop", "First");
+        EXPECT_THAT(update(tree), testing::Contains("System/Applications/First (aa.desktop).app"));
+        EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/First.app")), second);
     }
 
     TEST(ApplicationBundles, NothingIsTouchedWhereNothingChanged)
@@ -209,83 +157,54 @@ namespace {
         tree.writeApplication("system", "a.desktop", "First", "TryExec=installed");
         tree.writeApplication("user", "folder/b.desktop", "Second");
         tree.settle();
-        ErrorLog log;
-        ApplicationBundles bundles(tree.environment, log.callback());
+        ApplicationBundles bundles(tree.environment, nullptr);
         bundles.bringUpToDate();
         const auto before = tree.fingerprint();
         bundles.bringUpToDate();
         EXPECT_EQ(bundles.generation(), 1U);
         EXPECT_EQ(tree.fingerprint(), before);
 
-        ApplicationBundles afterRestart(tree.environment, log.callback());
+        ApplicationBundles afterRestart(tree.environment, nullptr);
         afterRestart.bringUpToDate();
         EXPECT_EQ(afterRestart.generation(), 0U);
         EXPECT_EQ(tree.fingerprint(), before);
-
-        // Without the record, what is there is compared and found right.
-        std::filesystem::remove(tree.bundlePath("state"));
-        ApplicationBundles withoutRecord(tree.environment, log.callback());
-        withoutRecord.bringUpToDate();
-        EXPECT_EQ(withoutRecord.generation(), 1U);
-        std::filesystem::remove(tree.bundlePath("state"));
-        auto bundlesOnly = before;
-        std::erase_if(bundlesOnly, [](const std::string& line) { return line.find("/bundles/state ") != line.npos; });
-        EXPECT_EQ(tree.fingerprint(), bundlesOnly);
-        EXPECT_THAT(log.errors, IsEmpty());
     }
 
-    struct ChangeCase {
-        const char* name;
-        void (*change)(XdgTree&);
-        std::vector<std::string> expected;
-        friend void PrintTo(const ChangeCase& row, std::ostream* out) { *out << row.name; }
-    };
-
-    class BundlesNotice : public testing::TestWithParam<ChangeCase> { };
-
-    TEST_P(BundlesNotice, TheChange)
+    TEST(ApplicationBundles, NoticeChanges)
     {
-        XdgTree tree;
-        tree.writeApplication("system", "a.desktop", "A");
-        tree.writeApplication("system", "needs.desktop", "Needs", "TryExec=helper");
-        tree.writeProgram("installed");
-        tree.writeApplication("system", "folder/b.desktop", "B", "TryExec=installed");
-        tree.settle();
-        ErrorLog log;
-        ApplicationBundles bundles(tree.environment, log.callback());
-        bundles.bringUpToDate();
-        ASSERT_THAT(tree.bundles(), ElementsAre("System/Applications/A.app", "System/Applications/B.app"));
-        GetParam().change(tree);
-        bundles.bringUpToDate();
-        std::vector<std::string> shown;
-        for (const std::string& bundle : tree.bundles())
-            shown.push_back(std::filesystem::path(bundle).stem());
-        EXPECT_EQ(shown, GetParam().expected);
-        EXPECT_THAT(log.errors, IsEmpty());
+        using Names = std::vector<std::string>;
+        // clang-format off
+        const std::tuple<const char*, void (*)(XdgTree&), Names> cases[] = {
+            { "new folder", [](XdgTree& tree) { tree.writeApplication("system", "new/c.desktop", "C"); },
+              { "A", "B", "C" } },
+            { "first entry of a directory", [](XdgTree& tree) { tree.writeApplication("flatpak", "c.desktop", "C"); },
+              { "C", "A", "B" } },
+            { "removed entry", [](XdgTree& tree) { tree.removeEntry("system", "a.desktop"); }, { "B" } },
+            { "changed entry", [](XdgTree& tree) { tree.writeApplication("system", "a.desktop", "Z"); }, { "B", "Z" } },
+            { "program installed", [](XdgTree& tree) { tree.writeProgram("helper"); }, { "A", "B", "Needs" } },
+            { "program removed", [](XdgTree& tree) { tree.files().remove("bin/installed"); }, { "A" } },
+            { "everything removed", [](XdgTree& tree) {
+                  std::filesystem::remove_all(tree.environment.bundlesDirectory()); }, { "A", "B" } },
+        };
+        // clang-format on
+        for (const auto& [name, change, expected] : cases) {
+            XdgTree tree;
+            tree.writeApplication("system", "a.desktop", "A");
+            tree.writeApplication("system", "needs.desktop", "Needs", "TryExec=helper");
+            tree.writeProgram("installed");
+            tree.writeApplication("system", "folder/b.desktop", "B", "TryExec=installed");
+            tree.settle();
+            ApplicationBundles bundles(tree.environment, nullptr);
+            bundles.bringUpToDate();
+            ASSERT_THAT(tree.bundles(), ElementsAre("System/Applications/A.app", "System/Applications/B.app"));
+            change(tree);
+            bundles.bringUpToDate();
+            Names shown;
+            for (const std::string& bundle : tree.bundles())
+                shown.push_back(std::filesystem::path(bundle).stem());
+            EXPECT_EQ(shown, expected) << name;
+        }
     }
-
-    // clang-format off
-    INSTANTIATE_TEST_SUITE_P(Table, BundlesNotice, testing::Values(
-        ChangeCase { "NewEntry", [](XdgTree& tree) { tree.writeApplication("system", "c.desktop", "C"); },
-                     { "A", "B", "C" } },
-        ChangeCase { "NewEntryInAFolder",
-                     [](XdgTree& tree) { tree.writeApplication("system", "folder/c.desktop", "C"); },
-                     { "A", "B", "C" } },
-        ChangeCase { "NewFolder", [](XdgTree& tree) { tree.writeApplication("system", "new/c.desktop", "C"); },
-                     { "A", "B", "C" } },
-        ChangeCase { "FirstEntryOfADirectory",
-                     [](XdgTree& tree) { tree.writeApplication("flatpak", "c.desktop", "C"); }, { "C", "A", "B" } },
-        ChangeCase { "RemovedEntry", [](XdgTree& tree) { tree.removeEntry("system", "a.desktop"); }, { "B" } },
-        ChangeCase { "ChangedEntry", [](XdgTree& tree) { tree.writeApplication("system", "a.desktop", "Other"); },
-                     { "B", "Other" } },
-        ChangeCase { "ProgramInstalled", [](XdgTree& tree) { tree.writeProgram("helper"); }, { "A", "B", "Needs" } },
-        ChangeCase { "ProgramRemoved", [](XdgTree& tree) { tree.files().remove("bin/installed"); }, { "A" } },
-        ChangeCase { "BundleRemoved", [](XdgTree& tree) {
-                         std::filesystem::remove_all(tree.bundlePath("System/Applications/A.app")); }, { "A", "B" } },
-        ChangeCase { "EverythingRemoved", [](XdgTree& tree) {
-                         std::filesystem::remove_all(tree.environment.bundlesDirectory()); }, { "A", "B" } }),
-        [](const auto& row) { return std::string(row.param.name); });
-    // clang-format on
 
     TEST(ApplicationBundles, ANewLanguageRenamesThem)
     {
@@ -348,28 +267,13 @@ namespace {
         ApplicationBundles bundles(tree.environment, log.callback());
         bundles.bringUpToDate();
         const std::size_t count = log.errors.size();
-        EXPECT_GE(count, 1U);
+        ASSERT_GE(count, 1U);
         bundles.bringUpToDate();
         EXPECT_THAT(log.errors, SizeIs(count));
         std::filesystem::remove(tree.path("user/quillbox"));
         bundles.bringUpToDate();
         EXPECT_THAT(tree.bundles(), ElementsAre("System/Applications/A.app"));
         EXPECT_THAT(log.errors, SizeIs(count));
-    }
-
-    TEST(ApplicationBundles, ReportWhatTheUserMayNotWrite)
-    {
-        XdgTree tree;
-        tree.writeApplication("system", "a.desktop", "A");
-        // The owner may not either: tests run as an ordinary user, too.
-        std::filesystem::permissions(tree.path(), std::filesystem::perms(0555));
-        EXPECT_THAT(runWithoutPrivileges([&] {
-                        ErrorLog log;
-                        ApplicationBundles(tree.environment, log.callback()).bringUpToDate();
-                        return log.errors.empty() ? std::string("nothing") : log.errors.front().description();
-                    }),
-                    testing::HasSubstr("Permission denied"));
-        std::filesystem::permissions(tree.path(), std::filesystem::perms(0755));
     }
 
 } // namespace

@@ -47,7 +47,6 @@ namespace {
     TEST_F(StandardDirectoriesTest, UserDirectoriesFollowTheUsersSettings)
     {
         EXPECT_THAT(paths(Directory::documentDirectory, Mask::userDomainMask), ElementsAre(home + "/Documents"));
-        EXPECT_THAT(paths(Directory::downloadsDirectory, Mask::userDomainMask), ElementsAre(home + "/Downloads"));
         setUserDirectories("XDG_DESKTOP_DIR=\"$HOME/Schreib tisch\"\nXDG_DOCUMENTS_DIR=\"/srv/documents\"\n"
                            "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
         EXPECT_THAT(paths(Directory::desktopDirectory, Mask::userDomainMask), ElementsAre(home + "/Schreib tisch"));
@@ -57,13 +56,6 @@ namespace {
         EXPECT_EQ(directories.homeDirectory().path(), home);
     }
 
-    TEST_F(StandardDirectoriesTest, PrinterDescriptionsAreTheSystems)
-    {
-        EXPECT_THAT(paths(Directory::printerDescriptionDirectory, Mask::systemDomainMask),
-                    ElementsAre("/usr/share/ppd"));
-        EXPECT_THAT(paths(Directory::printerDescriptionDirectory, Mask::userDomainMask), IsEmpty());
-    }
-
     TEST_F(StandardDirectoriesTest, BundlesAreUpToDateWhenAskedFor)
     {
         tree.writeApplication("local", "a.desktop", "A");
@@ -71,18 +63,10 @@ namespace {
                     ElementsAre(tree.bundlePath("Local/Applications"), tree.bundlePath("System/Applications")));
         EXPECT_THAT(tree.bundles(), ElementsAre("Local/Applications/A.app"));
         tree.writeApplication("user", "b.desktop", "B");
-        EXPECT_THAT(paths(Directory::preferencePanesDirectory, Mask::userDomainMask),
-                    ElementsAre(tree.bundlePath("User/PreferencePanes")));
-        EXPECT_THAT(tree.bundles(), ElementsAre("Local/Applications/A.app", "User/Applications/B.app"));
-    }
-
-    TEST_F(StandardDirectoriesTest, TheUsersOwnApplicationsComeAfterOurs)
-    {
         std::filesystem::create_directory(home + "/Applications");
         EXPECT_THAT(paths(Directory::applicationDirectory, Mask::userDomainMask),
                     ElementsAre(tree.bundlePath("User/Applications"), home + "/Applications"));
-        EXPECT_THAT(paths(Directory::preferencePanesDirectory, Mask::userDomainMask),
-                    ElementsAre(tree.bundlePath("User/PreferencePanes")));
+        EXPECT_THAT(tree.bundles(), ElementsAre("Local/Applications/A.app", "User/Applications/B.app"));
     }
 
 } // namespace

@@ -49,28 +49,19 @@ std::string XdgTree::writeProgram(std::string_view name, std::string_view script
 void XdgTree::settle() const
 {
     const auto past = fs::file_time_type::clock::now() - std::chrono::hours(1);
-    for (const char* directory : { "user", "local", "system", "flatpak" }) {
-        const std::string applications = path(directory) + "/applications";
-        if (!fs::exists(applications))
-            continue;
-        for (const auto& entry : fs::recursive_directory_iterator(applications)) {
-            if (entry.exists())
-                fs::last_write_time(entry.path(), past);
-        }
-        fs::last_write_time(applications, past);
+    for (const auto& entry : fs::recursive_directory_iterator(path())) {
+        if (entry.exists())
+            fs::last_write_time(entry.path(), past);
     }
 }
 
 std::vector<std::string> XdgTree::bundles() const
 {
     std::vector<std::string> names;
-    for (const auto& domain : fs::directory_iterator(environment.bundlesDirectory())) {
-        if (!domain.is_directory())
-            continue;
-        for (const auto& kind : fs::directory_iterator(domain.path())) {
-            for (const auto& bundle : fs::directory_iterator(kind.path()))
-                names.push_back(fs::relative(bundle.path(), environment.bundlesDirectory()).string());
-        }
+    // A domain's directory, a kind's, then what lies in it.
+    for (fs::recursive_directory_iterator entry(environment.bundlesDirectory()), end; entry != end; ++entry) {
+        if (entry.depth() == 2)
+            names.push_back(fs::relative(entry->path(), environment.bundlesDirectory()).string());
     }
     std::sort(names.begin(), names.end());
     return names;

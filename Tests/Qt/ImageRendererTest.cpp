@@ -32,14 +32,12 @@ class Images : public testing::Test {
 protected:
     Images()
     {
-        directory.writeFile(
-            "icons/plain/index.theme",
-            "[Icon Theme]\nName=plain\nDirectories=16\n[16]\nSize=16\nType=Scalable\nMinSize=8\nMaxSize=512\n");
-        directory.writeFile("icons/plain/16/known.svg", svg("#00ff00"));
-        directory.writeFile(
-            "icons/other/index.theme",
-            "[Icon Theme]\nName=other\nDirectories=16\n[16]\nSize=16\nType=Scalable\nMinSize=8\nMaxSize=512\n");
-        directory.writeFile("icons/other/16/known.svg", svg("#ff0000"));
+        for (const auto& [theme, colour] : { std::pair("plain", "#00ff00"), std::pair("other", "#ff0000") }) {
+            const std::string base = std::string("icons/") + theme;
+            directory.writeFile(base + "/index.theme",
+                                "[Icon Theme]\nDirectories=16\n[16]\nSize=16\nType=Scalable\nMaxSize=512\n");
+            directory.writeFile(base + "/16/known.svg", svg(colour));
+        }
         QIcon::setThemeSearchPaths({ QString::fromStdString(directory.path("icons")) });
         QIcon::setThemeName("plain");
     }
@@ -51,19 +49,12 @@ protected:
 TEST_F(Images, ComeFromTheThemeByTheirFirstKnownNameElseFromTheReserve)
 {
     const std::string reserve = directory.writeFile("reserve.svg", svg("#0000ff"));
-    EXPECT_EQ(centre(ImageRenderer::pixmap(image(ThemedImage { { "unknown", "known" }, reserve }), 1, {})),
-              QColor(Qt::green));
-    EXPECT_EQ(centre(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, reserve }), 1, {})), QColor(Qt::blue));
-    EXPECT_TRUE(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, "" }), 1, {}).isNull());
-    EXPECT_TRUE(ImageRenderer::pixmap(NSImage(), 1, {}).isNull());
-}
-
-TEST_F(Images, FollowAChangeOfTheTheme)
-{
-    const NSImage known = image(ThemedImage { { "known" }, "" });
+    const NSImage known = image(ThemedImage { { "unknown", "known" }, reserve });
     EXPECT_EQ(centre(ImageRenderer::pixmap(known, 1, {})), QColor(Qt::green));
     QIcon::setThemeName("other");
     EXPECT_EQ(centre(ImageRenderer::pixmap(known, 1, {})), QColor(Qt::red));
+    EXPECT_EQ(centre(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, reserve }), 1, {})), QColor(Qt::blue));
+    EXPECT_TRUE(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, "" }), 1, {}).isNull());
 }
 
 TEST_F(Images, HaveTheirSizeTimesTheScale)
@@ -71,7 +62,6 @@ TEST_F(Images, HaveTheirSizeTimesTheScale)
     const QPixmap pixmap = ImageRenderer::pixmap(image(ThemedImage { { "known" }, "" }, 64), 1.5, {});
     EXPECT_EQ(pixmap.size(), QSize(96, 96));
     EXPECT_EQ(pixmap.devicePixelRatio(), 1.5);
-    EXPECT_EQ(centre(pixmap), QColor(Qt::green));
 }
 
 TEST_F(Images, TemplatesTakeTheColourAround)
@@ -93,17 +83,6 @@ TEST_F(Images, AreDrawnOverOneAnother)
     ASSERT_EQ(picture.size(), QSize(32, 32));
     EXPECT_EQ(picture.pixelColor(16, 16), QColor(Qt::red));
     EXPECT_EQ(picture.pixelColor(4, 4), QColor(Qt::green));
-}
-
-TEST_F(Images, KeepTheirProportions)
-{
-    QImage wide(200, 100, QImage::Format_RGB32);
-    wide.fill(Qt::red);
-    const QString path = QString::fromStdString(directory.path("wide.png"));
-    ASSERT_TRUE(wide.save(path));
-    const QImage picture = ImageRenderer::pixmap(image(ImageFile { path.toStdString() }), 1, {}).toImage();
-    EXPECT_EQ(picture.pixelColor(8, 8), QColor(Qt::red));
-    EXPECT_EQ(picture.pixelColor(8, 1).alpha(), 0);
 }
 
 TEST_F(Images, BadFilesShowNothing)

@@ -71,21 +71,8 @@ QString MenuHost::answerOf(const QString& step)
         const QString rows = layout(id(label), 1);
         return rows + QStringLiteral(" r%1").arg(revision_);
     }
-    QDBusMessage reply;
-    if (what == QLatin1String("about")) {
-        reply = call(QStringLiteral("AboutToShow"), { id(label) });
-    } else if (what == QLatin1String("group")) {
-        QList<int> ids;
-        for (const QString& one : label.split(u','))
-            ids.append(id(one));
-        reply = call(QStringLiteral("AboutToShowGroup"), { QVariant::fromValue(ids) });
-        QStringList updates;
-        for (const int updated : qdbus_cast<QList<int>>(reply.arguments().value(0)))
-            updates.append(QString::number(updated));
-        return updates.join(u' ');
-    } else {
-        reply = tell(id(label), what);
-    }
+    const QDBusMessage reply =
+        what == QLatin1String("about") ? call(QStringLiteral("AboutToShow"), { id(label) }) : tell(id(label), what);
     return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments().value(0).toString() : reply.errorName();
 }
 

@@ -23,13 +23,12 @@ public:
     // The rows below `parent` as text: "2 Papers > (3 a, 4 ---), 5 Note". The name of the error where there is
     // one.
     QString layout(int parent, int depth, const QStringList& names = {});
-    uint revision() const { return revision_; }
     // By the row's label; the last one shown under it.
     int id(const QString& label) const { return ids_.value(label, -1); }
 
     // Does the step that begins each line of `script`, and gives the script with what came of each: "about Papers:
     // true; r3 below 2; update Papers" has the answer, the layouts announced and what `log` says. Whatever a line
-    // has after a colon is replaced. Steps are "about LABEL", "group LABEL,LABEL", "opened LABEL", "closed LABEL",
+    // has after a colon is replaced. Steps are "about LABEL", "opened LABEL", "closed LABEL",
     // "clicked LABEL" and "get LABEL"; "top" is the root.
     std::string run(const std::string& script, const std::function<std::string()>& log);
 

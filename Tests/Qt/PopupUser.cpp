@@ -12,20 +12,9 @@ namespace quillbox {
 
 namespace {
 
-    void sendMouse(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons)
-    {
-        QWidget* receiver = QApplication::activePopupWidget();
-        ASSERT_TRUE(receiver);
-        QMouseEvent event(type, receiver->mapFromGlobal(position), position, button, buttons, Qt::NoModifier);
-        QApplication::sendEvent(receiver, &event);
-    }
-
     int depth(const NSMenu* menu)
     {
-        int result = 0;
-        for (; menu->supermenu(); menu = menu->supermenu())
-            ++result;
-        return result;
+        return menu->supermenu() ? depth(menu->supermenu()) + 1 : 0;
     }
 
 } // namespace
@@ -59,19 +48,12 @@ std::string PopupUser::selected()
     return titles;
 }
 
-void PopupUser::moveTo(QPoint position, Qt::MouseButtons buttons)
+void PopupUser::send(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons)
 {
-    sendMouse(QEvent::MouseMove, position, Qt::NoButton, buttons);
-}
-
-void PopupUser::press(QPoint position)
-{
-    sendMouse(QEvent::MouseButtonPress, position, Qt::LeftButton, Qt::LeftButton);
-}
-
-void PopupUser::release(QPoint position)
-{
-    sendMouse(QEvent::MouseButtonRelease, position, Qt::LeftButton, Qt::NoButton);
+    QWidget* receiver = QApplication::activePopupWidget();
+    ASSERT_TRUE(receiver);
+    QMouseEvent event(type, receiver->mapFromGlobal(position), position, button, buttons, Qt::NoModifier);
+    QApplication::sendEvent(receiver, &event);
 }
 
 void PopupUser::click(QPoint position)
@@ -81,11 +63,6 @@ void PopupUser::click(QPoint position)
     // A press outside has closed the menu, and nobody here hears of its release.
     if (QApplication::activePopupWidget())
         release(position);
-}
-
-void PopupUser::click(const std::string& title)
-{
-    click(rectOf(title).center());
 }
 
 void PopupUser::wheel(QPoint position, int notches)
@@ -99,10 +76,9 @@ void PopupUser::wheel(QPoint position, int notches)
 
 void PopupUser::key(int key, const QString& text)
 {
-    QWidget* receiver = QApplication::activePopupWidget();
-    ASSERT_TRUE(receiver);
+    ASSERT_TRUE(QApplication::activePopupWidget());
     QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QApplication::sendEvent(receiver, &event);
+    QApplication::sendEvent(QApplication::activePopupWidget(), &event);
 }
 
 void PopupUser::type(const QString& text)

@@ -19,15 +19,21 @@ public:
     // The highlighted titles from the top down, "/" between them, "-" for none.
     static std::string selected();
 
-    static void moveTo(QPoint position, Qt::MouseButtons buttons = Qt::NoButton);
+    static void moveTo(QPoint position, Qt::MouseButtons buttons = Qt::NoButton)
+    {
+        send(QEvent::MouseMove, position, Qt::NoButton, buttons);
+    }
     static void moveTo(const std::string& title) { moveTo(rectOf(title).center()); }
-    static void press(QPoint position);
-    static void release(QPoint position);
+    static void press(QPoint position) { send(QEvent::MouseButtonPress, position, Qt::LeftButton, Qt::LeftButton); }
+    static void release(QPoint position) { send(QEvent::MouseButtonRelease, position, Qt::LeftButton, Qt::NoButton); }
     static void click(QPoint position);
-    static void click(const std::string& title);
+    static void click(const std::string& title) { click(rectOf(title).center()); }
     static void wheel(QPoint position, int notches);
     static void key(int key, const QString& text = {});
     static void type(const QString& text);
+
+private:
+    static void send(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons);
 };
 
 } // namespace quillbox

@@ -14,13 +14,8 @@ namespace {
 
     constexpr int kDeadline = 20'000;
     const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+    int clientCount = 0;
     const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
-
-    QString nextClientName()
-    {
-        static int count = 0;
-        return QStringLiteral("test-client-%1").arg(++count);
-    }
 
 } // namespace
 
@@ -36,7 +31,7 @@ bool waitUntil(const std::function<bool()>& isDone)
     return isDone();
 }
 
-PrivateBus::PrivateBus() : formerAddress_(qgetenv("DBUS_SESSION_BUS_ADDRESS"))
+PrivateBus::PrivateBus()
 {
     const QString configuration = directory_.filePath(QStringLiteral("bus.conf"));
     QFile file(configuration);
@@ -58,10 +53,7 @@ PrivateBus::PrivateBus() : formerAddress_(qgetenv("DBUS_SESSION_BUS_ADDRESS"))
 PrivateBus::~PrivateBus()
 {
     stop();
-    if (formerAddress_.isEmpty())
-        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    else
-        qputenv("DBUS_SESSION_BUS_ADDRESS", formerAddress_);
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
 void PrivateBus::stop()
@@ -71,7 +63,7 @@ void PrivateBus::stop()
 }
 
 BusClient::BusClient()
-    : name_(nextClientName()),
+    : name_(QStringLiteral("test-client-%1").arg(++clientCount)),
       connection_(QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), name_))
 {
     QB_CHECK(connection_.isConnected());
@@ -116,14 +108,10 @@ bool FakeStatusBar::handleMessage(const QDBusMessage& message, const QDBusConnec
 {
     if (message.member() == QLatin1String("RegisterStatusNotifierItem")) {
         registeredItems.append(message.arguments().at(0).toString());
-        connection.send(message.createReply());
-        return true;
+        return connection.send(message.createReply());
     }
-    if (message.member() == QLatin1String("Get")) {
-        connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost_))));
-        return true;
-    }
-    return false;
+    return message.member() == QLatin1String("Get")
+        && connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost_))));
 }
 
 } // namespace quillbox

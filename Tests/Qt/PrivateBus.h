@@ -25,7 +25,6 @@ public:
 private:
     QTemporaryDir directory_;
     QProcess daemon_;
-    QByteArray formerAddress_;
 };
 
 // Some other program on the bus.

@@ -99,11 +99,10 @@ TEST(SingleInstance, AnswersFilesAndActions)
         return client.call(kName, kPath, kInterface, member, arguments).errorName();
     };
     const QVariantMap token { { "desktop-startup-id", "t" } };
-    const QString invalid = "org.freedesktop.DBus.Error.InvalidArgs";
     EXPECT_EQ(error("Open", { QStringList { "file:///a" }, QVariantMap() }), "");
     EXPECT_EQ(error("ActivateAction", { "quit", QVariantList(), token }), "");
-    EXPECT_EQ(error("ActivateAction", { "explode", QVariantList(), QVariantMap() }), invalid);
-    EXPECT_EQ(error("ActivateAction", { "quit" }), invalid);
+    EXPECT_EQ(error("ActivateAction", { "explode", QVariantList(), QVariantMap() }),
+              "org.freedesktop.DBus.Error.InvalidArgs");
     EXPECT_TRUE(waitUntil([&] { return calls.size() >= 3; }));
     EXPECT_EQ(calls, (QStringList { "activate", "token t", "quit" }));
 }
@@ -124,24 +123,7 @@ TEST(SingleInstance, RunsUnguardedWithoutABus)
     qputenv("XDG_RUNTIME_DIR", empty.path().toUtf8());
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     EXPECT_EQ(SingleInstance({}).claim(), Outcome::Unguarded);
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + empty.filePath("none").toUtf8());
-    EXPECT_EQ(SingleInstance({}).claim(), Outcome::Unguarded);
     qputenv("XDG_RUNTIME_DIR", runtimeDirectory);
-}
-
-TEST(SingleInstance, TakesTheMarksOfItsStarterOnce)
-{
-    qputenv("DESKTOP_STARTUP_ID", "startup");
-    qputenv("DBUS_STARTER_BUS_TYPE", "session");
-    const StartEnvironment first = StartEnvironment::take();
-    EXPECT_TRUE(first.isStartedByBus);
-    EXPECT_EQ(first.activationToken, "startup");
-    qputenv("XDG_ACTIVATION_TOKEN", "activation");
-    const StartEnvironment second = StartEnvironment::take();
-    EXPECT_FALSE(second.isStartedByBus);
-    EXPECT_EQ(second.activationToken, "activation");
-    qunsetenv("DESKTOP_STARTUP_ID");
-    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 } // namespace
