@@ -248,6 +248,7 @@ TEST_F(FileReference, HoldsFewDescriptorsAndNoneElsewhere)
     const std::size_t before = openDescriptors();
     {
         std::vector<FileReferenceURL> references;
+        references.reserve(FileReferenceURL::kMaximumDescriptors + 20);
         for (int i = 0; i < FileReferenceURL::kMaximumDescriptors + 20; ++i)
             references.push_back(referenceTo(path));
         EXPECT_EQ(openDescriptors(), before + FileReferenceURL::kMaximumDescriptors);

@@ -52,8 +52,10 @@ namespace {
         for (const auto& [name, lines, isShown] : cases) {
             XdgTree tree;
             tree.environment.desktops = { "ubuntu", "GNOME" };
-            const std::string type = lines.starts_with("Type=") ? "" : "Type=Application\n";
-            tree.writeEntry("system", "case.desktop", "[Desktop Entry]\n" + type + lines + "\n");
+            std::string entry = "[Desktop Entry]\n";
+            if (!lines.starts_with("Type="))
+                entry += "Type=Application\n";
+            tree.writeEntry("system", "case.desktop", entry.append(lines).append("\n"));
             EXPECT_THAT(update(tree), SizeIs(isShown ? 1 : 0)) << name;
         }
     }
