@@ -1,5 +1,6 @@
 #include "Bookmark.h"
 
+#include "FileManager.h"
 #include "FileReferenceURL.h"
 #include "TemporaryDirectory.h"
 #include "Unprivileged.h"
@@ -10,24 +11,35 @@
 #include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <optional>
 #include <sys/stat.h>
 
 using namespace quillbox;
 
 namespace {
 
-// Has files in the mount of the home, where references hold descriptors.
-class FileReference : public testing::Test {
-protected:
-    FileReference() { setenv("HOME", files.path().c_str(), 1); }
-    ~FileReference() override { unsetenv("HOME"); }
+// Makes the mount of the test's files the home's, so that references hold descriptors there.
+class HomeAt {
+public:
+    explicit HomeAt(const std::string& path)
+    {
+        if (const char* home = std::getenv("HOME"))
+            before_ = home;
+        setenv("HOME", path.c_str(), 1);
+    }
+    ~HomeAt() { before_ ? setenv("HOME", before_->c_str(), 1) : unsetenv("HOME"); }
+    HomeAt(const HomeAt&) = delete;
+    HomeAt& operator=(const HomeAt&) = delete;
 
-    const TemporaryDirectory files;
+private:
+    std::optional<std::string> before_;
 };
 
 Data bookmarkOf(const std::string& path)
 {
-    return *URL::fileURLWithPath(path).bookmarkData();
+    Result<Data> bookmark = URL::fileURLWithPath(path).bookmarkData();
+    EXPECT_TRUE(bookmark) << path;
+    return bookmark ? *bookmark : Data {};
 }
 
 // "path", "path (stale)" or "error N".
@@ -60,7 +72,9 @@ TEST(Bookmark, FormatIsFixed)
     Data bytes = sample().encoded();
     ASSERT_EQ(bytes.size(), expected.size() + 4);
     EXPECT_EQ(Data(bytes.begin(), bytes.end() - 4), expected);
-    EXPECT_EQ(*Bookmark::decode(bytes), sample());
+    const Result<Bookmark> read = Bookmark::decode(bytes);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(*read, sample());
 }
 
 TEST(Bookmark, DamageIsAnErrorAlways)
@@ -105,62 +119,93 @@ TEST(Bookmark, ResolvesWhatIsAtThePath)
     EXPECT_EQ(URL::fileURLWithPath(files.path("none")).bookmarkData().error().code, ENOENT);
 }
 
+struct Move {
+    const char* name;
+    void (*change)(const TemporaryDirectory&);
+    // Where the picked "up/dir/file" is found then; empty where it is missing.
+    const char* found;
+    bool isOfFilesOnly = false;
+};
+
 // File systems stamp files by a coarse clock; within its tick only a handle tells an inode used again, and
 // not every one has handles.
 void waitForNextBirthTime()
 {
-    timespec start {};
-    clock_gettime(CLOCK_REALTIME_COARSE, &start);
-    for (timespec now = start; now.tv_nsec == start.tv_nsec;)
-        clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    const auto now = [] {
+        timespec time {};
+        clock_gettime(CLOCK_REALTIME_COARSE, &time);
+        return time.tv_nsec;
+    };
+    for (const auto before = now(); now() == before;) { }
 }
 
 TEST(Bookmark, FindsWhatHasLeftItsPathAfterARestart)
 {
-    struct Case {
-        const char* name;
-        std::vector<std::pair<const char*, const char*>> renames;
-        // Files written afterwards, and where the picked "up/dir/file" is found then; empty where there is none.
-        std::string written, found;
-    };
-    for (const Case& c : {
-             Case { "saved by an editor", { { "up/dir/file", "up/dir/file~" } }, "up/dir/file", "up/dir/file" },
-             Case { "renamed", { { "up/dir/file", "up/dir/b" } }, "", "up/dir/b" },
-             Case { "in the parent", { { "up/dir/file", "up/b" } }, "", "up/b" },
-             Case { "in a sibling", { { "up/dir/file", "up/sib/b" } }, "", "up/sib/b" },
-             Case { "directory renamed", { { "up/dir", "up/new" } }, "", "up/new/file" },
-             Case { "in its parent's place",
-                    { { "up/dir/file", "b" }, { "up/dir", "old" }, { "b", "up/dir" } },
-                    "",
+    using Files = const TemporaryDirectory&;
+    for (const Move& c : {
+             Move { "saved by an editor",
+                    [](Files f) { f.rename("up/dir/file", "up/dir/file~"), f.writeFile("up/dir/file"); },
+                    "up/dir/file" },
+             Move { "renamed", [](Files f) { f.rename("up/dir/file", "up/dir/b"); }, "up/dir/b" },
+             Move { "in the parent", [](Files f) { f.rename("up/dir/file", "up/b"); }, "up/b" },
+             Move { "in a sibling", [](Files f) { f.rename("up/dir/file", "up/sib/b"); }, "up/sib/b" },
+             Move { "directory renamed", [](Files f) { f.rename("up/dir", "up/new"); }, "up/new/file" },
+             Move { "in its parent's place",
+                    [](Files f) { f.rename("up/dir/file", "b"), f.remove("up/dir"), f.rename("b", "up/dir"); },
                     "up/dir" },
-             Case { "below a sibling", { { "up/dir/file", "up/sib/low/b" } }, "", "" },
-             Case { "behind a link", { { "up/dir/file", "far/off/b" } }, "", "" },
-             Case { "deleted, its inode used again", {}, "up/dir/newcomer", "" },
+             Move { "below a sibling", [](Files f) { f.rename("up/dir/file", "up/sib/low/b"); }, "" },
+             Move { "behind a link",
+                    [](Files f) { f.rename("up/dir/file", "far/off/b"), f.makeLink("up/link", "../far/off"); }, "" },
+             Move { "hard-linked",
+                    [](Files f) {
+                        std::filesystem::create_hard_link(f.path("up/dir/file"), f.path("up/sib/same"));
+                        f.remove("up/dir/file");
+                    },
+                    "up/sib/same", true },
+             Move { "deleted, its inode used again",
+                    [](Files f) {
+                        f.remove("up/dir/file");
+                        waitForNextBirthTime();
+                        f.writeFile("up/dir/newcomer");
+                    },
+                    "" },
          }) {
         for (const char* kind : { "file", "directory", "link" }) {
             const TemporaryDirectory files;
             files.makeDirectory("up/sib/low");
             files.makeDirectory("far/off");
-            files.makeLink("up/link", "../far/off");
-            const Data bookmark = bookmarkOf(*kind == 'f'       ? files.writeFile("up/dir/file")
-                                                 : *kind == 'd' ? files.makeDirectory("up/dir/file")
-                                                                : files.makeLink("up/dir/file", "nowhere"));
-            for (const auto& [from, to] : c.renames)
-                files.rename(from, to);
-            if (c.renames.empty()) {
-                files.remove("up/dir/file");
-                waitForNextBirthTime();
-            }
-            if (!c.written.empty())
-                files.writeFile(c.written);
-            EXPECT_EQ(resolved(bookmark), c.found.empty() ? "error 2" : files.path(c.found) + " (stale)")
+            const std::string picked = *kind == 'f' ? files.writeFile("up/dir/file")
+                : *kind == 'd'                      ? files.makeDirectory("up/dir/file")
+                                                    : files.makeLink("up/dir/file", "nowhere");
+            if (c.isOfFilesOnly && *kind != 'f')
+                continue;
+            const Data bookmark = bookmarkOf(picked);
+            c.change(files);
+            EXPECT_EQ(resolved(bookmark), *c.found ? files.path(c.found) + " (stale)" : "error 2")
                 << c.name << ", " << kind;
         }
     }
 }
 
+TEST(Bookmark, FollowsALiveReference)
+{
+    const TemporaryDirectory files;
+    const HomeAt home(files.path());
+    const URL url = URL::fileURLWithPath(files.writeFile("a/file"));
+    const Data bookmark = *url.bookmarkData();
+    files.makeDirectory("far/away");
+    {
+        const Result<FileReferenceURL> reference = url.fileReferenceURL();
+        ASSERT_TRUE(reference);
+        files.rename("a/file", "far/away/file");
+        EXPECT_EQ(resolved(bookmark), files.path("far/away/file") + " (stale)");
+    }
+    EXPECT_EQ(resolved(bookmark), "error 2");
+}
+
 TEST(Bookmark, AnotherFileSystemIsAnotherFile)
 {
+    const Bookmark one = sample();
     struct Case {
         const char* name;
         void (*change)(Bookmark&);
@@ -177,10 +222,10 @@ TEST(Bookmark, AnotherFileSystemIsAnotherFile)
           [](Bookmark& b) { b.identity.deviceMinor = 9, b.fileSystemUUID.clear(), b.identity.birth.reset(); }, false },
     };
     for (const Case& c : cases) {
-        Bookmark other = sample();
+        Bookmark other = one;
         c.change(other);
-        EXPECT_EQ(sample().isSameFile(other), c.isSame) << c.name;
-        EXPECT_EQ(other.isSameFile(sample()), c.isSame) << c.name;
+        EXPECT_EQ(one.isSameFile(other), c.isSame) << c.name;
+        EXPECT_EQ(other.isSameFile(one), c.isSame) << c.name;
     }
 }
 
@@ -202,35 +247,30 @@ std::size_t openDescriptors()
 
 FileReferenceURL referenceTo(const std::string& path)
 {
-    return *URL::fileURLWithPath(path).fileReferenceURL();
+    Result<FileReferenceURL> reference = URL::fileURLWithPath(path).fileReferenceURL();
+    EXPECT_TRUE(reference);
+    return *reference;
 }
 
-TEST_F(FileReference, LeadsBookmarksToTheFile)
+TEST(FileReference, FollowsMovesAndRenames)
 {
-    const URL url = URL::fileURLWithPath(files.writeFile("a/file"));
-    const Data bookmark = *url.bookmarkData();
-    files.makeDirectory("far/away");
-    {
-        const Result<FileReferenceURL> reference = url.fileReferenceURL();
-        files.rename("a/file", "far/away/file");
-        EXPECT_EQ(resolved(bookmark), files.path("far/away/file") + " (stale)");
-    }
-    EXPECT_EQ(resolved(bookmark), "error 2");
-}
-
-TEST_F(FileReference, FollowsMovesAndRenames)
-{
+    const TemporaryDirectory files;
+    const HomeAt home(files.path());
     const FileReferenceURL file = referenceTo(files.writeFile("a/file"));
     const FileReferenceURL link = referenceTo(files.makeLink("a/link", "file"));
+    EXPECT_EQ(file.path(), files.path("a/file"));
     files.rename("a", "b");
     EXPECT_EQ(file.path(), files.path("b/file"));
     files.rename("b/file", "moved");
     EXPECT_EQ(file.path(), files.path("moved"));
     EXPECT_EQ(link.path(), files.path("b/link"));
+    EXPECT_FALSE(URL::fileURLWithPath(files.path("a/file")).fileReferenceURL());
 }
 
-TEST_F(FileReference, KnowsWhatIsGone)
+TEST(FileReference, KnowsWhatIsGone)
 {
+    const TemporaryDirectory files;
+    const HomeAt home(files.path());
     const FileReferenceURL replaced = referenceTo(files.writeFile("replaced"));
     files.writeFile("new");
     files.rename("new", "replaced");
@@ -239,11 +279,14 @@ TEST_F(FileReference, KnowsWhatIsGone)
     files.remove("gone");
     files.writeFile("gone (deleted)");
     EXPECT_FALSE(deleted.path()) << "a file of the name that the deleted one's link shows";
-    EXPECT_EQ(referenceTo(files.path("gone (deleted)")).path(), files.path("gone (deleted)"));
+    const FileReferenceURL odd = referenceTo(files.path("gone (deleted)"));
+    EXPECT_EQ(odd.path(), files.path("gone (deleted)"));
 }
 
-TEST_F(FileReference, HoldsFewDescriptorsAndNoneElsewhere)
+TEST(FileReference, HoldsFewDescriptorsAndNoneElsewhere)
 {
+    const TemporaryDirectory files;
+    const HomeAt home(files.path());
     const std::string path = files.writeFile("file");
     const std::size_t before = openDescriptors();
     {
@@ -258,8 +301,10 @@ TEST_F(FileReference, HoldsFewDescriptorsAndNoneElsewhere)
         EXPECT_EQ(references.front().path(), files.path("other"));
         EXPECT_FALSE(copy.path());
     }
+    EXPECT_EQ(openDescriptors(), before);
     const FileReferenceURL elsewhere = referenceTo("/proc/version");
     EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(elsewhere.path(), "/proc/version");
 }
 
 } // namespace
