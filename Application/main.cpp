@@ -7,11 +7,13 @@
 #include "LinuxWorkspace.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
+#include "NSWindow.h"
 #include "QtClock.h"
 #include "QtDesktop.h"
 #include "RecentUseIndex.h"
 #include "SingleInstance.h"
 #include "StatusMenuItemController.h"
+#include "ViewDump.h"
 
 #include <QApplication>
 
@@ -64,6 +66,18 @@ namespace {
         std::fflush(stdout);
     }
 
+    void printWindows(QtDesktop& desktop)
+    {
+        for (const auto& window : NSWindow::windows()) {
+            window->layoutIfNeeded();
+            const std::string views =
+                viewDumpOnScreen(*window->contentView(), desktop.windows().contentOrigin(*window));
+            std::printf("window \"%s\"\n%s", window->title().c_str(), views.c_str());
+        }
+        std::puts("(no more windows)");
+        std::fflush(stdout);
+    }
+
     // What a right click on the icon offers.
     class ShortMenu final : public NSObject {
     public:
@@ -72,7 +86,7 @@ namespace {
         void openTheMenu(NSObject*)
         {
             if (const auto& controller = AppDelegate::statusMenuItemController())
-                desktop_.menuPresenter().popUp(controller->statusItem()->menu(), {}, nullptr);
+                desktop_.menuPresenter().popUpAtPointer(controller->statusItem()->menu());
         }
         void openThePreferences(NSObject*) { openPreferences(); }
         void quitTheApplication(NSObject*) { quit(); }
@@ -124,12 +138,14 @@ namespace {
         instance.setHandlers({ openPreferences,
                                { { "preferences", openPreferences },
                                  { "quit", quit },
-                                 { "print-open-menus", [&desktop] { printOpenMenus(desktop); } } },
+                                 { "print-open-menus", [&desktop] { printOpenMenus(desktop); } },
+                                 { "print-windows", [&desktop] { printWindows(desktop); } } },
                                takeToken });
 
         application.setDelegate(std::make_shared<AppDelegate>());
         const int exitCode = application.run();
 
+        NSWindow::closeAll();
         instance.setHandlers({});
         application.setDelegate(nullptr);
         AppDelegate::releaseStatusMenuItemController();

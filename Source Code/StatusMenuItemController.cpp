@@ -10,6 +10,7 @@
 #include "NSAlert.h"
 #include "NSWorkspace.h"
 #include "PrefPaneTitles.h"
+#include "SlabPool.h"
 #include "StringComparison.h"
 #include "Unicode.h"
 
@@ -278,6 +279,7 @@ void StatusMenuItemController::menuDidClose(NSMenu& menu)
         return;
     statusItem_->menu()->removeAllItems();
     Debug::pruneDynamicMenuItems();
+    SlabPool::trimHeapAfterMany();
 }
 
 void StatusMenuItemController::fillRecentItemsMenu(NSMenuDynamic& menu)
@@ -776,16 +778,6 @@ StatusMenuItemController::queryRecentItems(Date lastUsedSince, std::int64_t maxA
 // Actions
 
 void StatusMenuItemController::doNothing(NSObject*) { }
-
-void StatusMenuItemController::openAppPreferencesWindow(NSObject*)
-{
-    NSAlert alert;
-    if (const auto icon = NSImage::imageNamed("Quillbox Icon"))
-        alert.setIcon(*icon);
-    alert.setMessageText("This version of Quillbox has no preferences window yet");
-    alert.setInformativeText("The menu can't be arranged here until it does.");
-    alert.runModal();
-}
 
 void StatusMenuItemController::openSystemSettings(NSObject*)
 {

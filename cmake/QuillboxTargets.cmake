@@ -30,14 +30,18 @@ endif()
 # The target "headers" compiles each header alone, so that including one never needs another one before it.
 add_custom_target(headers)
 
-# quillbox_library(<name> <folder> [PUBLIC <targets>...] [PRIVATE <targets>...])
-# Every source of the folder makes the library quillbox_<name>; its headers are included by their file name.
-function(quillbox_library name folder)
+# quillbox_library(<name> <folders> [PUBLIC <targets>...] [PRIVATE <targets>...])
+# Every source of the folders (a list; mostly one) makes the library quillbox_<name>; its headers are included by
+# their file name.
+function(quillbox_library name folders)
     cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.cpp")
-    file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+    list(TRANSFORM folders PREPEND "${PROJECT_SOURCE_DIR}/")
+    list(TRANSFORM folders APPEND "/*.cpp" OUTPUT_VARIABLE sourcePatterns)
+    list(TRANSFORM folders APPEND "/*.h" OUTPUT_VARIABLE headerPatterns)
+    file(GLOB sources CONFIGURE_DEPENDS ${sourcePatterns})
+    file(GLOB headers CONFIGURE_DEPENDS ${headerPatterns})
     add_library(quillbox_${name} STATIC ${sources} ${headers})
-    target_include_directories(quillbox_${name} PUBLIC "${PROJECT_SOURCE_DIR}/${folder}")
+    target_include_directories(quillbox_${name} PUBLIC ${folders})
     target_link_libraries(quillbox_${name} PUBLIC ${arg_PUBLIC} PRIVATE quillbox_flags ${arg_PRIVATE})
 
     set(aloneSources)

@@ -24,6 +24,22 @@ class Row:
         return self.x + min(self.width // 2, 60), self.y + self.height // 2
 
 
+@dataclass
+class View:
+    """A view of a window: its class, what it is called or shows (the beginning of it), and where it is on the screen."""
+    kind: str
+    name: str
+    x: int
+    y: int
+    width: int
+    height: int
+    depth: int
+
+    @property
+    def middle(self):
+        return self.x + self.width // 2, self.y + self.height // 2
+
+
 def record(kind, title="", path=b""):
     return {
         "menuItemType": kind, "displayString": title, "unixPath": os.fsdecode(path),
@@ -49,6 +65,8 @@ class RunningQuillbox:
 
     def __init__(self, desktop, program, printed):
         self.desktop = desktop
+        # Pixels of the screen for a point of the program.
+        self.scale = float(desktop.environment.get("QT_SCALE_FACTOR", "1"))
         self.printed = printed
         with open(self.printed, "wb") as out:
             self.process = desktop.start([str(program)], stdout=out)
@@ -66,19 +84,46 @@ class RunningQuillbox:
         self.desktop.activate_action("print-open-menus")
         text = self.printed_since(before)
         levels = []
+        left, top = self.desktop.popup_origin()
         for line in text.splitlines():
             if re.match(r"level \d+: ", line):
                 levels.append([])
                 continue
             row = re.match(r"  (-?\d+),(-?\d+) (\d+)x(\d+) ?(.*)", line)
             if row and levels:
-                levels[-1].append(Row(*(int(row[i]) for i in range(1, 5)), row[5]))
+                x, y, width, height = (int(row[i]) for i in range(1, 5))
+                levels[-1].append(Row(left + x, top + y, width, height, row[5]))
         return levels
 
-    def printed_since(self, position):
+    def windows(self):
+        """The open windows, the oldest first, each a list of its views as they lie below one another; what hidden tabs
+        have is left out."""
+        before = self.printed.stat().st_size
+        self.desktop.activate_action("print-windows")
+        windows, hidden_depth = [], None
+        for line in self.printed_since(before, b"(no more windows)\n").splitlines():
+            if line.startswith("window "):
+                windows.append([])
+                continue
+            view = re.fullmatch(r'( *)(\w+)(?: "(.*)")? (-?[\d.]+),(-?[\d.]+) ([\d.]+)x([\d.]+)( \(hidden\))?', line)
+            depth = len(view[1])
+            if hidden_depth is not None and depth > hidden_depth:
+                continue
+            hidden_depth = depth if view[8] else None
+            if not view[8]:
+                windows[-1].append(View(view[2], view[3] or "",
+                                        *(round(float(view[i]) * self.scale) for i in range(4, 8)), depth))
+        return windows
+
+    def view(self, kind, name=None, window=-1):
+        """The first such view of the front window, once it is there; `name` is how its name begins."""
+        return wait_for(f"a {kind} {name or ''}", lambda: next(
+            (view for views in self.windows()[window:][:1] for view in views
+             if view.kind == kind and view.name.startswith(name or "")), None))
+
+    def printed_since(self, position, end=b"(no more open menus)\n"):
         """What Quillbox printed since then; it prints after it has answered the call, and says where it ends."""
-        end = b"(no more open menus)\n"
-        text = wait_for("the open menus as text", lambda: self.alive() and (
+        text = wait_for("what is open as text", lambda: self.alive() and (
             grown if (grown := self.printed.read_bytes()[position:]).endswith(end) else None))
         return text.removesuffix(end).decode(errors="replace")
 

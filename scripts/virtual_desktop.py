@@ -14,6 +14,7 @@ import subprocess
 import tempfile
 import time
 from collections import Counter
+from contextlib import contextmanager
 from pathlib import Path
 
 POLL = 0.02
@@ -83,12 +84,14 @@ class VirtualDesktop:
     """Use with `with`. `log` is the file that takes what the desktop's programs print. `host` is what shows status
     items: "xfce4-panel", "lxqt-panel", "trayer" (the older protocol) or "none"."""
 
+    width, height = WIDTH, HEIGHT
+
     def __init__(self, log, host="xfce4-panel"):
         self.log = open(log, "wb")
         self.host = host
         self.root = Path(tempfile.mkdtemp(prefix="quillbox-desktop-"))
         self.home = self.root / "home"
-        self.pointer = (WIDTH // 2, HEIGHT // 2)
+        self.pointer = (self.width // 2, self.height // 2)
         runtime = self.root / "runtime"
         self.environment = {
             "PATH": "/usr/local/bin:/usr/bin:/bin",
@@ -135,8 +138,17 @@ class VirtualDesktop:
         shutil.rmtree(os.fsencode(self.root), ignore_errors=True)
 
     def _start(self):
+        self._start_server()
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
+        address = bus.stdout.readline().decode().strip()
+        if not address:
+            raise DesktopError("dbus-daemon did not start")
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+        self._start_session()
+
+    def _start_server(self):
         read_end, write_end = os.pipe()
-        server = self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24",
+        server = self.start(["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{self.width}x{self.height}x24",
                              "-nolisten", "tcp", "-noreset", "-wr"], pass_fds=[write_end])
         os.close(write_end)
         with os.fdopen(read_end) as number:
@@ -145,12 +157,7 @@ class VirtualDesktop:
             raise DesktopError(f"Xvfb did not start (exit code {server.wait()})")
         self.environment["DISPLAY"] = f":{display}"
 
-        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
-        address = bus.stdout.readline().decode().strip()
-        if not address:
-            raise DesktopError("dbus-daemon did not start")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
-
+    def _start_session(self):
         self.start(["xfwm4", "--compositor=off"])
         if self.host == "none":
             wait_for("the window manager", lambda: b"# 0x" in self.output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
@@ -169,7 +176,7 @@ class VirtualDesktop:
             settings.write_text(PANEL_SETTINGS)
             self.start(["xfce4-panel", "--disable-wm-check"])
         if self.has_watcher():
-            self.output("gdbus", "wait", "--session", "--timeout", "20", "org.kde.StatusNotifierWatcher")
+            self.wait_for_name("org.kde.StatusNotifierWatcher")
         # Programs place their menus by it: the screen without the panel, as the window manager tells.
         wait_for("the work area below the panel", lambda: self.work_area_top() >= PANEL_HEIGHT)
 
@@ -179,6 +186,13 @@ class VirtualDesktop:
     def work_area_top(self):
         area = re.search(r"= \d+, (\d+),", self.output("xprop", "-root", "_NET_WORKAREA").decode())
         return int(area[1]) if area else 0
+
+    def start_accessibility(self):
+        """The bus that assistive technologies and programs meet on. This process can become one of the former."""
+        del self.environment["NO_AT_BRIDGE"]
+        self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
+        self.wait_for_name("org.a11y.Bus")
+        os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
 
     # --- programs ---------------------------------------------------------------------------------------------
 
@@ -194,6 +208,9 @@ class VirtualDesktop:
                                f"{done.stderr.decode(errors='replace').strip()}")
         return done.stdout
 
+    def wait_for_name(self, name):
+        self.output("gdbus", "wait", "--session", "--timeout", "20", name)
+
     def activate_action(self, name):
         """Asks Quillbox for one of its actions, as a launcher would; returns once it was carried out."""
         self.output("gdbus", "call", "--session", "--dest", "org.quillbox.Quillbox",
@@ -205,9 +222,9 @@ class VirtualDesktop:
     def picture(self, path):
         self.output("import", "-silent", "-window", "root", str(path))
 
-    def panel_pixels(self):
-        """The panel's pixels, three bytes each, row by row."""
-        return self.output("import", "-silent", "-window", "root", "-crop", f"{WIDTH}x{PANEL_HEIGHT}+0+0", "+repage",
+    def pixels(self, height):
+        """The pixels of the screen's upper part of that height, three bytes each, row by row."""
+        return self.output("import", "-silent", "-window", "root", "-crop", f"{self.width}x{height}+0+0", "+repage",
                            "-depth", "8", "rgb:-")
 
     def wait_for_icon(self, still_possible=lambda: True):
@@ -238,14 +255,19 @@ class VirtualDesktop:
                 return (int(values["X"]) + int(values["WIDTH"]) // 2, int(values["Y"]) + int(values["HEIGHT"]) // 2)
         return None
 
+    def popup_origin(self):
+        """Where on the screen the place is that Quillbox takes for 0, 0."""
+        return 0, 0
+
     def first_on_panel(self):
         """The middle of the first thing on the panel that is not background, or None where it is empty."""
-        data = self.panel_pixels()
+        data = self.pixels(PANEL_HEIGHT)
         pixels = [data[i:i + 3] for i in range(0, len(data), 3)]
         # The panel's edges have lines and a handle of their own shade; the icon is inside of them.
-        rows = range(4, PANEL_HEIGHT - 4)
-        background = Counter(pixels[y * WIDTH + x] for y in rows for x in range(4, WIDTH - 4)).most_common(1)[0][0]
-        columns = [x for x in range(4, WIDTH - 4) if any(pixels[y * WIDTH + x] != background for y in rows)]
+        inside = range(4, self.width - 4)
+        rows = [pixels[y * self.width:(y + 1) * self.width] for y in range(4, PANEL_HEIGHT - 4)]
+        background = Counter(row[x] for row in rows for x in inside).most_common(1)[0][0]
+        columns = [x for x in inside if any(row[x] != background for row in rows)]
         if not columns:
             return None
         width = next((i for i, x in enumerate(columns) if x != columns[0] + i), len(columns))
@@ -265,6 +287,25 @@ class VirtualDesktop:
     def click(self, x, y, button=1):
         self.move_pointer(x, y)
         self.output("xdotool", "click", str(button))
+
+    def drag(self, start, end, before_release=lambda: None):
+        """With the first button, from the one point to the other; waits there as a hand does before it lets go."""
+        self.move_pointer(*start)
+        self.output("xdotool", "mousedown", "1", "sleep", "0.1")
+        self.move_pointer(*end)
+        # A drag's messages go back and forth between programs; the last of them tells where it would be dropped.
+        self.output("xdotool", "mousemove_relative", "--", "1", "0", "sleep", "0.2", "mousemove_relative", "--", "-1", "0",
+                    "sleep", "0.2")
+        before_release()
+        self.output("xdotool", "mouseup", "1")
+
+    @contextmanager
+    def holding(self, key):
+        self.output("xdotool", "keydown", key)
+        try:
+            yield
+        finally:
+            self.output("xdotool", "keyup", key)
 
     def press_key(self, name):
         self.output("xdotool", "key", name)

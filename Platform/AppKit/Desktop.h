@@ -6,6 +6,7 @@ namespace quillbox {
 
 class NSAlert;
 class NSStatusItem;
+class WindowDisplay;
 
 // All that the model needs of a display. The Qt side shows it on a real one; tests record what was asked.
 // It decides nothing of Quillbox. Installed once, before the application runs; must outlive it.
@@ -21,6 +22,9 @@ public:
     // Shows the alert until it is answered. Events go on being handled meanwhile.
     virtual void runModal(const NSAlert& alert) = 0;
     virtual NSRect naturalFrame(const NSAlert& alert) = 0;
+
+    // Shows the application's windows. Lives as long as the desktop.
+    virtual WindowDisplay& windows() = 0;
 
     // Brings the application's windows before those of others.
     virtual void activate() = 0;

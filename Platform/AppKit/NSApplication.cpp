@@ -3,6 +3,8 @@
 #include "Desktop.h"
 #include "UserDefaults.h"
 
+#include <utility>
+
 namespace quillbox {
 
 NSApplication& NSApplication::shared()
@@ -51,6 +53,12 @@ bool NSApplication::sendAction(const Selector* action, const std::shared_ptr<NSO
     return true;
 }
 
+void NSApplication::releaseAfterEvent(std::shared_ptr<void> object)
+{
+    if (eventDepth_ > 0)
+        toRelease_.push_back(std::move(object));
+}
+
 NSApplication::EventScope::EventScope()
 {
     ++NSApplication::shared().eventDepth_;
@@ -63,6 +71,8 @@ NSApplication::EventScope::~EventScope()
     if (depth == 1)
         static_cast<void>(UserDefaults::standard().synchronize());
     --depth;
+    if (depth == 0)
+        std::exchange(NSApplication::shared().toRelease_, {}).clear();
 }
 
 } // namespace quillbox

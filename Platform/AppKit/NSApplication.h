@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace quillbox {
 
@@ -40,6 +41,10 @@ public:
     // gone. The sender is held until the action ends.
     bool sendAction(const Selector* action, const std::shared_ptr<NSObject>& target, std::shared_ptr<NSObject> sender);
 
+    // Lets go of the object when the outermost event has ended; at once where none is running. For what an event
+    // may still be at work in.
+    void releaseAfterEvent(std::shared_ptr<void> object);
+
     // One event of the display or one call from outside. At the end of the outermost one the user
     // defaults are written.
     class EventScope {
@@ -54,6 +59,7 @@ private:
     Desktop* desktop_ = nullptr;
     std::shared_ptr<NSApplicationDelegate> delegate_;
     int eventDepth_ = 0;
+    std::vector<std::shared_ptr<void>> toRelease_;
 };
 
 } // namespace quillbox

@@ -17,6 +17,8 @@ constexpr FontAttribute userFont(double size)
 {
     return { FontAttribute::Role::user, FontAttribute::Weight::regular, size };
 }
+// The default size of the user font, in points, on the running desktop.
+double userFontSize();
 // Stands for the desktop's small system size until the desktop turns the font into a real one.
 inline constexpr double smallSystemFontSize = FontAttribute::kSmallSize;
 

@@ -5,14 +5,25 @@
 #include "NSWorkspace.h"
 
 #include <unordered_map>
+#include <utility>
 
 namespace quillbox {
 
 namespace {
 
-    // The size of the application's own pictures, in points, until they are given another: that of an icon
-    // in a status bar.
-    constexpr NSSize kAssetSize { 18, 18 };
+    // The sizes of the application's own pictures, in points, until they are given another: of those that are
+    // no icons, and of icons, which are made for a status bar.
+    constexpr std::pair<std::string_view, NSSize> kAssetSizes[] = { { "Circle Smoke", { 1280, 128 } } };
+    constexpr NSSize kIconSize { 18, 18 };
+
+    NSSize assetSize(std::string_view name)
+    {
+        for (const auto& [asset, size] : kAssetSizes) {
+            if (asset == name)
+                return size;
+        }
+        return kIconSize;
+    }
 
     std::shared_ptr<const ImageSource> assetSource(const std::string& name, const std::string& path)
     {
@@ -27,6 +38,7 @@ namespace {
     // A picture that is drawn by the program; NSImage::draw adds to it.
     class CanvasSource final : public ImageSource {
     public:
+        explicit CanvasSource(DrawnImage before) : drawing(std::move(before)) { }
         ImageContent content() const override { return drawing; }
         std::string name() const override
         {
@@ -39,29 +51,38 @@ namespace {
         DrawnImage drawing;
     };
 
+    // The drawing of `source` with one layer more; `source` itself stays, since copies made before keep what they
+    // showed.
+    std::shared_ptr<const ImageSource> adding(DrawnImage::Layer layer, const ImageSource* source)
+    {
+        const auto* canvas = dynamic_cast<const CanvasSource*>(source);
+        QB_CHECK(canvas);
+        auto drawn = std::make_shared<CanvasSource>(canvas->drawing);
+        if (!layer.image.isEmpty())
+            drawn->drawing.layers.push_back(std::move(layer));
+        return drawn;
+    }
+
 } // namespace
 
 std::optional<NSImage> NSImage::imageNamed(std::string_view name)
 {
     const std::string text(name);
     if (const auto path = Bundle::main().pathForResource(text + ".svg"))
-        return NSImage(assetSource(text, *path), kAssetSize);
+        return NSImage(assetSource(text, *path), assetSize(name));
     return NSWorkspace::sharedWorkspace().systemImage(name);
 }
 
-NSImage::NSImage(NSSize size) : source_(std::make_shared<CanvasSource>()), size_(size) { }
+NSImage::NSImage(NSSize size) : source_(std::make_shared<CanvasSource>(DrawnImage { size, {} })), size_(size) { }
 
 void NSImage::draw(const NSImage& image, NSRect rect)
 {
-    const auto* canvas = dynamic_cast<const CanvasSource*>(source_.get());
-    QB_CHECK(canvas);
-    if (image.isEmpty())
-        return;
-    // Copies made before keep what they showed.
-    auto drawn = std::make_shared<CanvasSource>();
-    drawn->drawing = canvas->drawing;
-    drawn->drawing.layers.push_back({ image, rect });
-    source_ = std::move(drawn);
+    source_ = adding({ image, rect, std::nullopt, NSCompositingOperation::sourceOver, 1 }, source_.get());
+}
+
+void NSImage::draw(const NSImage& image, NSRect rect, NSRect from, NSCompositingOperation operation, double fraction)
+{
+    source_ = adding({ image, rect, from, operation, fraction }, source_.get());
 }
 
 } // namespace quillbox

@@ -13,6 +13,14 @@ namespace quillbox {
 
 class ImageSource;
 
+// How a picture that is drawn meets what is there already.
+enum class NSCompositingOperation {
+    // Takes its place: what is there goes, also where the picture is clear.
+    copy = 1,
+    // Lies over it.
+    sourceOver = 2,
+};
+
 // A picture that has not been looked up yet: where it comes from and the size it is shown at. Copies share
 // the source. Making, sizing and copying one costs no look at a theme or a file; the display asks the
 // source for its content when it first paints it. A default-made image shows nothing.
@@ -27,8 +35,12 @@ public:
     // An empty picture to draw into.
     explicit NSImage(NSSize size);
     // Draws the whole of `image` into `rect` of this picture, source over, at full opacity. Only pictures
-    // made from a size can be drawn into.
+    // made from a size can be drawn into. What is drawn is looked up when this picture is first painted; where
+    // it is shown at another size, the drawing is scaled with it.
     void draw(const NSImage& image, NSRect rect);
+    // Draws the part `from` of `image`, in the points of `image`'s own size, and nothing of what is around it.
+    // `fraction` is the opacity, 0 to 1.
+    void draw(const NSImage& image, NSRect rect, NSRect from, NSCompositingOperation operation, double fraction);
 
     bool isEmpty() const { return !source_; }
     const ImageSource* source() const { return source_.get(); }
@@ -64,8 +76,14 @@ struct ImageFile {
 struct DrawnImage {
     struct Layer {
         NSImage image;
+        // In the points of the drawing's size.
         NSRect rect;
+        // In the points of the image's size; the whole of it where there is none.
+        std::optional<NSRect> from;
+        NSCompositingOperation operation = NSCompositingOperation::sourceOver;
+        double fraction = 1;
     };
+    NSSize size;
     std::vector<Layer> layers;
 };
 
@@ -101,5 +119,6 @@ inline constexpr std::string_view NSImageNameAdvanced = "NSAdvanced";
 inline constexpr std::string_view NSImageNameRevealFreestandingTemplate = "NSRevealFreestandingTemplate";
 inline constexpr std::string_view NSImageNamePreferencesGeneral = "NSPreferencesGeneral";
 inline constexpr std::string_view NSImageNameInfo = "NSInfo";
+inline constexpr std::string_view NSImageNameTrashFull = "NSTrashFull";
 
 } // namespace quillbox

@@ -27,8 +27,9 @@ namespace {
 
     std::vector<FollowedFile*>& followedFiles()
     {
-        static std::vector<FollowedFile*> files;
-        return files;
+        // Never destroyed: references may live in lists that are destroyed later, when the process exits.
+        static auto* const files = new std::vector<FollowedFile*>;
+        return *files;
     }
 
     bool leadsTo(const std::string& path, const FileIdentity& identity)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <new>
 
+#include <malloc.h>
 #include <sys/mman.h>
 
 namespace quillbox {
@@ -16,6 +17,9 @@ namespace {
     constexpr std::size_t kAlignment = 16;
 
     std::size_t bytesOfAllPools = 0;
+    std::size_t slabsGivenBack = 0;
+    // A megabyte of cells; less than that is soon wanted again.
+    constexpr std::size_t kManySlabs = 4;
 
     constexpr std::size_t roundedUp(std::size_t size)
     {
@@ -57,6 +61,10 @@ SlabPool::Slab* SlabPool::makeSlab()
         munmap(begin, surplus);
     begin += surplus;
     munmap(begin + kSlabSize, kSlabSize - surplus);
+    // A pool that needs another slab will soon use all of it. All pages at once cost half of what they cost one by one;
+    // where the system can't do that, they come one by one.
+    if (slabCount_ > 0)
+        madvise(begin, kSlabSize, MADV_POPULATE_WRITE);
 
     char* firstCell = begin + roundedUp(sizeof(Slab));
     const std::size_t cellCount = (kSlabSize - roundedUp(sizeof(Slab))) / cellSize_;
@@ -120,8 +128,17 @@ void SlabPool::deallocate(void* cell)
         --emptyCount_;
         --slabCount_;
         unlink(slab);
+        ++slabsGivenBack;
         munmap(&slab, kSlabSize);
     }
+}
+
+void SlabPool::trimHeapAfterMany()
+{
+    if (slabsGivenBack < kManySlabs)
+        return;
+    slabsGivenBack = 0;
+    malloc_trim(0);
 }
 
 } // namespace quillbox

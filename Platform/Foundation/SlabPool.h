@@ -23,6 +23,9 @@ public:
     std::size_t slabCount() const { return slabCount_; }
     // Bytes of the cells in use, of all pools.
     static std::size_t bytesInUse();
+    // Gives back to the system what the heap holds of the texts and lists that went with them, where many
+    // slabs were given back since it was last called; takes about a millisecond then.
+    static void trimHeapAfterMany();
 
 private:
     struct Slab;

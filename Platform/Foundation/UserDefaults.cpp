@@ -308,8 +308,9 @@ UserDefaults& UserDefaults::standard()
 {
     if (installedStandard)
         return *installedStandard;
-    static UserDefaults defaults(standardPath());
-    return defaults;
+    // Never destroyed: an exit that skips the ordinary end may still run events.
+    static auto* const defaults = new UserDefaults(standardPath());
+    return *defaults;
 }
 
 void UserDefaults::installStandard(UserDefaults* defaults)

@@ -36,7 +36,8 @@ namespace {
         { NSImageNameAdvanced, { "preferences-other", "applications-system", "preferences-system" }, 32, false },
         { NSImageNameRevealFreestandingTemplate, { "document-open-recent-symbolic" }, 16, false },
         { NSImageNamePreferencesGeneral, { "preferences-system", "preferences-desktop" }, 32, false },
-        { NSImageNameInfo, { "dialog-information", "help-about" }, 32, false },
+        { NSImageNameInfo, { "dialog-information", "help-about" }, 32, true },
+        { NSImageNameTrashFull, { "user-trash-full", "user-trash" }, 32, false },
     };
 
     NSImage makeSystemImage(const SystemImage& row)

@@ -1,8 +1,8 @@
 #include "AlertPresenter.h"
 
 #include "ImageRenderer.h"
+#include "SelectableText.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QCursor>
 #include <QDialog>
@@ -11,12 +11,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
-#include <QTextEdit>
 #include <QVBoxLayout>
-#include <QWindow>
 
 #include <algorithm>
-#include <cmath>
 
 namespace quillbox {
 
@@ -29,45 +26,6 @@ namespace {
     constexpr int kMargin = 20;
     constexpr int kGap = 16;
     constexpr double kTallestPart = 0.9;
-
-    // Plain text that can be selected, on the colour of what is behind it, as tall as it needs at its width.
-    class SelectableText final : public QTextEdit {
-    public:
-        SelectableText(const std::string& text, bool isBold, QWidget* parent) : QTextEdit(parent)
-        {
-            setReadOnly(true);
-            setTextInteractionFlags(Qt::TextSelectableByMouse);
-            setFocusPolicy(Qt::ClickFocus);
-            setFrameShape(QFrame::NoFrame);
-            setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-            setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-            setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-            document()->setDocumentMargin(0);
-            QPalette colours = palette();
-            colours.setColor(QPalette::Base, Qt::transparent);
-            colours.setColor(QPalette::Text, colours.color(QPalette::WindowText));
-            setPalette(colours);
-            QFont shown = font();
-            shown.setBold(isBold);
-            setFont(shown);
-            setPlainText(QString::fromStdString(text));
-        }
-
-        bool hasHeightForWidth() const override { return true; }
-
-        int heightForWidth(int width) const override
-        {
-            const std::unique_ptr<QTextDocument> measured(document()->clone());
-            measured->setDocumentMargin(0);
-            measured->setDefaultFont(font());
-            measured->setDefaultTextOption(document()->defaultTextOption());
-            measured->setTextWidth(width);
-            return static_cast<int>(std::ceil(measured->size().height()));
-        }
-
-        QSize sizeHint() const override { return { kNarrowest, heightForWidth(kNarrowest) }; }
-        QSize minimumSizeHint() const override { return { 0, fontMetrics().height() }; }
-    };
 
     class AlertDialog final : public QDialog {
     public:
@@ -84,9 +42,9 @@ namespace {
             auto* down = new QVBoxLayout;
             down->setSpacing(kGap / 2);
             across->addLayout(down, 1);
-            down->addWidget(new SelectableText(alert.messageText(), true, this));
+            down->addWidget(makeText(alert.messageText(), true));
             if (!alert.informativeText().empty())
-                down->addWidget(new SelectableText(alert.informativeText(), false, this));
+                down->addWidget(makeText(alert.informativeText(), false));
             down->addStretch(1);
             auto* buttons = new QDialogButtonBox(this);
             QPushButton* ok = buttons->addButton(QStringLiteral("OK"), QDialogButtonBox::AcceptRole);
@@ -109,6 +67,19 @@ namespace {
         }
 
     private:
+        QWidget* makeText(const std::string& text, bool isBold)
+        {
+            auto* shown = new SelectableText(this);
+            // What is too tall for the screen scrolls.
+            shown->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+            shown->setFocusPolicy(Qt::ClickFocus);
+            QFont font = shown->font();
+            font.setBold(isBold);
+            shown->setFont(font);
+            shown->showText(AttributedString(text));
+            return shown;
+        }
+
         QLabel* makeIcon(NSImage icon)
         {
             icon.setSize({ kIconSide, kIconSide });

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace quillbox {
 
@@ -93,6 +94,11 @@ namespace {
         return image;
     }
 
+    QRectF qtRect(NSRect rect)
+    {
+        return { rect.origin.x, rect.origin.y, rect.size.width, rect.size.height };
+    }
+
     // The largest rectangle of `picture`'s proportions inside `room`, centred.
     QRectF fitted(QSizeF picture, QSizeF room)
     {
@@ -141,31 +147,66 @@ namespace {
             && paintFile(painter, QFile::decodeName(themed.reserveFile.c_str()), room, devicePixelRatio);
     }
 
+    QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
+                   const QColor& templateColour, const std::optional<QRectF>& part = std::nullopt);
+
+    // The layer's pixels where it is shown `size` large. Of a part, only that is painted, straight from the
+    // picture's content at the scale at which it is shown.
+    QPixmap layerPixmap(const DrawnImage::Layer& layer, QSizeF size, double devicePixelRatio,
+                        const QColor& templateColour)
+    {
+        NSImage image = layer.image;
+        if (!layer.from) {
+            image.setSize({ size.width(), size.height() });
+            return ImageRenderer::pixmap(image, devicePixelRatio, templateColour);
+        }
+        const QRectF from = qtRect(*layer.from);
+        if (!from.intersects(QRectF(0, 0, image.size().width, image.size().height)))
+            return {};
+        const double across = size.width() / from.width();
+        const double down = size.height() / from.height();
+        image.setSize({ image.size().width * across, image.size().height * down });
+        return render(image, contentOf(image), devicePixelRatio, templateColour,
+                      QTransform::fromScale(across, down).mapRect(from));
+    }
+
     bool paintDrawn(QPainter& painter, const DrawnImage& drawn, QSizeF room, double devicePixelRatio,
                     const QColor& templateColour)
     {
+        if (drawn.size.width <= 0 || drawn.size.height <= 0)
+            return false;
         bool isAnythingPainted = false;
-        const QRectF whole(QPointF(), room);
+        const auto scale = QTransform::fromScale(room.width() / drawn.size.width, room.height() / drawn.size.height);
         for (const DrawnImage::Layer& layer : drawn.layers) {
-            const QRectF rect(layer.rect.origin.x, layer.rect.origin.y, layer.rect.size.width, layer.rect.size.height);
-            NSImage image = layer.image;
-            image.setSize(layer.rect.size);
-            const QPixmap pixmap = ImageRenderer::pixmap(image, devicePixelRatio, templateColour);
-            if (pixmap.isNull() || !rect.intersects(whole))
+            const QRectF rect = scale.mapRect(qtRect(layer.rect));
+            if (!rect.intersects(QRectF(QPointF(), room)))
                 continue;
+            const QPixmap pixmap = layerPixmap(layer, rect.size(), devicePixelRatio, templateColour);
+            if (pixmap.isNull())
+                continue;
+            if (layer.operation == NSCompositingOperation::copy) {
+                painter.setCompositionMode(QPainter::CompositionMode_Clear);
+                painter.fillRect(rect, Qt::black);
+                painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+            }
+            painter.setOpacity(layer.fraction);
             painter.drawPixmap(rect, pixmap, QRectF(QPointF(), QSizeF(pixmap.size())));
+            painter.setOpacity(1);
             isAnythingPainted = true;
         }
         return isAnythingPainted;
     }
 
+    // Without a part, all of the image; the part is in points of the image's size.
     QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
-                   const QColor& templateColour)
+                   const QColor& templateColour, const std::optional<QRectF>& part)
     {
-        QImage result = canvas(image.size(), devicePixelRatio);
-        const QSizeF room = result.deviceIndependentSize();
+        QImage result = canvas(part ? NSSize { part->width(), part->height() } : image.size(), devicePixelRatio);
+        const QSizeF room = part ? QSizeF(image.size().width, image.size().height) : result.deviceIndependentSize();
         QPainter painter(&result);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        if (part)
+            painter.translate(-part->topLeft());
         bool isPainted = false;
         if (const auto* themed = std::get_if<ThemedImage>(&content))
             isPainted = paintThemed(painter, *themed, room, devicePixelRatio);

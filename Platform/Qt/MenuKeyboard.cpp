@@ -169,7 +169,7 @@ bool MenuKeyboard::type(const QKeyEvent& event)
         const TitlePrefix prefix(name);
         for (std::size_t i = 0; i < count; ++i) {
             const std::size_t row = (from + i) % count;
-            if (popup.isSelectable(row) && prefix.matches(*popup.item(row)))
+            if (prefix.matches(*popup.item(row)) && popup.isSelectable(row))
                 return row;
         }
         return std::nullopt;
@@ -178,7 +178,7 @@ bool MenuKeyboard::type(const QKeyEvent& event)
     const bool isNewName = typed_.size() == text.size();
     std::optional<std::size_t> row = find(typed_, isNewName && popup.selection() ? here + 1 : here);
     // The same letter over and over walks through the rows that begin with it.
-    if (!row && typed_.count(typed_.front()) == typed_.size())
+    if (!row && typed_.size() > 1 && typed_.count(typed_.front()) == typed_.size())
         row = find(typed_.left(1), here + 1);
     if (row)
         selectRow(*row);

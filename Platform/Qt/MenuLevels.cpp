@@ -2,6 +2,7 @@
 
 #include "MenuPlacement.h"
 #include "MenuText.h"
+#include "WorkArea.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -15,6 +16,8 @@ namespace {
 
     // How far a submenu lies over the menu it belongs to, so that the pointer never leaves both on its way.
     constexpr int kSubmenuOverlap = 3;
+    // After a popup was opened; by then it has been painted.
+    constexpr std::chrono::milliseconds kUntilSpare { 50 };
 
     // The screen nearest to `point`; an icon in a panel may lie at the very edge.
     QScreen& screenFor(QPoint point)
@@ -51,7 +54,8 @@ MenuLevels::~MenuLevels()
     closeToCount(0);
 }
 
-bool MenuLevels::open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve)
+bool MenuLevels::open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve,
+                      QWindow* owner)
 {
     closeToCount(0);
     if (!tracking_.open(menu))
@@ -66,10 +70,12 @@ bool MenuLevels::open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const s
         }
     }
     anchor_ = anchor;
+    owner_ = owner;
     const QPoint centre = anchor.isEmpty() ? anchor.topLeft() : anchor.center();
-    QScreen& screen = screenFor(centre);
-    available_ = screen.availableGeometry();
-    auto popup = std::make_unique<MenuPopup>(tracking_.menu(0), events_, available_);
+    const QScreen& screen = screenFor(centre);
+    available_ = workAreaOf(screen);
+    auto popup = std::make_unique<MenuPopup>(events_, available_);
+    popup->setMenu(tracking_.menu(0));
     const Qt::LayoutDirection direction = popup->layoutDirection();
     const QRect geometry = placeBesideAnchor(popup->wantedSize(), anchor, available_, direction);
     activeLevel_ = 0;
@@ -100,9 +106,12 @@ void MenuLevels::openSubmenu(std::size_t level, std::size_t row)
     MenuPopup& parent = popup(level);
     parent.select(row);
     updateFocus();
-    auto child = std::make_unique<MenuPopup>(submenu, events_, available_);
+    auto child = spare_ ? std::move(spare_) : std::make_unique<MenuPopup>(events_, available_);
+    child->setMenu(submenu);
+    // Away from the levels above while there is room, so that they stay in sight.
+    const Qt::LayoutDirection onward = parent.fixedEdge() == Qt::RightEdge ? Qt::RightToLeft : Qt::LeftToRight;
     const QRect geometry = placeBesideRow(child->wantedSize(), child->firstRowTop(), parent.rowRect(row),
-                                          parent.geometry(), available_, kSubmenuOverlap, child->layoutDirection());
+                                          parent.geometry(), available_, kSubmenuOverlap, onward);
     const std::string& title = submenu->title();
     child->setName(title.empty() ? shownLines(*item).join(QChar(' ')) : QString::fromStdString(title));
     parent.setOpenRow(row);
@@ -149,20 +158,37 @@ void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge
 {
     popup->setFixedEdge(fixedEdge);
     popup->setGeometry(geometry);
+    // Wayland places a popup by the window it belongs to: for a submenu, the menu that it was opened from.
+    popup->winId();
+    popup->windowHandle()->setTransientParent(isOpen() ? popups_.back()->windowHandle() : owner_.data());
     popups_.push_back(std::move(popup));
     popups_.back()->show();
     if (popups_.size() == 1)
         grab_.take(*popups_.front());
     accessibility_.opened(*popups_.back());
     updateFocus();
+    // What it saves are round trips to an X server.
+    if (QGuiApplication::platformName() == QStringLiteral("xcb"))
+        spareTimer_ = Clock::current().after(kUntilSpare, [this] { makeSpare(); });
+}
+
+void MenuLevels::makeSpare()
+{
+    if (spare_)
+        return;
+    spare_ = std::make_unique<MenuPopup>(events_, available_);
+    spare_->makeWindow();
 }
 
 void MenuLevels::takeOffScreen(std::size_t count)
 {
     if (popups_.size() <= count)
         return;
-    if (count == 0)
+    if (count == 0) {
         grab_.release();
+        spareTimer_.reset();
+        spare_.reset();
+    }
     while (popups_.size() > count) {
         std::unique_ptr<MenuPopup> popup = std::move(popups_.back());
         popups_.pop_back();

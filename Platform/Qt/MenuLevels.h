@@ -5,7 +5,9 @@
 #include "MenuTracking.h"
 #include "PopupGrab.h"
 
+#include <QPointer>
 #include <QRect>
+#include <QWindow>
 
 #include <functional>
 #include <memory>
@@ -24,8 +26,10 @@ public:
     MenuLevels(const MenuLevels&) = delete;
     MenuLevels& operator=(const MenuLevels&) = delete;
 
-    // False where nothing was opened: an alert runs, or there is no row to show in either menu.
-    bool open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve);
+    // False where nothing was opened: an alert runs, or there is no row to show in either menu. `owner` as
+    // MenuPresenter has it.
+    bool open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve,
+              QWindow* owner);
     // Closes every level past the first `count`, on the screen first. 0 closes all.
     void closeToCount(std::size_t count);
     // Opens the submenu of that row; nothing where it has none, or is open already.
@@ -39,6 +43,8 @@ public:
     MenuPopup& popup(std::size_t level) { return *popups_[level]; }
     const MenuPopup& popup(std::size_t level) const { return *popups_[level]; }
     QRect anchor() const { return anchor_; }
+    // Of the last opening; null where it had none, or that window has gone.
+    QWindow* owner() const { return owner_; }
     // The topmost popup there; none outside.
     std::optional<std::size_t> levelAt(QPoint global) const;
     // The row of `level` whose submenu is the next level; none for the last level.
@@ -61,6 +67,7 @@ public:
 
 private:
     void show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge fixedEdge);
+    void makeSpare();
     void takeOffScreen(std::size_t count);
     void updateFocus();
 
@@ -74,8 +81,13 @@ private:
     MenuAccessibility accessibility_;
     MenuTracking tracking_;
     std::vector<std::unique_ptr<MenuPopup>> popups_;
+    // For the submenu that is opened next: a popup without a menu that has its window already. Null for a moment
+    // after each opening.
+    std::unique_ptr<MenuPopup> spare_;
+    std::unique_ptr<Clock::Timer> spareTimer_;
     PopupGrab grab_;
     QRect anchor_;
+    QPointer<QWindow> owner_;
     QRect available_;
     std::size_t activeLevel_ = 0;
     // As assistive technologies know it.

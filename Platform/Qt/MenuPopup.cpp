@@ -4,6 +4,7 @@
 #include "NSApplication.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -18,23 +19,25 @@ namespace {
     // The part of the screen's width that a menu may take; longer titles are cut in the middle.
     constexpr double kWidestPart = 0.4;
     constexpr int kNarrowestInCharacters = 12;
+    // Of the widest, what is made ahead. The toolkit uses it for popups of half that and more.
+    constexpr double kExpectedPart = 0.75;
     // Of the mark that shows where a long list stands, in logical pixels.
     constexpr int kMarkWidth = 3;
     constexpr int kShortestMark = 12;
-    constexpr double kMarkOpacity = 0.4;
+    // Of the text's colour in the mark's; the rest is the background's.
+    constexpr double kMarkShare = 0.4;
     // What one notch of a wheel scrolls by.
     constexpr int kRowsPerNotch = 3;
     constexpr double kAngleOfNotch = 120;
 
 } // namespace
 
-MenuPopup::MenuPopup(std::shared_ptr<NSMenu> menu, MenuPopupEvents& events, QRect available)
+MenuPopup::MenuPopup(MenuPopupEvents& events, QRect available)
     : QWidget(nullptr, Qt::Popup),
-      menu_(std::move(menu)),
       events_(&events),
       available_(available),
       painter_(*this),
-      layout_(menu_->numberOfItems(), [this](std::size_t row) { return painter_.heightOf(*item(row)); })
+      layout_(0, {})
 {
     setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
     setMouseTracking(true);
@@ -45,6 +48,25 @@ MenuPopup::MenuPopup(std::shared_ptr<NSMenu> menu, MenuPopupEvents& events, QRec
 }
 
 MenuPopup::~MenuPopup() = default;
+
+void MenuPopup::makeWindow()
+{
+    setGeometry(
+        QRect(available_.topLeft(), QSize(static_cast<int>(widestWidth() * kExpectedPart), available_.height())));
+    winId();
+    QBackingStore& pixels = *backingStore();
+    pixels.resize(size());
+    pixels.beginPaint(rect());
+    // Memory is there only once it was written to.
+    QPainter(pixels.paintDevice()).fillRect(rect(), palette().window());
+    pixels.endPaint();
+}
+
+void MenuPopup::setMenu(std::shared_ptr<NSMenu> menu)
+{
+    menu_ = std::move(menu);
+    layout_ = MenuLayout(menu_->numberOfItems(), [this](std::size_t row) { return painter_.heightOf(*item(row)); });
+}
 
 QSize MenuPopup::wantedSize() const
 {
@@ -175,11 +197,13 @@ void MenuPopup::paintEvent(QPaintEvent* event)
     panel.initFrom(this);
     style()->drawPrimitive(QStyle::PE_PanelMenu, &panel, &painter, this);
 
+    // A popup that may still grow is wide enough for what is in sight.
+    const bool mayBeCut = width() >= widestWidth();
     painter.setClipRect(rowsRect());
     for (const MenuLayout::VisibleRow& visible : layout_.visibleRows()) {
         const QRect rect = localRect(visible);
         if (rect.intersects(event->rect()))
-            painter_.paint(painter, rect, *item(visible.row), visible.row == selection_);
+            painter_.paint(painter, rect, *item(visible.row), visible.row == selection_, mayBeCut);
     }
     painter.setClipping(false);
     if (isScrolling_) {
@@ -285,9 +309,14 @@ QRect MenuPopup::localRect(const MenuLayout::VisibleRow& row) const
     return { rows.left(), rows.top() + row.top, rows.width(), row.height };
 }
 
+int MenuPopup::widestWidth() const
+{
+    return static_cast<int>(available_.width() * kWidestPart);
+}
+
 int MenuPopup::widthFor(int widestRow) const
 {
-    const int widest = static_cast<int>(available_.width() * kWidestPart);
+    const int widest = widestWidth();
     const int narrowest = std::min(widest, kNarrowestInCharacters * fontMetrics().averageCharWidth());
     return std::clamp(widestRow + 2 * margins().horizontal, narrowest, widest);
 }
@@ -333,14 +362,13 @@ void MenuPopup::paintPositionMark(QPainter& painter) const
     const int top = rows.top() + static_cast<int>(progress * (rows.height() - length));
     const QRect mark(rows.right() - kMarkWidth - 1, top, kMarkWidth, length);
 
-    QColor colour = palette().color(QPalette::Text);
-    colour.setAlphaF(kMarkOpacity);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colour);
-    painter.drawRoundedRect(QStyle::visualRect(layoutDirection(), rows, mark), kMarkWidth / 2.0, kMarkWidth / 2.0);
-    painter.restore();
+    // Without transparency and smooth edges, which the toolkit would paint with threads that it then keeps for a while.
+    const QColor text = palette().color(QPalette::Text);
+    const QColor base = palette().color(QPalette::Base);
+    const auto mixed = [](int one, int other) { return static_cast<int>(one * kMarkShare + other * (1 - kMarkShare)); };
+    painter.fillRect(
+        QStyle::visualRect(layoutDirection(), rows, mark),
+        QColor(mixed(text.red(), base.red()), mixed(text.green(), base.green()), mixed(text.blue(), base.blue())));
 }
 
 } // namespace quillbox

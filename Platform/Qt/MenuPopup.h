@@ -43,8 +43,13 @@ public:
 
     // `events` must outlive the popup or its retirement. `available`: the part of the screen that the popup
     // may cover.
-    MenuPopup(std::shared_ptr<NSMenu> menu, MenuPopupEvents& events, QRect available);
+    MenuPopup(MenuPopupEvents& events, QRect available);
     ~MenuPopup() override;
+    // Makes the window and the pixels of a long list before there is a menu to show, which takes as long as painting
+    // one.
+    void makeWindow();
+    // Once, before anything else is asked of it.
+    void setMenu(std::shared_ptr<NSMenu> menu);
 
     // For whoever places it: the size that shows everything, as far as the screen has room; looks at as many
     // rows as fit on the screen. Then setGeometry and show.
@@ -52,6 +57,7 @@ public:
     // From the upper edge of the popup to that of the first row.
     int firstRowTop() const;
     // The edge that stays where it is when wider rows come in sight: the one beside the anchor or the parent.
+    Qt::Edge fixedEdge() const { return fixedEdge_; }
     void setFixedEdge(Qt::Edge edge) { fixedEdge_ = edge; }
     // Takes it off the screen for good and lets go of the menu and of the events; the widget itself
     // goes when the present event has ended.
@@ -116,6 +122,7 @@ private:
     // Local; the whole width and the height between margins and scrollers.
     QRect rowsRect() const;
     QRect localRect(const MenuLayout::VisibleRow& row) const;
+    int widestWidth() const;
     int widthFor(int widestRow) const;
     void growToVisibleRows();
     void paintScrollers(QPainter& painter) const;

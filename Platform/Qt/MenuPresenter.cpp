@@ -55,12 +55,12 @@ public:
         };
     }
 
-    bool open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve)
+    bool open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve, QWindow* owner)
     {
         if (isSameClick(anchor))
             return false;
         levels.closeToCount(0);
-        if (!levels.open(menu, anchor, reserve))
+        if (!levels.open(menu, anchor, reserve, owner))
             return false;
         pointer_.emplace(levels, QCursor::pos());
         keyboard_.emplace(levels);
@@ -149,10 +149,15 @@ MenuPresenter::MenuPresenter(AssistiveTechnology listener) : session_(std::make_
 
 MenuPresenter::~MenuPresenter() = default;
 
-bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve)
+bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner)
 {
     const NSApplication::EventScope scope;
-    return session_->open(menu, anchor, reserve);
+    return session_->open(menu, anchor, reserve, owner);
+}
+
+bool MenuPresenter::popUpAtPointer(std::shared_ptr<NSMenu> menu)
+{
+    return popUp(std::move(menu), { QCursor::pos(), QSize(0, 0) }, nullptr, session_->levels.owner());
 }
 
 bool MenuPresenter::isOpen() const

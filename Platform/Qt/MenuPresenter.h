@@ -11,6 +11,8 @@
 #include <memory>
 #include <string>
 
+class QWindow;
+
 namespace quillbox {
 
 // Shows menus of the model as popups of our own and turns what the person does with them into calls of a
@@ -30,7 +32,11 @@ public:
     // pointer, so a second click on the icon closes it first, as a click outside, and the host passes the click
     // on a moment later: a call within kSameClick of such a press, with that press in the anchor (or near an
     // empty one), opens nothing.
-    bool popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve);
+    // `owner` is the window of ours that the anchor lies in, null where it lies in a panel; Wayland shows no popup
+    // without one.
+    bool popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner = nullptr);
+    // The same for a menu that is asked for from another menu: it opens at the pointer, for the owner of the last one.
+    bool popUpAtPointer(std::shared_ptr<NSMenu> menu);
     bool isOpen() const;
     void close();
 

@@ -28,11 +28,11 @@ namespace {
         return widest;
     }
 
-    // `text` for a style: cut in the middle to `room`; a lone '&' would mark a mnemonic; a name written the
-    // other way than the menu keeps its full stops at its own end.
-    QString forStyle(const QString& text, const QStyleOptionMenuItem& option, int room)
+    // `text` for a style: cut in the middle to `room`, where it has to be; a lone '&' would mark a mnemonic; a name
+    // written the other way than the menu keeps its full stops at its own end.
+    QString forStyle(const QString& text, const QStyleOptionMenuItem& option, std::optional<int> room)
     {
-        QString shown = option.fontMetrics.elidedText(text, Qt::ElideMiddle, room);
+        QString shown = room ? option.fontMetrics.elidedText(text, Qt::ElideMiddle, *room) : text;
         shown.replace(QChar('&'), QStringLiteral("&&"));
         if (shown.isRightToLeft() == (option.direction == Qt::RightToLeft))
             return shown;
@@ -83,7 +83,8 @@ bool MenuRowPainter::isElided(const NSMenuItem& item, int rowWidth) const
     return widthOf(item) > rowWidth;
 }
 
-void MenuRowPainter::paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected) const
+void MenuRowPainter::paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected,
+                           bool mayBeCut) const
 {
     const QStyle& style = *popup_->style();
     QStyleOptionMenuItem row_ = option(row);
@@ -107,11 +108,11 @@ void MenuRowPainter::paint(QPainter& painter, const QRect& row, const NSMenuItem
         row_.icon = QIcon(ImageRenderer::pixmap(image, popup_->devicePixelRatioF(), colour));
     }
     const QStringList lines = shownLines(item);
+    const auto room = mayBeCut ? std::optional(row.width() - widthBesideText_) : std::nullopt;
     if (lines.size() > 1) {
-        paintSeveralLines(painter, row, lines, row_);
+        paintSeveralLines(painter, lines, room, row_);
         return;
     }
-    const int room = row.width() - widthBesideText_;
     row_.text = forStyle(lines.first(), row_, room);
     style.drawControl(QStyle::CE_MenuItem, &row_, &painter, popup_);
 }
@@ -132,16 +133,16 @@ QStyleOptionMenuItem MenuRowPainter::option(const QRect& row) const
     return option;
 }
 
-void MenuRowPainter::paintSeveralLines(QPainter& painter, const QRect& row, const QStringList& lines,
+void MenuRowPainter::paintSeveralLines(QPainter& painter, const QStringList& lines, std::optional<int> room,
                                        const QStyleOptionMenuItem& option) const
 {
+    const QRect row = option.rect;
     const QStyle& style = *popup_->style();
     style.drawControl(QStyle::CE_MenuItem, &option, &painter, popup_);
     // Each line is a row of its own to the style, so that it begins where the titles of the others do.
     QStyleOptionMenuItem line = option;
     line.icon = {};
     line.menuItemType = QStyleOptionMenuItem::Normal;
-    const int room = row.width() - widthBesideText_;
     int top = row.top() + (ordinaryHeight_ - lineHeight_) / 2;
     for (const QString& text : lines) {
         line.rect = QRect(row.left(), top, row.width(), lineHeight_);

@@ -7,7 +7,7 @@
 #include <QSize>
 #include <QStyleOptionMenuItem>
 
-#include <cstdint>
+#include <optional>
 
 class QPainter;
 class QWidget;
@@ -28,11 +28,12 @@ public:
     // Whether the title is too long for a row of that width.
     bool isElided(const NSMenuItem& item, int rowWidth) const;
 
-    void paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected) const;
+    // `mayBeCut`: whether the row may be too narrow for its title; telling that costs as much as drawing it.
+    void paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected, bool mayBeCut) const;
 
 private:
     QStyleOptionMenuItem option(const QRect& row) const;
-    void paintSeveralLines(QPainter& painter, const QRect& row, const QStringList& lines,
+    void paintSeveralLines(QPainter& painter, const QStringList& lines, std::optional<int> room,
                            const QStyleOptionMenuItem& option) const;
 
     const QWidget* popup_;

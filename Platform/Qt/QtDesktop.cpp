@@ -3,6 +3,7 @@
 #include "StatusItemPresenter.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QPixmapCache>
 #include <QWidget>
 
@@ -15,6 +16,8 @@ QtDesktop::QtDesktop(QApplication& application) : application_(application)
     // The toolkit's cache of pixels wakes a resting process half a minute after the last drawing. What is
     // worth keeping, ImageRenderer keeps.
     QPixmapCache::setCacheLimit(0);
+    // A session that names no icon theme would leave files and directories without icons.
+    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
 }
 
 QtDesktop::~QtDesktop() = default;
@@ -65,6 +68,7 @@ void QtDesktop::activate()
         window->raise();
         window->activateWindow();
     }
+    windows_.activate();
 }
 
 int QtDesktop::run()

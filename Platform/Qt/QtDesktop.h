@@ -3,6 +3,7 @@
 #include "AlertPresenter.h"
 #include "Desktop.h"
 #include "MenuPresenter.h"
+#include "QtWindowDisplay.h"
 
 #include <functional>
 #include <memory>
@@ -33,6 +34,7 @@ public:
     void hideStatusItem(NSStatusItem& item) override;
     void runModal(const NSAlert& alert) override;
     NSRect naturalFrame(const NSAlert& alert) override;
+    WindowDisplay& windows() override { return windows_; }
     void activate() override;
     int run() override;
     void stop() override;
@@ -41,6 +43,7 @@ private:
     QApplication& application_;
     MenuPresenter menuPresenter_;
     AlertPresenter alertPresenter_;
+    QtWindowDisplay windows_;
     std::shared_ptr<NSMenu> shortMenu_;
     std::function<void(const std::string&)> takeActivationToken_;
     std::unique_ptr<StatusItemPresenter> statusItem_;

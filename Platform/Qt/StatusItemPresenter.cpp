@@ -15,6 +15,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <utility>
+
 namespace quillbox {
 
 namespace {
@@ -79,6 +81,8 @@ struct StatusItemPresenter::State {
     // Null while something else shows the icon.
     std::unique_ptr<StatusStrip> strip;
     std::unique_ptr<Clock::Timer> grace;
+    enum class Host { none, statusBar, tray };
+    Host host = Host::none;
 };
 
 StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presenter,
@@ -126,11 +130,14 @@ void StatusItemPresenter::State::hostsChanged()
     const bool isInStatusBar = registration && registration->isShown();
     if (isInStatusBar && tray)
         tray->setWanted(false);
+    const Host now = isInStatusBar ? Host::statusBar : tray && tray->isDocked() ? Host::tray : Host::none;
+    if (std::exchange(host, now) != now)
+        menus.close(); // What is open was opened by the icon that goes.
     if (exporter && !isInStatusBar)
         exporter->close();
     else if (exporter && drawing == MenuDrawing::byHost)
         exporter->fill();
-    if (isInStatusBar || (tray && tray->isDocked())) {
+    if (host != Host::none) {
         grace.reset();
         strip.reset();
     } else if (!strip && !grace) {
@@ -184,7 +191,7 @@ void StatusItemPresenter::State::open(const std::shared_ptr<NSMenu>& menu, QRect
     if (NSAlert::isAnyRunning())
         NSApplication::shared().activate(true); // The alert wants its answer first.
     else if (menu)
-        menus.popUp(menu, anchor, reserve);
+        menus.popUp(menu, anchor, reserve, strip ? strip->windowHandle() : nullptr);
 }
 
 StatusItemPresenter::StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu,

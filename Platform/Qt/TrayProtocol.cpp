@@ -1,25 +1,16 @@
 #include "TrayProtocol.h"
 
+#include "XcbReply.h"
+
 #include <QGuiApplication>
 #include <QtGui/qguiapplication_platform.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 namespace quillbox {
 
 namespace {
-
-    template <class T>
-    struct FreeReply {
-        void operator()(T* reply) const { std::free(reply); }
-    };
-    template <class T>
-    std::unique_ptr<T, FreeReply<T>> owned(T* reply)
-    {
-        return std::unique_ptr<T, FreeReply<T>>(reply);
-    }
 
     void ignoreError(xcb_connection_t* connection, xcb_void_cookie_t cookie)
     {
@@ -78,22 +69,15 @@ std::unique_ptr<TrayProtocol> TrayProtocol::create()
     auto protocol = std::make_unique<TrayProtocol>();
     protocol->connection = x11->connection();
     protocol->root = screenNumber(protocol->connection, number)->root;
-    protocol->selection = protocol->atom(("_NET_SYSTEM_TRAY_S" + std::to_string(number)).c_str());
-    protocol->manager = protocol->atom("MANAGER");
-    protocol->opcode = protocol->atom("_NET_SYSTEM_TRAY_OPCODE");
-    protocol->visual = protocol->atom("_NET_SYSTEM_TRAY_VISUAL");
-    protocol->colours = protocol->atom("_NET_SYSTEM_TRAY_COLORS");
-    protocol->embedInfo = protocol->atom("_XEMBED_INFO");
+    protocol->selection = atomOf(protocol->connection, "_NET_SYSTEM_TRAY_S" + std::to_string(number));
+    protocol->manager = atomOf(protocol->connection, "MANAGER");
+    protocol->opcode = atomOf(protocol->connection, "_NET_SYSTEM_TRAY_OPCODE");
+    protocol->visual = atomOf(protocol->connection, "_NET_SYSTEM_TRAY_VISUAL");
+    protocol->colours = atomOf(protocol->connection, "_NET_SYSTEM_TRAY_COLORS");
+    protocol->embedInfo = atomOf(protocol->connection, "_XEMBED_INFO");
     // New trays announce themselves on the root window.
     protocol->watchStructure(protocol->root);
     return protocol;
-}
-
-xcb_atom_t TrayProtocol::atom(const char* name) const
-{
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<quint16>(std::strlen(name)), name);
-    const auto reply = owned(xcb_intern_atom_reply(connection, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t { XCB_ATOM_NONE };
 }
 
 void TrayProtocol::watchStructure(xcb_window_t window) const

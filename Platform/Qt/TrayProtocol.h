@@ -40,7 +40,6 @@ struct TrayProtocol {
 
 private:
     void watchStructure(xcb_window_t window) const;
-    xcb_atom_t atom(const char* name) const;
 };
 
 } // namespace quillbox

@@ -8,6 +8,9 @@
 
 #include <sys/stat.h>
 
+#include <cmath>
+#include <cstdlib>
+
 using namespace quillbox;
 
 namespace {
@@ -83,6 +86,36 @@ TEST_F(Images, AreDrawnOverOneAnother)
     ASSERT_EQ(picture.size(), QSize(32, 32));
     EXPECT_EQ(picture.pixelColor(16, 16), QColor(Qt::red));
     EXPECT_EQ(picture.pixelColor(4, 4), QColor(Qt::green));
+}
+
+TEST_F(Images, APartIsCutOutWithNothingOfItsNeighbours)
+{
+    const std::string strip = directory.writeFile("strip.svg",
+                                                  "<svg xmlns='http://www.w3.org/2000/svg' width='384' height='128'>"
+                                                  "<rect width='128' height='128' fill='#ff0000'/>"
+                                                  "<rect x='128' width='128' height='128' fill='#00ff00'/>"
+                                                  "<rect x='256' width='128' height='128' fill='#0000ff'/></svg>");
+    const NSImage source(std::make_shared<KnownImageSource>("strip", ImageFile { strip }), { 384, 128 });
+    for (const double scale : { 1.0, 1.25, 2.0 }) {
+        NSImage frame(NSSize { 128, 128 });
+        // Taken away by the copy above it.
+        frame.draw(image(ThemedImage { { "known" }, "" }), { { 0, 0 }, { 128, 128 } });
+        frame.draw(source, { { 0, 0 }, { 64, 128 } }, { { 128, 0 }, { 64, 128 } }, NSCompositingOperation::copy, 1);
+        frame.draw(source, { { 64, 0 }, { 64, 128 } }, { { 320, 0 }, { 64, 128 } }, NSCompositingOperation::copy, 0.5);
+        frame.setSize({ 80, 80 });
+        const QImage picture = ImageRenderer::pixmap(frame, scale, {}).toImage();
+        const int side = static_cast<int>(std::lround(80 * scale));
+        ASSERT_EQ(picture.size(), QSize(side, side));
+        for (int x = 0; x < side; ++x) {
+            const QColor colour = picture.pixelColor(x, x);
+            // Between the halves a pixel may be of both.
+            const bool isGreen = x <= side / 2 && colour == QColor(Qt::green);
+            const bool isHalfBlue = x >= side / 2 && colour.blue() == 255 && colour.red() + colour.green() == 0
+                && std::abs(colour.alpha() - 128) < 2;
+            EXPECT_TRUE(x == side / 2 || isGreen || isHalfBlue)
+                << x << " at " << scale << ": " << colour.name(QColor::HexArgb).toStdString();
+        }
+    }
 }
 
 TEST_F(Images, BadFilesShowNothing)

@@ -1,4 +1,5 @@
 #include "MenuPlacement.h"
+#include "WorkArea.h"
 
 #include <gtest/gtest.h>
 
@@ -47,6 +48,34 @@ TEST(MenuPlacement, BesideARow)
         EXPECT_EQ(placeBesideRow(given.menu, 1, row, given.beside, kAvailable, 3, given.direction), given.expected)
             << given.name;
     }
+}
+
+// A large screen and, to its right, a smaller one whose lower edge is higher.
+TEST(MenuPlacement, LeavesThePanelsOfEachOfSeveralScreensFree)
+{
+    constexpr QSize kAll(3200, 1200);
+    constexpr QRect kLarge(0, 0, 1920, 1200);
+    constexpr QRect kSmall(1920, 0, 1280, 800);
+    const PanelReserve aboveLarge { 0, 0, 30, 0, 0, 0, 0, 0, 0, 1919, 0, 0 };
+    const PanelReserve belowSmall { 0, 0, 0, 440, 0, 0, 0, 0, 0, 0, 1920, 3199 };
+    const PanelReserve rightOfSmall { 0, 50, 0, 0, 0, 0, 0, 799, 0, 0, 0, 0 };
+    // At the left edge of the small screen: the edge of all screens is on the other side of the large one.
+    const PanelReserve between { 1970, 0, 0, 0, 0, 799, 0, 0, 0, 0, 0, 0 };
+    const struct {
+        const char* name;
+        QRect screen;
+        std::vector<PanelReserve> panels;
+        QRect expected;
+    } cases[] = {
+        { "a panel above", kLarge, { aboveLarge }, { 0, 30, 1920, 1170 } },
+        { "on the other screen", kSmall, { aboveLarge }, kSmall },
+        { "below the lower edge of the higher screen", kSmall, { belowSmall, rightOfSmall }, { 1920, 0, 1230, 760 } },
+        { "that one on the other screen", kLarge, { belowSmall, rightOfSmall }, kLarge },
+        { "between the screens", kLarge, { between }, kLarge },
+        { "between them, on its own", kSmall, { between }, { 1970, 0, 1230, 800 } },
+    };
+    for (const auto& given : cases)
+        EXPECT_EQ(withoutPanels(given.screen, kAll, given.panels), given.expected) << given.name;
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <QStyleFactory>
 #include <QStyleOptionMenuItem>
 #include <QToolTip>
+#include <QWindow>
 
 using namespace quillbox;
 
@@ -187,6 +188,28 @@ TEST(MenuPopup, AnEmptyMenuGivesItsPlaceToTheReserveAndAnEmptySubmenuShowsNothin
     EXPECT_EQ(User::popups().size(), 1u);
     User::click("Quit");
     EXPECT_EQ(world.takeLog(), "update empty, open empty, close empty, off the screen, chose Quit with 0 popups");
+}
+
+TEST(MenuPopup, BelongsToTheWindowOrTheMenuThatItOpensFrom)
+{
+    QWidget strip;
+    strip.winId();
+    MenuWorld world;
+    world.contents["sub"] = [&] { return world.files({ "below" }); };
+    world.contents["top"] = [&] { return MenuWorld::Rows { world.directory("sub") }; };
+    ASSERT_TRUE(world.presenter.popUp(world.top, MenuWorld::kAnchor, nullptr, strip.windowHandle()));
+    User::moveTo("sub");
+    world.rest();
+    ASSERT_EQ(User::popups().size(), 2u);
+    QWindow* const top = User::popups()[0]->windowHandle();
+    EXPECT_EQ(top->transientParent(), strip.windowHandle());
+    EXPECT_EQ(User::popups()[1]->windowHandle()->transientParent(), top);
+
+    world.presenter.close();
+    QCursor::setPos(200, 100);
+    ASSERT_TRUE(world.presenter.popUpAtPointer(world.top));
+    EXPECT_EQ(User::popups()[0]->pos(), QPoint(200, 100));
+    EXPECT_EQ(User::popups()[0]->windowHandle()->transientParent(), strip.windowHandle());
 }
 
 TEST(MenuPopup, PaintsTheHighlightOnTheSelectedRowAlone)

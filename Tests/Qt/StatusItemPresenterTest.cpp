@@ -107,6 +107,23 @@ TEST_F(StatusItemPresenterTest, AClickOnTheIconOpensTheMenuAndTheNextOneClosesIt
     EXPECT_EQ(log->lines, (QStringList { "main opened", "main closed", "short opened", "short closed" }));
 }
 
+TEST_F(StatusItemPresenterTest, AMenuGoesWithTheIconThatOpenedIt)
+{
+    auto statusBar = std::make_unique<FakeStatusBar>();
+    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
+    click(*statusBar);
+    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
+    statusBar.reset();
+    EXPECT_TRUE(waitUntil([&] { return !menus.isOpen(); }));
+    clock.advance(3s);
+    ASSERT_TRUE(strip());
+    strip()->findChild<QAbstractButton*>()->click();
+    ASSERT_TRUE(menus.isOpen());
+    statusBar = std::make_unique<FakeStatusBar>();
+    EXPECT_TRUE(waitUntil([&] { return !strip(); }));
+    EXPECT_FALSE(menus.isOpen());
+}
+
 TEST_F(StatusItemPresenterTest, AClickWhileAnAlertRunsBringsTheAlertForward)
 {
     const FakeStatusBar statusBar;

@@ -1,6 +1,7 @@
 #include "HeadlessDesktop.h"
 
 #include "NSApplication.h"
+#include "NSWindow.h"
 
 namespace quillbox {
 
@@ -11,6 +12,7 @@ HeadlessDesktop::HeadlessDesktop()
 
 HeadlessDesktop::~HeadlessDesktop()
 {
+    NSWindow::closeAll();
     NSApplication::shared().setDesktop(nullptr);
 }
 

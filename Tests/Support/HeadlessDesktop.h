@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Desktop.h"
+#include "HeadlessWindows.h"
 #include "NSAlert.h"
 #include "NSStatusItem.h"
 
@@ -20,6 +21,7 @@ public:
     void hideStatusItem(NSStatusItem&) override { statusItem = nullptr; }
     void runModal(const NSAlert& alert) override;
     NSRect naturalFrame(const NSAlert&) override { return kNaturalAlertFrame; }
+    WindowDisplay& windows() override { return shownWindows; }
     void activate() override { ++activations; }
     int run() override { return 0; }
     void stop() override { isStopped = true; }
@@ -31,6 +33,7 @@ public:
     std::vector<NSAlert> alerts;
     // Runs while an alert is up.
     std::function<void()> duringAlert;
+    HeadlessWindows shownWindows;
     int activations = 0;
     bool isStopped = false;
 };

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "NSControl.h"
+#include "NSImage.h"
+
+#include <optional>
+
+namespace quillbox {
+
+// A push button or a checkbox. The display calls performClick(); a checkbox changes its state before it sends its
+// action.
+class NSButton : public NSControl {
+public:
+    enum class ButtonType { switchButton = 3, momentaryPushIn = 7 };
+    enum class BezelStyle { rounded = 1 };
+    enum class ImagePosition { noImage = 0, imageOnly = 1 };
+    enum class ImageScaling { proportionallyDown = 0, axesIndependently = 1, none = 2, proportionallyUpOrDown = 3 };
+
+    // A checkbox with that title.
+    static std::shared_ptr<NSButton> checkbox(std::string title);
+
+    const char* className() const override { return "NSButton"; }
+    NSSize naturalSize(double widthLimit) const override;
+
+    ButtonType buttonType() const { return buttonType_; }
+    void setButtonType(ButtonType type);
+    BezelStyle bezelStyle() const { return BezelStyle::rounded; }
+    const std::string& title() const { return title_; }
+    void setTitle(std::string title);
+    const std::optional<NSImage>& image() const { return image_; }
+    void setImage(std::optional<NSImage> image);
+    ImagePosition imagePosition() const { return imagePosition_; }
+    void setImagePosition(ImagePosition position);
+    ImageScaling imageScaling() const { return imageScaling_; }
+    void setImageScaling(ImageScaling scaling);
+    bool isBordered() const { return isBordered_; }
+    void setBordered(bool bordered);
+    // Of a checkbox.
+    bool isOn() const { return isOn_; }
+    void setOn(bool on);
+    // The keys that press it, wherever the keyboard is in its window: "\r" for Return, "\x1b" for Escape, one after the
+    // other for both.
+    const std::string& keyEquivalent() const { return keyEquivalent_; }
+    void setKeyEquivalent(std::string key);
+
+    // The person pressed it; nothing happens while it is disabled.
+    void performClick();
+
+private:
+    ButtonType buttonType_ = ButtonType::momentaryPushIn;
+    std::string title_;
+    std::optional<NSImage> image_;
+    ImagePosition imagePosition_ = ImagePosition::noImage;
+    ImageScaling imageScaling_ = ImageScaling::proportionallyDown;
+    bool isBordered_ = true;
+    bool isOn_ = false;
+    std::string keyEquivalent_;
+};
+
+} // namespace quillbox

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "NSView.h"
+
+namespace quillbox {
+
+// The window onto a document view that is higher than it. The document's constraints to its clip view mean the
+// document's whole room, however far it is scrolled.
+class NSClipView final : public NSView {
+public:
+    const char* className() const override { return "NSClipView"; }
+    void layout() override;
+
+    const std::shared_ptr<NSView>& documentView() const { return documentView_; }
+    void setDocumentView(std::shared_ptr<NSView> view);
+    // In the document's coordinates; what can't be reached is cut down to what can.
+    void scroll(double toY);
+    // So far that the rectangle of the document shows, and no further.
+    void scrollToVisible(NSRect rect);
+    // How far it can be scrolled.
+    double maximumScroll() const;
+
+private:
+    std::shared_ptr<NSView> documentView_;
+};
+
+// A clip view with a border and a scroller.
+class NSScrollView final : public NSView {
+public:
+    enum class BorderType { noBorder = 0, lineBorder = 1, bezelBorder = 2 };
+    enum class ControlSize { regular = 0, small = 1 };
+
+    // Use create().
+    NSScrollView() = default;
+    static std::shared_ptr<NSScrollView> create();
+
+    const char* className() const override { return "NSScrollView"; }
+    void layout() override;
+
+    const std::shared_ptr<NSClipView>& contentView() const { return contentView_; }
+    void setDocumentView(std::shared_ptr<NSView> view) { contentView_->setDocumentView(std::move(view)); }
+
+    BorderType borderType() const { return borderType_; }
+    void setBorderType(BorderType type);
+    bool drawsBackground() const { return drawsBackground_; }
+    void setDrawsBackground(bool draws);
+    bool hasVerticalScroller() const { return hasVerticalScroller_; }
+    void setHasVerticalScroller(bool has);
+    ControlSize verticalScrollerControlSize() const { return scrollerSize_; }
+    void setVerticalScrollerControlSize(ControlSize size);
+    // Where the scroller is; of width 0 without one.
+    NSRect verticalScrollerFrame() const;
+
+private:
+    NSRect insideBorder() const;
+
+    std::shared_ptr<NSClipView> contentView_;
+    BorderType borderType_ = BorderType::noBorder;
+    bool drawsBackground_ = true;
+    bool hasVerticalScroller_ = false;
+    ControlSize scrollerSize_ = ControlSize::regular;
+};
+
+} // namespace quillbox

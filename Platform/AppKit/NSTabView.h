@@ -1,0 +1,58 @@
+#pragma once
+
+#include "NSView.h"
+
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+class NSTabView;
+
+// A tab: its label and the view that is shown while it is selected.
+class NSTabViewItem {
+public:
+    explicit NSTabViewItem(std::string label) : label_(std::move(label)), view_(std::make_shared<NSView>()) { }
+
+    const std::string& label() const { return label_; }
+    const std::shared_ptr<NSView>& view() const { return view_; }
+
+private:
+    std::string label_;
+    std::shared_ptr<NSView> view_;
+};
+
+class NSTabViewDelegate {
+public:
+    virtual ~NSTabViewDelegate() = default;
+    // Also when the first tab is added, which selects it.
+    virtual void tabViewDidSelect(NSTabView& tabView, const NSTabViewItem& item) = 0;
+};
+
+// Tabs at the top of a bordered area. All tabs' views are laid out; those that are not selected are hidden.
+class NSTabView final : public NSView {
+public:
+    enum class TabViewType { topTabsBezelBorder = 0 };
+
+    const char* className() const override { return "NSTabView"; }
+    void layout() override;
+
+    void setDelegate(std::weak_ptr<NSTabViewDelegate> delegate) { delegate_ = std::move(delegate); }
+    TabViewType tabViewType() const { return TabViewType::topTabsBezelBorder; }
+
+    const std::vector<std::shared_ptr<NSTabViewItem>>& tabViewItems() const { return items_; }
+    void addTabViewItem(std::shared_ptr<NSTabViewItem> item);
+    // -1 while there is no tab.
+    int indexOfSelectedItem() const { return selected_; }
+    // Tells the delegate; selecting the selected tab changes nothing.
+    void selectTabViewItem(int at);
+    // Where the tabs' views lie.
+    NSRect contentRect() const;
+
+private:
+    std::weak_ptr<NSTabViewDelegate> delegate_;
+    std::vector<std::shared_ptr<NSTabViewItem>> items_;
+    int selected_ = -1;
+};
+
+} // namespace quillbox

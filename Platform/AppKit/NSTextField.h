@@ -1,0 +1,79 @@
+#pragma once
+
+#include "CGColor.h"
+#include "NSControl.h"
+
+namespace quillbox {
+
+// Text: a label, a text that can be selected, or one line that can be edited. Wraps at its width unless it is
+// held to one line, which is cut off with an ellipsis; an edited line scrolls.
+class NSTextField : public NSControl {
+public:
+    // What is selected in a field that is being edited or read: bytes of its text.
+    class Editor {
+    public:
+        NSRange selectedRange() const { return range_; }
+        void setSelectedRange(NSRange range);
+        // Counts the calls that set it, for the display.
+        unsigned changeCount() const { return changeCount_; }
+
+    private:
+        friend class NSTextField;
+        explicit Editor(NSTextField& field) : field_(field) { }
+        NSTextField& field_;
+        NSRange range_;
+        unsigned changeCount_ = 0;
+    };
+
+    NSTextField() : editor_(*this) { }
+    // A label of one or more lines that can't be selected.
+    static std::shared_ptr<NSTextField> label(std::string_view text);
+
+    const char* className() const override { return "NSTextField"; }
+    NSSize naturalSize(double widthLimit) const override;
+
+    // The text without attributes.
+    std::string stringValue() const { return text_.string(); }
+    void setStringValue(std::string_view text);
+    // In plain text everything is in the field's font.
+    const AttributedString& attributedStringValue() const { return text_; }
+    void setAttributedStringValue(AttributedString text);
+    bool allowsEditingTextAttributes() const { return allowsEditingTextAttributes_; }
+    void setAllowsEditingTextAttributes(bool allows) { allowsEditingTextAttributes_ = allows; }
+
+    bool isSelectable() const { return isSelectable_; }
+    void setSelectable(bool selectable);
+    bool isEditable() const { return isEditable_; }
+    void setEditable(bool editable);
+    bool isBezeled() const { return isBezeled_; }
+    void setBezeled(bool bezeled);
+    bool drawsBackground() const { return drawsBackground_; }
+    void setDrawsBackground(bool draws);
+    CGColor textColor() const { return textColor_; }
+    void setTextColor(CGColor colour);
+    // 0: as many as the text needs.
+    int maximumNumberOfLines() const { return maximumNumberOfLines_; }
+    void setMaximumNumberOfLines(int count);
+
+    // Gives it the keyboard, with its whole text selected.
+    void selectText();
+    // Null while the window's keyboard is elsewhere.
+    Editor* currentEditor();
+    const Editor& editor() const { return editor_; }
+
+    // The person changed the text; the display shows it already.
+    void userEdits(const std::string& text) { text_ = AttributedString(text); }
+
+private:
+    AttributedString text_;
+    bool allowsEditingTextAttributes_ = false;
+    bool isSelectable_ = false;
+    bool isEditable_ = false;
+    bool isBezeled_ = false;
+    bool drawsBackground_ = false;
+    CGColor textColor_ = CGColor::label;
+    int maximumNumberOfLines_ = 0;
+    Editor editor_;
+};
+
+} // namespace quillbox

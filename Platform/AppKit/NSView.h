@@ -1,0 +1,164 @@
+#pragma once
+
+#include "NSCursor.h"
+#include "NSDragging.h"
+#include "NSGeometry.h"
+#include "NSLayoutConstraint.h"
+#include "NSObject.h"
+
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+class CALayer;
+class NSWindow;
+
+// A rectangle of a window and what is in it. Views hold their subviews; upwards they refer weakly. Nothing here
+// draws: the display reads the views and shows them, and what the person does comes back as calls. Frames are in
+// points in the superview's coordinates, y downwards; the first subview is the lowest.
+class NSView : public NSObject, public std::enable_shared_from_this<NSView> {
+public:
+    NSView();
+    ~NSView() override;
+
+    // For dumps.
+    virtual const char* className() const { return "NSView"; }
+    const std::string& identifier() const { return identifier_; }
+    void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
+
+    // --- Hierarchy
+
+    const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
+    std::shared_ptr<NSView> superview() const { return superview_.lock(); }
+    // On top of the others; a view that has a superview leaves it first.
+    void addSubview(std::shared_ptr<NSView> view);
+    // Right above `sibling`, a subview of this view.
+    void addSubviewAbove(std::shared_ptr<NSView> view, const NSView& sibling);
+    // The constraints that name the view go too.
+    void removeFromSuperview();
+    // Null for a view that is in no window.
+    std::shared_ptr<NSWindow> window() const;
+    // Called by the window for its topmost view.
+    void setWindow(std::weak_ptr<NSWindow> window) { window_ = std::move(window); }
+
+    // --- Geometry
+
+    NSRect frame() const { return frame_; }
+    void setFrame(NSRect frame);
+    void setFrameSize(NSSize size) { setFrame({ frame_.origin, size }); }
+    NSRect bounds() const { return { boundsOrigin_, frame_.size }; }
+    // A rectangle of this view in the coordinates of `view`, which is in the same window.
+    NSRect convert(NSRect rect, const NSView& view) const;
+    // The topmost visible view at a point of this view's coordinates; null outside of it.
+    std::shared_ptr<NSView> hitTest(NSPoint point);
+
+    // --- Layout
+
+    // False: the frame follows from constraints. True (as made): it stays as it was set.
+    bool translatesAutoresizingMaskIntoConstraints() const { return translatesAutoresizingMask_; }
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+    NSLayoutAnchor leftAnchor() { return { this, LayoutAttribute::left }; }
+    NSLayoutAnchor rightAnchor() { return { this, LayoutAttribute::right }; }
+    NSLayoutAnchor topAnchor() { return { this, LayoutAttribute::top }; }
+    NSLayoutAnchor bottomAnchor() { return { this, LayoutAttribute::bottom }; }
+    NSLayoutAnchor widthAnchor() { return { this, LayoutAttribute::width }; }
+    NSLayoutAnchor heightAnchor() { return { this, LayoutAttribute::height }; }
+    NSLayoutAnchor centerXAnchor() { return { this, LayoutAttribute::centerX }; }
+    NSLayoutAnchor centerYAnchor() { return { this, LayoutAttribute::centerY }; }
+    // The constraints among the subviews and this view.
+    const std::vector<NSLayoutConstraint>& constraints() const { return constraints_; }
+    void addConstraint(const NSLayoutConstraint& constraint);
+
+    // The size that the content wants within a width; a length below zero where there is no wish.
+    virtual NSSize naturalSize(double widthLimit) const;
+    // The size that the constraints give this view, with a width or a height that is given beforehand.
+    NSSize fittingSize(std::optional<double> width, std::optional<double> height);
+    // The frames below this view are laid out again before they are next shown.
+    void setNeedsLayout();
+    bool needsLayout() const { return needsLayout_; }
+    void layoutIfNeeded();
+    // Sets the subviews' frames; this view's own is settled.
+    virtual void layout();
+
+    // --- Showing
+
+    bool isHidden() const { return isHidden_; }
+    void setHidden(bool hidden);
+    bool isHiddenOrHasHiddenAncestor() const;
+    const std::string& toolTip() const { return toolTip_; }
+    void setToolTip(std::string toolTip);
+    // What assistive technology reads where the view shows no text of its own.
+    const std::string& accessibilityLabel() const { return accessibilityLabel_; }
+    void setAccessibilityLabel(std::string label);
+    // The content has changed. The display compares the count with the one that it has shown.
+    void setNeedsDisplay();
+    unsigned displayCount() const { return displayCount_; }
+    // Null until the view is given one.
+    CALayer* layer() const { return layer_.get(); }
+    void setLayer(std::unique_ptr<CALayer> layer);
+
+    // --- Cursor areas, made afresh whenever the display asks
+
+    struct CursorRect {
+        NSRect rect;
+        NSCursor cursor;
+    };
+    const std::vector<CursorRect>& updatedCursorRects();
+
+    // --- Dragging destination: called in the order of AppKit, see DragTracking
+
+    const std::vector<std::string>& registeredDraggedTypes() const { return draggedTypes_; }
+    void registerForDraggedTypes(std::vector<std::string> types) { draggedTypes_ = std::move(types); }
+    virtual NSDragOperation draggingEntered(const NSDraggingInfo& info);
+    // None: as it was when the drag entered.
+    virtual std::optional<NSDragOperation> draggingUpdated(const NSDraggingInfo&) { return std::nullopt; }
+    virtual void draggingExited() { }
+    virtual bool prepareForDragOperation(const NSDraggingInfo&) { return true; }
+    virtual bool performDragOperation(const NSDraggingInfo&) { return false; }
+    virtual void concludeDragOperation() { }
+    virtual void draggingEnded() { }
+
+protected:
+    // The part of this view that a clip view shows has moved or changed its size.
+    virtual void visibleRectDidChange() { }
+    virtual void resetCursorRects() { }
+    void addCursorRect(NSRect rect, NSCursor cursor) { cursorRects_.push_back({ rect, cursor }); }
+    void setBoundsOrigin(NSPoint origin);
+    // Something of the window has to be shown anew.
+    void setWindowNeedsDisplay();
+    // The content wants another size.
+    void naturalSizeDidChange();
+
+private:
+    friend class NSClipView;
+
+    void insertSubview(std::size_t at, std::shared_ptr<NSView> view);
+    void removeConstraintsOf(const NSView& view);
+
+    std::string identifier_;
+    std::vector<std::shared_ptr<NSView>> subviews_;
+    std::weak_ptr<NSView> superview_;
+    std::weak_ptr<NSWindow> window_;
+    NSRect frame_;
+    NSPoint boundsOrigin_;
+    bool translatesAutoresizingMask_ = true;
+    bool needsLayout_ = true;
+    bool isHidden_ = false;
+    std::vector<NSLayoutConstraint> constraints_;
+    std::string toolTip_;
+    std::string accessibilityLabel_;
+    unsigned displayCount_ = 0;
+    std::unique_ptr<CALayer> layer_;
+    std::vector<CursorRect> cursorRects_;
+    std::vector<std::string> draggedTypes_;
+};
+
+inline constexpr double kNoWidthLimit = std::numeric_limits<double>::infinity();
+// A width or a height that a view's content has no wish for.
+inline constexpr double kNoNaturalLength = -1;
+
+} // namespace quillbox

@@ -1,0 +1,133 @@
+#include "NSWindow.h"
+
+#include "Desktop.h"
+#include "NSApplication.h"
+#include "WindowDisplay.h"
+
+#include <algorithm>
+
+namespace quillbox {
+
+namespace {
+
+    std::vector<std::shared_ptr<NSWindow>>& openWindows()
+    {
+        static std::vector<std::shared_ptr<NSWindow>> list;
+        return list;
+    }
+
+    WindowDisplay& display()
+    {
+        return NSApplication::shared().desktop().windows();
+    }
+
+} // namespace
+
+std::shared_ptr<NSWindow> NSWindow::create(std::shared_ptr<NSViewController> contentViewController)
+{
+    std::shared_ptr<NSWindow> window(new NSWindow);
+    window->contentViewController_ = std::move(contentViewController);
+    window->contentView()->setWindow(window);
+    openWindows().push_back(window);
+    return window;
+}
+
+const std::vector<std::shared_ptr<NSWindow>>& NSWindow::windows()
+{
+    return openWindows();
+}
+
+void NSWindow::closeAll()
+{
+    while (!openWindows().empty()) {
+        const std::shared_ptr<NSWindow> window = openWindows().front();
+        window->close();
+    }
+}
+
+void NSWindow::setTitle(std::string title)
+{
+    title_ = std::move(title);
+    setViewsNeedDisplay();
+}
+
+void NSWindow::setContentSize(NSSize size)
+{
+    contentView()->setFrameSize({ std::clamp(size.width, minimum_.width, maximum_.width),
+                                  std::clamp(size.height, minimum_.height, maximum_.height) });
+}
+
+void NSWindow::orderFrontRegardless()
+{
+    layoutIfNeeded();
+    isVisible_ = true;
+    display().orderFront(*this);
+}
+
+void NSWindow::performClose(NSObject*)
+{
+    if (attachedSheet() || !(styleMask_ & closable))
+        return;
+    close();
+}
+
+void NSWindow::close()
+{
+    const std::shared_ptr<NSWindow> held = shared_from_this();
+    if (std::erase(openWindows(), held) == 0)
+        return;
+    if (const auto sheet = attachedSheet())
+        endSheet(sheet, NSModalResponseCancel);
+    if (const auto parent = sheetParent())
+        parent->endSheet(held, NSModalResponseCancel);
+    isVisible_ = false;
+    display().close(*this);
+    // Whoever pressed the button that closed it is still at work.
+    NSApplication::shared().releaseAfterEvent(held);
+}
+
+void NSWindow::beginSheet(const std::shared_ptr<NSWindow>& sheet, std::function<void(NSModalResponse)> completion)
+{
+    QB_CHECK(!attachedSheet());
+    sheet_ = sheet;
+    sheet->sheetParent_ = weak_from_this();
+    sheet->sheetCompletion_ = std::move(completion);
+    sheet->layoutIfNeeded();
+    sheet->isVisible_ = true;
+    display().beginSheet(*sheet, *this);
+}
+
+void NSWindow::endSheet(const std::shared_ptr<NSWindow>& sheet, NSModalResponse returnCode)
+{
+    if (!sheet || attachedSheet() != sheet)
+        return;
+    sheet_.reset();
+    sheet->sheetParent_.reset();
+    const auto completion = std::move(sheet->sheetCompletion_);
+    sheet->close();
+    if (completion)
+        completion(returnCode);
+}
+
+void NSWindow::layoutIfNeeded()
+{
+    // Views that never agree would go on for ever.
+    constexpr int kMostPasses = 4;
+    for (int pass = 0; pass < kMostPasses && contentView()->needsLayout(); ++pass)
+        contentView()->layoutIfNeeded();
+}
+
+void NSWindow::makeFirstResponder(const std::shared_ptr<NSView>& view)
+{
+    firstResponder_ = view;
+    ++firstResponderCount_;
+    setViewsNeedDisplay();
+}
+
+void NSWindow::setViewsNeedDisplay()
+{
+    if (isVisible_)
+        display().setNeedsDisplay(*this);
+}
+
+} // namespace quillbox

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "NSGeometry.h"
+
+#include <string>
+
+namespace quillbox {
+
+class NSView;
+
+// The views below `view` as text, a line each, with their frames in their superview's coordinates; subviews two
+// spaces deeper:
+//
+//   NSButton "Apply" 300,590 130x32
+//
+// What the class is, then the identifier or the text that it shows, then "x,y widthxheight" in points. Views that are
+// hidden are marked "(hidden)".
+std::string viewDump(const NSView& view);
+// The same with every frame on the screen, where the topmost view's top left corner is at `topLeft`.
+std::string viewDumpOnScreen(const NSView& topmost, NSPoint topLeft);
+
+} // namespace quillbox

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "NSGeometry.h"
+
+#include <functional>
+#include <memory>
+
+namespace quillbox {
+
+class NSButton;
+class NSOpenPanel;
+class NSPopUpButton;
+class NSTextField;
+class NSWindow;
+
+// What the model needs of a display for its windows: to show them, and to know how large their parts are. Part of
+// the installed Desktop. It decides nothing of Quillbox; what the person does goes to the views as calls.
+class WindowDisplay {
+public:
+    virtual ~WindowDisplay() = default;
+
+    // Shows the window if it is not shown, and brings it to the front with the keyboard. `window` stays valid
+    // until close().
+    virtual void orderFront(NSWindow& window) = 0;
+    // Takes it off the screen and forgets it.
+    virtual void close(NSWindow& window) = 0;
+    // Shows `sheet` on `parent`, which takes no input until the sheet is closed. Other windows and menus do.
+    virtual void beginSheet(NSWindow& sheet, NSWindow& parent) = 0;
+    // Where the top left corner of its content is on the screen; of use while it is shown.
+    virtual NSPoint contentOrigin(const NSWindow& window) = 0;
+    // Something in the window has changed: it is laid out and shown anew before the next wait for events.
+    virtual void setNeedsDisplay(NSWindow& window) = 0;
+    // Shows the panel on `parent`. `completion` is called once, later, with its answer; the files chosen are in
+    // the panel then.
+    virtual void beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindow& parent,
+                                std::function<void(int response)> completion) = 0;
+
+    // Natural sizes, in points. A text as wide as the limit or narrower, and as high as that makes it.
+    virtual NSSize naturalSize(const NSTextField& field, double widthLimit) = 0;
+    virtual NSSize naturalSize(const NSButton& button) = 0;
+    virtual NSSize naturalSize(const NSPopUpButton& button) = 0;
+    // Of the desktop's ordinary font, in points.
+    virtual double fontSize() = 0;
+    virtual double tableRowHeight() = 0;
+    virtual double scrollerWidth(bool isSmall) = 0;
+    virtual double scrollViewBorder() = 0;
+    // From a tab view's edges to the area of its tabs' views.
+    virtual NSEdgeInsets tabViewInsets() = 0;
+};
+
+} // namespace quillbox

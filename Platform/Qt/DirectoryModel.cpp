@@ -1,0 +1,219 @@
+#include "DirectoryModel.h"
+
+#include "FileManager.h"
+#include "ImageRenderer.h"
+#include "MenuText.h"
+#include "NSWorkspace.h"
+#include "StringComparison.h"
+#include "Unicode.h"
+
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QPalette>
+
+#include <algorithm>
+#include <numeric>
+
+#include <sys/stat.h>
+
+namespace quillbox {
+
+namespace {
+
+    constexpr double kIconSide = 16;
+    constexpr Qt::Alignment kNumberAlignment = Qt::AlignRight | Qt::AlignVCenter;
+
+    using EntryKind = DirectoryListing::EntryKind;
+
+    std::optional<struct stat> statusOf(const std::string& path)
+    {
+        struct stat status { };
+        if (stat(path.c_str(), &status) == 0)
+            return status;
+        return std::nullopt;
+    }
+
+    std::int64_t changeTime(const std::string& directory)
+    {
+        const auto status = statusOf(directory);
+        return status ? std::int64_t { status->st_mtim.tv_sec } * 1'000'000'000 + status->st_mtim.tv_nsec : 0;
+    }
+
+    bool leadsToDirectory(const std::string& path)
+    {
+        const auto status = statusOf(path);
+        return status && S_ISDIR(status->st_mode);
+    }
+
+} // namespace
+
+Result<void> DirectoryModel::read(const std::string& directory)
+{
+    beginResetModel();
+    changed_ = changeTime(directory);
+    auto read = FileManager::defaultManager().contentsOfDirectory(URL::fileURLWithPath(directory),
+                                                                  DirectoryEnumerationOptions::none);
+    listing_ = read ? std::move(*read) : DirectoryListing(directory);
+    makeRows();
+    endResetModel();
+    return read ? Result<void>() : Result<void>(read.error());
+}
+
+bool DirectoryModel::isOutOfDate() const
+{
+    return changeTime(directory()) != changed_;
+}
+
+void DirectoryModel::setShowsHidden(bool shows)
+{
+    beginResetModel();
+    showsHidden_ = shows;
+    makeRows();
+    endResetModel();
+}
+
+void DirectoryModel::makeRows()
+{
+    rows_.clear();
+    for (std::size_t i = 0; i < listing_.count(); ++i) {
+        if (!showsHidden_ && listing_.isHidden(listing_.name(i)))
+            continue;
+        const EntryKind kind = listing_.kind(i);
+        const bool isDirectory = kind == EntryKind::directory
+            || ((kind == EntryKind::symbolicLink || kind == EntryKind::unknown) && leadsToDirectory(listing_.path(i)));
+        rows_.push_back({ i, isDirectory, nameSortKey(listing_.name(i)), std::nullopt });
+    }
+    sortRows();
+}
+
+const DirectoryModel::Details& DirectoryModel::detailsOf(const Row& row) const
+{
+    if (!row.details) {
+        const std::string path = listing_.path(row.entry);
+        struct stat status { };
+        // Of a link that leads nowhere, its own.
+        const bool isKnown = stat(path.c_str(), &status) == 0 || lstat(path.c_str(), &status) == 0;
+        row.details = Details { isKnown, status.st_size, status.st_mtim.tv_sec };
+    }
+    return *row.details;
+}
+
+bool DirectoryModel::isBefore(const Row& a, const Row& b) const
+{
+    if (a.isDirectory != b.isDirectory)
+        return a.isDirectory;
+    const bool isAscending = sortOrder_ == Qt::AscendingOrder;
+    if (sortColumn_ == name)
+        return isAscending ? a.sortKey < b.sortKey : b.sortKey < a.sortKey;
+    // Directories have no size to speak of.
+    if (sortColumn_ == modified || !a.isDirectory) {
+        const Details& first = detailsOf(a);
+        const Details& second = detailsOf(b);
+        const auto one = sortColumn_ == size ? first.size : first.modified;
+        const auto other = sortColumn_ == size ? second.size : second.modified;
+        if (one != other)
+            return isAscending ? one < other : one > other;
+    }
+    return a.sortKey < b.sortKey;
+}
+
+void DirectoryModel::sortRows()
+{
+    std::stable_sort(rows_.begin(), rows_.end(), [this](const Row& a, const Row& b) { return isBefore(a, b); });
+}
+
+void DirectoryModel::sort(int column, Qt::SortOrder order)
+{
+    emit layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    std::vector<std::size_t> entries;
+    for (const QModelIndex& index : before)
+        entries.push_back(entry(index.row()));
+    sortColumn_ = column;
+    sortOrder_ = order;
+    sortRows();
+    std::vector<int> rowOfEntry(listing_.count(), -1);
+    for (std::size_t row = 0; row < rows_.size(); ++row)
+        rowOfEntry[rows_[row].entry] = static_cast<int>(row);
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i)
+        after.append(index(rowOfEntry[entries[static_cast<std::size_t>(i)]], before[i].column()));
+    changePersistentIndexList(before, after);
+    emit layoutChanged({}, VerticalSortHint);
+}
+
+int DirectoryModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int DirectoryModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : modified + 1;
+}
+
+QVariant DirectoryModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role == Qt::TextAlignmentRole && section == size)
+        return QVariant::fromValue(kNumberAlignment);
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case name:
+        return QStringLiteral("Name");
+    case size:
+        return QStringLiteral("Size");
+    default:
+        return QStringLiteral("Modified");
+    }
+}
+
+QVariant DirectoryModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const Row& row = rows_[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case Qt::DisplayRole:
+        return textOf(row, index.column());
+    case Qt::DecorationRole:
+        return index.column() == name ? iconOf(row) : QVariant();
+    case Qt::ToolTipRole:
+        return index.column() == name ? toolTipMarkup(textOf(row, name).toString()) : QVariant();
+    case Qt::TextAlignmentRole:
+        return index.column() == size ? QVariant::fromValue(kNumberAlignment) : QVariant();
+    default:
+        return {};
+    }
+}
+
+QVariant DirectoryModel::textOf(const Row& row, int column) const
+{
+    if (column == name)
+        return shownOnOneLine(unicode::displayText(listing_.name(row.entry)));
+    if (!detailsOf(row).isKnown || (column == size && row.isDirectory))
+        return {};
+    switch (column) {
+    case size:
+        return QLocale().formattedDataSize(detailsOf(row).size);
+    default:
+        return QLocale().toString(QDateTime::fromSecsSinceEpoch(detailsOf(row).modified), QLocale::ShortFormat);
+    }
+}
+
+QVariant DirectoryModel::iconOf(const Row& row) const
+{
+    NSImage icon = NSWorkspace::sharedWorkspace().icon(listing_.path(row.entry), listing_.kind(row.entry));
+    icon.setSize({ kIconSide, kIconSide });
+    return ImageRenderer::pixmap(icon, qGuiApp->devicePixelRatio(), qGuiApp->palette().color(QPalette::Text));
+}
+
+Qt::ItemFlags DirectoryModel::flags(const QModelIndex& index) const
+{
+    if (index.isValid() && !filesEnabled_ && !isDirectory(index.row()))
+        return Qt::ItemNeverHasChildren;
+    return QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+}
+
+} // namespace quillbox

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <vector>
+
+class QWidget;
+
+namespace quillbox {
+
+// In which order Tab goes through a window: as people read, line by line, what is inside a widget before what comes
+// after it.
+
+// The widgets that take the keyboard by Tab, in that order.
+std::vector<QWidget*> keyWidgets(const QWidget& window);
+// The widget that takes the keyboard after `from` (before it, where `forward` is false), around the
+// ends. Null where none does.
+QWidget* nextKeyWidget(const QWidget& window, const QWidget* from, bool forward);
+
+} // namespace quillbox

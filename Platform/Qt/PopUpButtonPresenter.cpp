@@ -1,0 +1,48 @@
+#include "PopUpButtonPresenter.h"
+
+#include "Appearance.h"
+#include "NSApplication.h"
+
+#include <QComboBox>
+
+namespace quillbox {
+
+namespace {
+
+    QWidget* makeWidget(const std::shared_ptr<NSPopUpButton>& button, QWidget& parent)
+    {
+        auto* box = new QComboBox(&parent);
+        QObject::connect(box, &QComboBox::activated, box,
+                         [box, chosenIn = std::weak_ptr<NSPopUpButton>(button)](int at) {
+                             const NSApplication::EventScope event;
+                             if (const auto known = chosenIn.lock()) {
+                                 known->userSelectsItem(at);
+                                 box->setCurrentIndex(known->indexOfSelectedItem());
+                             }
+                         });
+        return box;
+    }
+
+} // namespace
+
+PopUpButtonPresenter::PopUpButtonPresenter(const std::shared_ptr<NSPopUpButton>& button, QWidget& parent)
+    : ViewPresenter(button, makeWidget(button, parent))
+{
+}
+
+void PopUpButtonPresenter::showContent(NSView& view)
+{
+    const auto& button = dynamic_cast<const NSPopUpButton&>(view);
+    auto* box = static_cast<QComboBox*>(widget());
+    box->setFont(shownFont(button.font(), ordinaryFont()));
+    box->setEnabled(button.isEnabled());
+    if (shownTitles_ != button.itemTitles()) {
+        shownTitles_ = button.itemTitles();
+        box->clear();
+        for (const std::string& title : shownTitles_)
+            box->addItem(QString::fromStdString(title));
+    }
+    box->setCurrentIndex(button.indexOfSelectedItem());
+}
+
+} // namespace quillbox

@@ -1,0 +1,102 @@
+#include "ScrollViewPresenter.h"
+
+#include "Appearance.h"
+#include "NSApplication.h"
+#include "NSTableView.h"
+
+#include <QApplication>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace quillbox {
+
+namespace {
+
+    constexpr double kAngleOfNotch = 120;
+
+    double lineOf(const NSScrollView& view)
+    {
+        const auto* table = dynamic_cast<const NSTableView*>(view.contentView()->documentView().get());
+        return table ? table->rowHeight() : QFontMetrics(ordinaryFont()).lineSpacing();
+    }
+
+} // namespace
+
+ScrollViewWidget::ScrollViewWidget(std::weak_ptr<NSScrollView> view, QWidget* parent)
+    : QFrame(parent),
+      scroller_(new QScrollBar(Qt::Vertical, this)),
+      view_(std::move(view))
+{
+    connect(scroller_, &QScrollBar::valueChanged, this, [this](int value) { scroll(value); });
+}
+
+void ScrollViewWidget::wheelEvent(QWheelEvent* event)
+{
+    const auto view = view_.lock();
+    if (!view || event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) {
+        event->ignore();
+        return;
+    }
+    // Touchpads tell how far in pixels; wheels in parts of a notch, which may be small.
+    const double notches = event->angleDelta().y() / kAngleOfNotch;
+    const double down = event->pixelDelta().isNull()
+        ? -notches * QApplication::wheelScrollLines() * scroller_->singleStep()
+        : -event->pixelDelta().y();
+    if (event->phase() == Qt::ScrollBegin || (rest_ > 0) != (down > 0))
+        rest_ = 0;
+    rest_ += down;
+    const double whole = std::trunc(rest_);
+    rest_ -= whole;
+    scroll(view->contentView()->bounds().minY() + whole);
+    event->accept();
+}
+
+void ScrollViewWidget::scroll(double toY)
+{
+    const NSApplication::EventScope event;
+    if (const auto view = view_.lock())
+        view->contentView()->scroll(toY);
+}
+
+ScrollViewPresenter::ScrollViewPresenter(const std::shared_ptr<NSScrollView>& scrollView, QWidget& parent)
+    : ViewPresenter(scrollView, new ScrollViewWidget(scrollView, &parent))
+{
+}
+
+void ScrollViewPresenter::showContent(NSView& view)
+{
+    const auto& scrollView = dynamic_cast<const NSScrollView&>(view);
+    auto* frame = static_cast<ScrollViewWidget*>(widget());
+    switch (scrollView.borderType()) {
+    case NSScrollView::BorderType::noBorder:
+        frame->setFrameStyle(QFrame::NoFrame);
+        break;
+    case NSScrollView::BorderType::lineBorder:
+        frame->setFrameStyle(QFrame::Box | QFrame::Plain);
+        break;
+    case NSScrollView::BorderType::bezelBorder:
+        frame->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+        break;
+    }
+    frame->setAutoFillBackground(scrollView.drawsBackground());
+    frame->setBackgroundRole(QPalette::Base);
+}
+
+void ScrollViewPresenter::subviewsShown(NSView& view)
+{
+    const auto& scrollView = dynamic_cast<const NSScrollView&>(view);
+    const NSClipView& clip = *scrollView.contentView();
+    QScrollBar* scroller = static_cast<ScrollViewWidget*>(widget())->scroller();
+    scroller->setVisible(scrollView.hasVerticalScroller());
+    scroller->setGeometry(shownRect(scrollView.verticalScrollerFrame()));
+    const QSignalBlocker scrollsNothing(scroller);
+    scroller->setPageStep(static_cast<int>(clip.bounds().size.height));
+    scroller->setSingleStep(static_cast<int>(lineOf(scrollView)));
+    scroller->setMaximum(static_cast<int>(std::ceil(clip.maximumScroll())));
+    scroller->setValue(static_cast<int>(std::lround(clip.bounds().minY())));
+}
+
+} // namespace quillbox

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "NSScrollView.h"
+#include "ViewPresenter.h"
+
+#include <QFrame>
+
+class QScrollBar;
+
+namespace quillbox {
+
+// The border and the scroller, and what wheels and touchpads do over them and what they hold.
+class ScrollViewWidget final : public QFrame {
+public:
+    ScrollViewWidget(std::weak_ptr<NSScrollView> view, QWidget* parent);
+
+    QScrollBar* scroller() const { return scroller_; }
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void scroll(double toY);
+
+    QScrollBar* scroller_;
+    std::weak_ptr<NSScrollView> view_;
+    // What a slow wheel or touchpad has scrolled of the next pixel.
+    double rest_ = 0;
+};
+
+// Shows a scroll view.
+class ScrollViewPresenter final : public ViewPresenter {
+public:
+    ScrollViewPresenter(const std::shared_ptr<NSScrollView>& scrollView, QWidget& parent);
+
+protected:
+    void showContent(NSView& view) override;
+    void subviewsShown(NSView& view) override;
+};
+
+} // namespace quillbox

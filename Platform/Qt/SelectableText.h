@@ -1,0 +1,35 @@
+#pragma once
+
+#include "AttributedString.h"
+
+#include <QTextBrowser>
+
+namespace quillbox {
+
+// Text that can be selected and copied, on the colour of what is behind it. Wraps anywhere where a word is too
+// long; takes the theme's colours when it is given a text. Links send anchorClicked() and open nothing by themselves.
+// It has no scroll bars unless it is given some: whoever lays it out gives it the height that heightForWidth() wants.
+class SelectableText final : public QTextBrowser {
+public:
+    explicit SelectableText(QWidget* parent);
+
+    // Without attributes the text is in this widget's font. The selection stays where it is, as far as the text goes.
+    void showText(const AttributedString& text);
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return { 0, fontMetrics().height() }; }
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void followTheme();
+    void fill();
+
+    AttributedString text_;
+};
+
+} // namespace quillbox

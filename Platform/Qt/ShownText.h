@@ -1,0 +1,34 @@
+#pragma once
+
+#include "AttributedString.h"
+#include "NSGeometry.h"
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+#include <QTextDocument>
+
+#include <memory>
+
+class QPainter;
+
+namespace quillbox {
+
+// A label's text, laid out to be measured or painted: either one line, which is cut off with an ellipsis, or as
+// many as it needs in a width. A value without a look at any widget.
+class ShownText {
+public:
+    ShownText(const AttributedString& text, const QFont& font, bool isOneLine, const QColor& linkColour = {});
+
+    // In whole pixels: as wide as its longest line, at most `widthLimit`, and as high as that makes it.
+    NSSize size(double widthLimit);
+    void paint(QPainter& painter, const QRect& rect, const QColor& colour);
+
+private:
+    QFont font_;
+    // Of a text on one line.
+    QString line_;
+    std::unique_ptr<QTextDocument> lines_;
+};
+
+} // namespace quillbox

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "NSTableView.h"
+#include "ViewPresenter.h"
+
+namespace quillbox {
+
+// Shows a table: one widget paints selection, focus and drop line and takes the mouse and the keys; the rows in
+// sight are widgets on it.
+class TableViewPresenter final : public ViewPresenter {
+public:
+    TableViewPresenter(const std::shared_ptr<NSTableView>& table, QWidget& parent);
+
+protected:
+    void showContent(NSView& view) override;
+    void subviewsShown(NSView& view) override;
+
+private:
+    int toldRow_ = -1;
+};
+
+} // namespace quillbox

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "NSTableView.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <map>
+#include <memory>
+
+namespace quillbox {
+
+// The area of a table's rows. The widgets of the rows in sight are its children; they leave mouse and keys to it
+// except where a control of theirs takes them.
+class TableViewWidget final : public QWidget {
+public:
+    TableViewWidget(std::weak_ptr<NSTableView> table, QWidget* parent);
+
+    std::shared_ptr<NSTableView> table() const { return table_.lock(); }
+    // The widgets by row, for the picture of a drag and for assistive technology.
+    void setRowWidgets(std::map<int, QPointer<QWidget>> widgets);
+    QWidget* rowWidget(int row) const;
+    // -1 for what is no row of it.
+    int rowOf(const QWidget* widget) const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override { repaintFor(event); }
+    void focusOutEvent(QFocusEvent* event) override { repaintFor(event); }
+
+private:
+    void repaintFor(QFocusEvent* event);
+    void press(const QMouseEvent& event);
+    void beginDrag(int row);
+    QPixmap dragPicture(const NSTableView& table) const;
+    void paintRows(QPainter& painter, const NSTableView& table, const QRect& damaged);
+    void paintFocus(QPainter& painter, const NSTableView& table);
+    void paintDropLine(QPainter& painter, const NSTableView& table, int row) const;
+
+    std::weak_ptr<NSTableView> table_;
+    std::map<int, QPointer<QWidget>> rowWidgets_;
+    // Where the button went down, and on which row; -1 while it is up or a drag runs.
+    QPoint pressedAt_;
+    int pressedRow_ = -1;
+};
+
+} // namespace quillbox

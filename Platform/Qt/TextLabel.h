@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ShownText.h"
+
+#include <QWidget>
+
+#include <optional>
+
+namespace quillbox {
+
+// Text that is only read: painted in the colour that goes with what is behind it unless it has one of its own.
+class TextLabel final : public QWidget {
+public:
+    explicit TextLabel(QWidget* parent) : QWidget(parent) { }
+
+    void showText(const AttributedString& text, bool isOneLine);
+    // Null: the palette's.
+    void setOwnColour(std::optional<QColor> colour);
+    const QString& text() const { return plain_; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    ShownText& laidOut();
+
+    AttributedString text_;
+    bool isOneLine_ = false;
+    QString plain_;
+    std::optional<QColor> ownColour_;
+    std::optional<ShownText> laidOut_;
+};
+
+} // namespace quillbox

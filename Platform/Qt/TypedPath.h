@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <string>
+
+namespace quillbox {
+
+// Paths as a person types them, and the file system's bytes that they stand for. A name that is no valid UTF-8 is
+// shown and typed with U+FFFD in place of its odd bytes; the entry it stands for is looked up in its directory.
+
+// How a path is shown where it can be typed.
+QString typedText(const std::string& path);
+
+// The absolute path meant, without "." and "..": "~" is the home directory, a relative path begins at `directory`.
+// Names that are shown like those of `directory` are taken to be those. There need not be anything at the path.
+std::string typedPath(const QString& text, const std::string& directory);
+
+// What the text could go on to: everything in the directory that it names so far, written as it began, directories
+// with a slash behind them; hidden entries only where the name begun is one. Empty where it can't be read.
+QStringList typedContinuations(const QString& text, const std::string& directory);
+
+} // namespace quillbox

@@ -1,0 +1,358 @@
+#include "WindowPresenter.h"
+
+#include "Appearance.h"
+#include "ImageRenderer.h"
+#include "KeyViewLoop.h"
+#include "NSApplication.h"
+#include "NSButton.h"
+#include "SheetShield.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScreen>
+
+#include <algorithm>
+#include <string>
+
+namespace quillbox {
+
+namespace {
+
+    const QEvent::Type kDisplayEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+    constexpr double kIconSides[] = { 16, 24, 32, 48, 64, 128 };
+
+    // Only the buttons that the style mask names; window managers leave out what is not asked for.
+    Qt::WindowFlags flagsOf(const NSWindow& window, bool isSheet)
+    {
+        Qt::WindowFlags flags = (isSheet ? Qt::Dialog : Qt::Window) | Qt::CustomizeWindowHint;
+        const unsigned mask = window.styleMask();
+        flags.setFlag(Qt::WindowTitleHint, mask & NSWindow::titled);
+        flags.setFlag(Qt::WindowSystemMenuHint, mask & NSWindow::titled);
+        flags.setFlag(Qt::WindowCloseButtonHint, mask & NSWindow::closable);
+        flags.setFlag(Qt::WindowMinimizeButtonHint, mask & NSWindow::miniaturizable);
+        flags.setFlag(Qt::WindowMaximizeButtonHint, (mask & NSWindow::miniaturizable) && (mask & NSWindow::resizable));
+        return flags;
+    }
+
+    QIcon applicationIcon()
+    {
+        QIcon icon;
+        if (auto image = NSImage::imageNamed("Quillbox Icon")) {
+            for (const double side : kIconSides) {
+                image->setSize({ side, side });
+                icon.addPixmap(ImageRenderer::pixmap(*image, 1, QApplication::palette().color(QPalette::WindowText)));
+            }
+        }
+        return icon;
+    }
+
+    // The button that the key presses, wherever the keyboard is.
+    std::shared_ptr<NSButton> buttonOf(const std::shared_ptr<NSView>& view, char key)
+    {
+        if (view->isHidden())
+            return nullptr;
+        if (auto button = std::dynamic_pointer_cast<NSButton>(view);
+            button && button->keyEquivalent().find(key) != std::string::npos)
+            return button;
+        for (const auto& subview : view->subviews()) {
+            if (auto button = buttonOf(subview, key))
+                return button;
+        }
+        return nullptr;
+    }
+
+    void setAllNeedLayout(NSView& view)
+    {
+        view.setNeedsLayout();
+        for (const auto& subview : view.subviews())
+            setAllNeedLayout(*subview);
+    }
+
+} // namespace
+
+WindowPresenter::WindowPresenter(NSWindow& window, WindowPresenter* parent, std::function<void()> lookChanged)
+    : QWidget(parent, flagsOf(window, parent != nullptr)),
+      window_(window.weak_from_this()),
+      lookChanged_(std::move(lookChanged)),
+      content_(ViewPresenter::make(window.contentView(), *this)),
+      dragDestination_(window.weak_from_this())
+{
+    setAcceptDrops(true);
+    setFont(ordinaryFont());
+    setFocusPolicy(Qt::NoFocus);
+    setWindowIcon(parent ? parent->windowIcon() : applicationIcon());
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { focusChanged(now); });
+}
+
+WindowPresenter::~WindowPresenter() = default;
+
+void WindowPresenter::holdFor(WindowPresenter& sheet)
+{
+    shield_ = new SheetShield(*this, sheet);
+}
+
+void WindowPresenter::sheetEnded()
+{
+    delete shield_.data();
+}
+
+void WindowPresenter::retire()
+{
+    if (auto* parent = dynamic_cast<WindowPresenter*>(parentWidget()))
+        parent->sheetEnded();
+    window_.reset();
+    hide();
+    content_.reset();
+    deleteLater();
+}
+
+// Showing
+
+void WindowPresenter::setNeedsDisplay()
+{
+    if (std::exchange(isDisplayPosted_, true))
+        return;
+    QCoreApplication::postEvent(this, new QEvent(kDisplayEvent));
+}
+
+bool WindowPresenter::event(QEvent* event)
+{
+    if (event->type() == kDisplayEvent) {
+        display();
+        return true;
+    }
+    // Not told as a change of this window's font, which is its own.
+    if (event->type() == QEvent::ApplicationFontChange)
+        layOutAnew();
+    return QWidget::event(event);
+}
+
+void WindowPresenter::display()
+{
+    const NSApplication::EventScope scope;
+    const auto window = window_.lock();
+    if (!window)
+        return;
+    // What laying out changes is shown now, so it need not ask for more.
+    isDisplayPosted_ = true;
+    window->layoutIfNeeded();
+    isDisplayPosted_ = false;
+    showFrame(*window);
+    content_->widget()->setGeometry(shownRect(window->contentView()->frame()));
+    const QPointer<QWidget> focused = focusWidget();
+    const QPoint middle = focused ? focused->mapTo(this, focused->rect().center()) : QPoint();
+    const std::optional<int> tag = focusedTag_;
+    content_->sync();
+    if (focused && !focused->isVisibleTo(this))
+        giveFocusTo(middle, tag);
+    content_->widget()->show();
+    showFirstResponder(*window);
+}
+
+void WindowPresenter::giveFocusTo(QPoint middle, std::optional<int> tag)
+{
+    // A row that was asked for anew has another button for the same thing in the same place.
+    QWidget* there = childAt(middle);
+    ViewPresenter* presenter = there ? content_->find(there) : nullptr;
+    const auto control = presenter ? std::dynamic_pointer_cast<NSControl>(presenter->view()) : nullptr;
+    if (control && control->tag() == tag && there->focusPolicy() & Qt::TabFocus)
+        there->setFocus(Qt::OtherFocusReason);
+}
+
+void WindowPresenter::showFrame(const NSWindow& window)
+{
+    setWindowTitle(QString::fromStdString(window.title()));
+    const auto whole = [](NSSize wanted) {
+        constexpr double kLargest = QWIDGETSIZE_MAX;
+        return QSize(static_cast<int>(std::min(wanted.width, kLargest)),
+                     static_cast<int>(std::min(wanted.height, kLargest)));
+    };
+    const QSize size = shownRect(window.contentView()->frame()).size();
+    if (window.styleMask() & NSWindow::resizable) {
+        setMinimumSize(whole(window.contentMinSize()));
+        setMaximumSize(whole(window.contentMaxSize()));
+        resize(size);
+    } else {
+        setFixedSize(size);
+    }
+}
+
+void WindowPresenter::showFirstResponder(NSWindow& window)
+{
+    if (shownFirstResponder_ == window.firstResponderCount())
+        return;
+    shownFirstResponder_ = window.firstResponderCount();
+    const auto responder = window.firstResponder();
+    ViewPresenter* presenter = responder ? content_->find(*responder) : nullptr;
+    if (presenter)
+        presenter->keyWidget()->setFocus(Qt::OtherFocusReason);
+    else if (!responder && focusWidget())
+        focusWidget()->clearFocus();
+}
+
+void WindowPresenter::orderFront()
+{
+    const auto window = window_.lock();
+    if (!window)
+        return;
+    if (!isVisible()) {
+        display();
+        placeFirst(*window);
+        if (!focusWidget())
+            focusFirst();
+        show();
+    }
+    if (isMinimized())
+        showNormal();
+    raise();
+    activateWindow();
+}
+
+void WindowPresenter::focusFirst()
+{
+    // What is to be filled in, else the first control; texts are for reading.
+    QWidget* control = nullptr;
+    for (QWidget* widget : keyWidgets(*this)) {
+        if (auto* line = qobject_cast<QLineEdit*>(widget)) {
+            line->setFocus(Qt::OtherFocusReason);
+            line->selectAll();
+            return;
+        }
+        if (!control && !widget->inherits("QTextEdit"))
+            control = widget;
+    }
+    if (control)
+        control->setFocus(Qt::OtherFocusReason);
+}
+
+void WindowPresenter::placeFirst(const NSWindow& window)
+{
+    if (std::exchange(isPlaced_, true))
+        return;
+    const QWidget* on = parentWidget();
+    const QRect room = (on ? on->screen() : screen())->availableGeometry();
+    QPoint place = room.center() - rect().center();
+    if (on && window.sheetParent())
+        place = on->geometry().topLeft() + QPoint((on->width() - width()) / 2, 0);
+    // A sheet that is taller than its window stays on the screen where it can.
+    place.setX(std::max(room.left(), std::min(place.x(), room.right() + 1 - width())));
+    place.setY(std::max(room.top(), std::min(place.y(), room.bottom() + 1 - height())));
+    move(place);
+}
+
+// What the desktop and the person do
+
+void WindowPresenter::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::StyleChange:
+    case QEvent::FontChange:
+    case QEvent::PaletteChange:
+        layOutAnew();
+        break;
+    default:
+        break;
+    }
+}
+
+void WindowPresenter::layOutAnew()
+{
+    const NSApplication::EventScope scope;
+    const auto window = window_.lock();
+    if (!window || !isVisible())
+        return;
+    setFont(ordinaryFont());
+    lookChanged_();
+    setAllNeedLayout(*window->contentView());
+    content_->forgetShown();
+    setNeedsDisplay();
+}
+
+void WindowPresenter::closeEvent(QCloseEvent* event)
+{
+    const NSApplication::EventScope scope;
+    // The window decides, and tells when it is closed.
+    event->ignore();
+    if (const auto window = window_.lock())
+        window->performClose(nullptr);
+}
+
+void WindowPresenter::resizeEvent(QResizeEvent*)
+{
+    const NSApplication::EventScope scope;
+    const auto window = window_.lock();
+    if (!window || !isVisible())
+        return;
+    window->setContentSize({ static_cast<double>(width()), static_cast<double>(height()) });
+    display();
+}
+
+void WindowPresenter::keyPressEvent(QKeyEvent* event)
+{
+    const NSApplication::EventScope scope;
+    const auto window = window_.lock();
+    char key = 0;
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        key = '\r';
+    else if (event->key() == Qt::Key_Escape)
+        key = '\x1b';
+    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    const auto button = window && isPlain && key ? buttonOf(window->contentView(), key) : nullptr;
+    if (button)
+        button->performClick();
+    else
+        event->ignore();
+}
+
+bool WindowPresenter::focusNextPrevChild(bool next)
+{
+    QWidget* widget = nextKeyWidget(*this, focusWidget(), next);
+    if (!widget)
+        return false;
+    widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+void WindowPresenter::focusChanged(QWidget* now)
+{
+    const NSApplication::EventScope scope;
+    const auto window = window_.lock();
+    if (!window || !now || now->window() != this)
+        return;
+    ViewPresenter* presenter = content_->find(now);
+    if (!presenter)
+        return;
+    const auto control = std::dynamic_pointer_cast<NSControl>(presenter->view());
+    focusedTag_ = control ? std::optional(control->tag()) : std::nullopt;
+    window->userFocuses(presenter->view());
+}
+
+void WindowPresenter::dragEnterEvent(QDragEnterEvent* event)
+{
+    dragDestination_.move(*event);
+    // Elsewhere on the window may be a view that takes it.
+    if (!event->isAccepted()) {
+        event->setDropAction(Qt::IgnoreAction);
+        event->accept();
+    }
+}
+
+void WindowPresenter::dragMoveEvent(QDragMoveEvent* event)
+{
+    dragDestination_.move(*event);
+}
+
+void WindowPresenter::dragLeaveEvent(QDragLeaveEvent*)
+{
+    dragDestination_.leave();
+}
+
+void WindowPresenter::dropEvent(QDropEvent* event)
+{
+    dragDestination_.drop(*event);
+}
+
+} // namespace quillbox

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "DragDestination.h"
+#include "NSWindow.h"
+#include "ViewPresenter.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quillbox {
+
+class SheetShield;
+
+// Shows one window or sheet: the top-level widget with the views' widgets in it. Changes of the model are shown
+// all together, before the next wait for events. What the window as a whole takes is here: its size, the close
+// button, Return and Escape, the keyboard's way through the controls, drags, changes of the theme. Made and kept by
+// QtWindowDisplay until the window is closed; it is deleted only after the event that closed it.
+class WindowPresenter final : public QWidget {
+public:
+    // `lookChanged` is called when the style, the fonts or the colours have changed, before the views are laid out
+    // again. A sheet has the window that it is on as its parent.
+    WindowPresenter(NSWindow& window, WindowPresenter* parent, std::function<void()> lookChanged);
+    ~WindowPresenter() override;
+
+    // Shows it where it is not shown, and brings it to the front.
+    void orderFront();
+    void setNeedsDisplay();
+    // Takes no input until sheetEnded(); the sheet does.
+    void holdFor(WindowPresenter& sheet);
+    void sheetEnded();
+    // Off the screen, and deleted later.
+    void retire();
+
+    bool event(QEvent* event) override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void display();
+    // To the control with that tag there, if there is one.
+    void giveFocusTo(QPoint middle, std::optional<int> tag);
+    void showFrame(const NSWindow& window);
+    void showFirstResponder(NSWindow& window);
+    void focusFirst();
+    void placeFirst(const NSWindow& window);
+    void focusChanged(QWidget* now);
+    void layOutAnew();
+
+    std::weak_ptr<NSWindow> window_;
+    std::function<void()> lookChanged_;
+    std::unique_ptr<ViewPresenter> content_;
+    DragDestination dragDestination_;
+    // Owned by this widget; while a sheet is on the window.
+    QPointer<SheetShield> shield_;
+    bool isDisplayPosted_ = false;
+    bool isPlaced_ = false;
+    unsigned shownFirstResponder_ = 0;
+    // Of the control that has the keyboard; kept here since the control may go away.
+    std::optional<int> focusedTag_;
+};
+
+} // namespace quillbox

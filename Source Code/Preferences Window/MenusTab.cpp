@@ -1,0 +1,158 @@
+#include "MenusTab.h"
+
+#include "NSFont.h"
+#include "NSImageView.h"
+#include "SuggestedMenuItemsTable.h"
+#include "TentativeMenuItemDeleter.h"
+#include "TentativeMenuItemsTable.h"
+#include "TesselUtilityFunctions.h"
+
+namespace quillbox {
+
+MenusTab::MenusTab(std::shared_ptr<NSView> tab, std::shared_ptr<NSButton> resetButton)
+    : tab_(std::move(tab)),
+      resetButton_(std::move(resetButton))
+{
+    makeViews();
+    placeTables();
+    placeHeadings();
+    placeArrow();
+    placeTrash();
+    placeReset();
+}
+
+std::shared_ptr<NSTextField> MenusTab::addText(const std::string& text, bool isSelectable,
+                                               std::optional<FontAttribute> font)
+{
+    return TesselUtilityFunctions::addTextFieldToView(
+        { .text = text, .view = tab_, .noAutoLayout = true, .selectable = isSelectable, .font = font });
+}
+
+std::shared_ptr<NSScrollView> MenusTab::addScrollView()
+{
+    auto scrollView = NSScrollView::create();
+    scrollView->setBorderType(NSScrollView::BorderType::bezelBorder);
+    scrollView->setDrawsBackground(false);
+    scrollView->setHasVerticalScroller(true);
+    scrollView->setVerticalScrollerControlSize(NSScrollView::ControlSize::small);
+    scrollView->setTranslatesAutoresizingMaskIntoConstraints(false);
+    tab_->addSubview(scrollView);
+    return scrollView;
+}
+
+void MenusTab::keepInside(NSTextField& text)
+{
+    NSLayoutConstraint::activate({ text.rightAnchor().constraintLessThanOrEqualTo(tab_->rightAnchor(), -10) });
+}
+
+void MenusTab::makeViews()
+{
+    leftScrollView_ = addScrollView();
+    rightScrollView_ = addScrollView();
+    tentativeTable_ = TentativeMenuItemsTable::create(leftScrollView_);
+    tentativeTable_->setAccessibilityLabel("Your Quillbox");
+    leftScrollView_->setDocumentView(tentativeTable_);
+    const auto suggestedTable = SuggestedMenuItemsTable::create();
+    suggestedTable->setAccessibilityLabel("Suggested Menu Items");
+    rightScrollView_->setDocumentView(suggestedTable);
+
+    instructions_ = addText("Drag items from the right (suggested) menus to the left (actual) menus, and/or\n"
+                            "drag file/directory icons from the Finder into your menu, to add them to the menus\n\n"
+                            "Click the icon next to each left (actual) menu to configure that item's settings,\n"
+                            "and to see any menu-specific notes",
+                            true);
+    trash_ = std::make_shared<TentativeMenuItemDeleter>();
+    trash_->tableWithTentativeMenus = tentativeTable_;
+    trash_->setTranslatesAutoresizingMaskIntoConstraints(false);
+    tab_->addSubview(trash_);
+}
+
+void MenusTab::placeTables()
+{
+    NSLayoutConstraint::activate({
+        leftScrollView_->leftAnchor().constraintEqualTo(tab_->leftAnchor(), 20),
+        leftScrollView_->rightAnchor().constraintEqualTo(tab_->centerXAnchor(), -15),
+        leftScrollView_->topAnchor().constraintEqualTo(tab_->topAnchor(), 40),
+        leftScrollView_->bottomAnchor().constraintEqualTo(instructions_->topAnchor(), -15),
+        rightScrollView_->leftAnchor().constraintEqualTo(tab_->centerXAnchor(), 15),
+        rightScrollView_->rightAnchor().constraintEqualTo(tab_->rightAnchor(), -20),
+        rightScrollView_->topAnchor().constraintEqualTo(tab_->topAnchor(), 40),
+        rightScrollView_->bottomAnchor().constraintEqualTo(leftScrollView_->bottomAnchor()),
+    });
+}
+
+void MenusTab::placeHeadings()
+{
+    const auto placeAbove = [](const std::shared_ptr<NSTextField>& heading, NSScrollView& scrollView) {
+        NSLayoutConstraint::activate({
+            heading->centerXAnchor().constraintEqualTo(scrollView.centerXAnchor()),
+            heading->bottomAnchor().constraintEqualTo(scrollView.topAnchor(), -5),
+        });
+    };
+    placeAbove(addText("Your Quillbox", false), *leftScrollView_);
+    placeAbove(addText("Suggested Menu Items", false), *rightScrollView_);
+
+    const auto image = NSImage::imageNamed("Quillbox Icon");
+    if (!image)
+        return;
+    const auto icon = std::make_shared<NSImageView>();
+    icon->setIdentifier("Quillbox Icon");
+    icon->setImage(*image);
+    icon->setImageFrameStyle(NSImageView::FrameStyle::photo);
+    icon->setTranslatesAutoresizingMaskIntoConstraints(false);
+    tab_->addSubview(icon);
+    NSLayoutConstraint::activate({
+        icon->leftAnchor().constraintEqualTo(leftScrollView_->leftAnchor(), 4),
+        icon->bottomAnchor().constraintEqualTo(leftScrollView_->topAnchor(), -2),
+        icon->widthAnchor().constraintEqualToConstant(image->size().width),
+        icon->heightAnchor().constraintEqualToConstant(image->size().height),
+    });
+}
+
+void MenusTab::placeArrow()
+{
+    const auto drag = addText("Drag", false, NSFont::boldSystemFont(0));
+    const auto arrow = addText("\u293D", false, NSFont::userFont(38));
+    NSLayoutConstraint::activate({
+        drag->centerXAnchor().constraintEqualTo(tab_->centerXAnchor()),
+        drag->centerYAnchor().constraintEqualTo(leftScrollView_->topAnchor(), 20),
+        arrow->centerXAnchor().constraintEqualTo(tab_->centerXAnchor()),
+        arrow->topAnchor().constraintEqualTo(drag->bottomAnchor(), -14),
+    });
+}
+
+void MenusTab::placeTrash()
+{
+    const auto arrow = addText("\u2B05", false, NSFont::userFont(24));
+    const auto text = addText("Drag items from the left (actual) menus to this\n"
+                              "trash can to remove them from your menu",
+                              true);
+    keepInside(*instructions_);
+    keepInside(*text);
+    NSLayoutConstraint::activate({
+        instructions_->leftAnchor().constraintEqualTo(trash_->leftAnchor(), 1),
+        instructions_->bottomAnchor().constraintEqualTo(trash_->topAnchor(), -13),
+        trash_->leftAnchor().constraintEqualTo(tab_->leftAnchor(), 20),
+        trash_->bottomAnchor().constraintEqualTo(resetButton_->topAnchor(), -12),
+        trash_->widthAnchor().constraintEqualToConstant(40),
+        trash_->heightAnchor().constraintEqualToConstant(40),
+        arrow->leftAnchor().constraintEqualTo(trash_->rightAnchor(), 2),
+        arrow->centerYAnchor().constraintEqualTo(trash_->centerYAnchor()),
+        text->leftAnchor().constraintEqualTo(arrow->rightAnchor(), 9),
+        text->centerYAnchor().constraintEqualTo(arrow->centerYAnchor()),
+    });
+}
+
+void MenusTab::placeReset()
+{
+    const auto text = addText("Reset the menus to their default", true);
+    keepInside(*text);
+    NSLayoutConstraint::activate({
+        resetButton_->leftAnchor().constraintEqualTo(tab_->leftAnchor(), 20),
+        resetButton_->bottomAnchor().constraintEqualTo(tab_->bottomAnchor(), -12),
+        text->leftAnchor().constraintEqualTo(resetButton_->rightAnchor(), 9),
+        text->centerYAnchor().constraintEqualTo(resetButton_->centerYAnchor()),
+    });
+}
+
+} // namespace quillbox

@@ -1,0 +1,373 @@
+#include "PreferencesWindowVC.h"
+
+#include "Bundle.h"
+#include "Debug.h"
+#include "GlobalVars.h"
+#include "ManageDefaults.h"
+#include "MenusTab.h"
+#include "NSApplication.h"
+#include "StatusMenuItemController.h"
+#include "SuggestedMenuItemsTable.h"
+#include "TentativeMenuItemDeleter.h"
+#include "TentativeMenuItemsTable.h"
+#include "TesselUtilityFunctions.h"
+#include "UserDefaults.h"
+#include "UtilityFunctions.h"
+
+namespace quillbox {
+
+namespace {
+
+    using Controller = PreferencesWindowVC;
+
+    namespace actions {
+        const Selector reset = makeSelector<&Controller::resetTentativeMenus>("resetTentativeMenusWithSender:");
+        const Selector cancel = makeSelector<&Controller::cancelPreferences>("cancelPreferencesWithSender:");
+        const Selector save = makeSelector<&Controller::savePreferences>("savePreferencesWithSender:");
+        const Selector quit = makeSelector<&Controller::quitTheApp>("quitTheAppWithSender:");
+        const Selector readAll =
+            makeSelector<&Controller::readAllFromUserDefaults>("readAllFromUserDefaultsWithSender:");
+        const Selector printActual = makeSelector<&Controller::printActualMenuItems>("printActualMenuItemsWithSender:");
+        const Selector printPlus = makeSelector<&Controller::printMenuItemPlus>("printMenuItemPlusWithSender:");
+        const Selector deletePrefs = makeSelector<&Controller::deletePrefsAndQuit>("deletePrefsAndQuitWithSender:");
+    } // namespace actions
+
+    constexpr const char* kErrorLogLabel = "Error Log";
+
+    // Points.
+    constexpr NSSize kContentSize { 520, 650 };
+    constexpr double kMayGrowBy = 400;
+
+    // A scroll view that fills the tab, with the text in it.
+    std::shared_ptr<NSTextField> fillWithText(const std::shared_ptr<NSView>& tab, const AttributedString& text)
+    {
+        const auto scrollView = UtilityFunctions::makeScrollView();
+        scrollView->setTranslatesAutoresizingMaskIntoConstraints(false);
+        tab->addSubview(scrollView);
+        NSLayoutConstraint::activate({
+            scrollView->leftAnchor().constraintEqualTo(tab->leftAnchor(), 10),
+            scrollView->rightAnchor().constraintEqualTo(tab->rightAnchor()),
+            scrollView->topAnchor().constraintEqualTo(tab->topAnchor(), 18),
+            scrollView->bottomAnchor().constraintEqualTo(tab->bottomAnchor(), -18),
+        });
+        auto field = TesselUtilityFunctions::addTextFieldToView(
+            { .attributedText = text, .noAutoLayout = true, .selectable = true });
+        scrollView->setDocumentView(field);
+        const auto& clipView = scrollView->contentView();
+        NSLayoutConstraint::activate({
+            field->topAnchor().constraintEqualTo(clipView->topAnchor(), 10),
+            field->leftAnchor().constraintEqualTo(clipView->leftAnchor(), 10),
+            field->rightAnchor().constraintEqualTo(clipView->rightAnchor(), -10),
+        });
+        return field;
+    }
+
+    void appendPaths(AttributedString& text, const std::vector<std::string>& paths)
+    {
+        std::string lines = paths.empty() ? "\n\n(none)" : "\n";
+        for (const std::string& path : paths)
+            lines.append(path).append("\n");
+        text.append(lines + "\n\n");
+    }
+
+    AttributedString debugText()
+    {
+        std::vector<std::string> menuPaths;
+        for (const ManageDefaults::FileReference& reference : ManageDefaults::fileReferences())
+            menuPaths.push_back(reference.path);
+        std::vector<std::string> openedPaths;
+        for (const URL& url : ManageDefaults::securityScopedURLs())
+            openedPaths.push_back(url.path());
+        AttributedString text("Current Menu Paths:", GlobalVars::boldTextAttributes());
+        appendPaths(text, menuPaths);
+        text.append("Securely-opened paths:", GlobalVars::boldTextAttributes());
+        appendPaths(text, openedPaths);
+        return text;
+    }
+
+    AttributedString errorLogText()
+    {
+        if (Debug::errorLog().empty())
+            return AttributedString("No Errors");
+        AttributedString text;
+        for (const AttributedString& entry : Debug::errorLog()) {
+            if (!text.runs().empty())
+                text.append("\n\n\n");
+            text.append(entry);
+        }
+        return text;
+    }
+
+} // namespace
+
+std::shared_ptr<PreferencesWindowVC> Controller::create()
+{
+    std::shared_ptr<PreferencesWindowVC> controller(new PreferencesWindowVC);
+    controller->buildView();
+    controller->view()->setFrameSize(kContentSize);
+    const auto window = NSWindow::create(controller);
+    window->setTitle("Quillbox Preferences");
+    window->setStyleMask(NSWindow::titled | NSWindow::closable | NSWindow::resizable);
+    window->setContentMinSize(kContentSize);
+    window->setContentMaxSize({ kContentSize.width, kContentSize.height + kMayGrowBy });
+    NSWindowController(window).showWindow(controller.get());
+    preferencesWindow() = window;
+    return controller;
+}
+
+std::weak_ptr<NSWindow>& Controller::preferencesWindow()
+{
+    static std::weak_ptr<NSWindow> window;
+    return window;
+}
+
+const AttributedString& Controller::aboutText()
+{
+    static const AttributedString text = [] {
+        const Bundle& bundle = Bundle::main();
+        const auto link = [](const char* address) { return TextAttributes { {}, address }; };
+        AttributedString about("Quillbox\n", GlobalVars::boldTextAttributes());
+        about.append("version: " + bundle.infoString("CFBundleShortVersionString").value_or("unknown") + "\n"
+                         + bundle.infoString("NSHumanReadableCopyright").value_or("unknown copyright") + "\n",
+                     GlobalVars::smallTextAttributes());
+        about.append("\nQuillbox is an app that puts a pull-down menu in the status-bar so that oft-used files and "
+                     "directories can be browsed using menus.");
+        about.append("\n\nQuillbox can be downloaded from ");
+        about.append(QUILLBOX_DOWNLOAD_SITE, link(QUILLBOX_DOWNLOAD_ADDRESS));
+        about.append(".\n\n\n");
+        about.append("Credits", GlobalVars::boldTextAttributes());
+        about.append("\n\nThe \"puff of smoke\" animation in the Menus tab (displayed when a menu-item is deleted) was "
+                     "licensed from ");
+        about.append(QUILLBOX_SMOKE_LICENSOR, link(QUILLBOX_SMOKE_LICENSOR_ADDRESS));
+        about.append(".");
+        return about;
+    }();
+    return text;
+}
+
+// Building the window
+
+void Controller::buildView()
+{
+    setView(std::make_shared<NSView>());
+    const auto tabView = std::make_shared<NSTabView>();
+    tabView->setDelegate(std::static_pointer_cast<PreferencesWindowVC>(shared_from_this()));
+    tabView->setTranslatesAutoresizingMaskIntoConstraints(false);
+    view()->addSubview(tabView);
+    NSLayoutConstraint::activate({
+        tabView->centerXAnchor().constraintEqualTo(view()->centerXAnchor()),
+        tabView->widthAnchor().constraintEqualToConstant(490),
+        tabView->topAnchor().constraintEqualTo(view()->topAnchor(), 30),
+        tabView->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -80),
+    });
+    const auto addTab = [&](const std::string& label, void (Controller::*fill)(const std::shared_ptr<NSView>&)) {
+        auto item = std::make_shared<NSTabViewItem>(label);
+        item->view()->setIdentifier(label);
+        (this->*fill)(item->view());
+        tabView->addTabViewItem(std::move(item));
+    };
+    addTab("Menus", &Controller::fillMenusTab);
+    addTab("About", &Controller::fillAboutTab);
+    addTab("Quit", &Controller::fillQuitTab);
+    if (ManageDefaults::showDebugTab()) {
+        addTab("Debug", &Controller::fillDebugTab);
+        addTab(kErrorLogLabel + (" (" + std::to_string(Debug::errorLog().size()) + ")"), &Controller::fillErrorLogTab);
+    }
+    addApplyAndCancel();
+}
+
+std::shared_ptr<NSButton> Controller::addButton(const std::shared_ptr<NSView>& view, const std::string& title,
+                                                const Selector& action)
+{
+    auto button = std::make_shared<NSButton>();
+    button->setButtonType(NSButton::ButtonType::momentaryPushIn);
+    button->setTitle(title);
+    button->setTarget(shared_from_this(), &action);
+    button->setTranslatesAutoresizingMaskIntoConstraints(false);
+    view->addSubview(button);
+    return button;
+}
+
+void Controller::fillMenusTab(const std::shared_ptr<NSView>& tab)
+{
+    const MenusTab menus(tab, addButton(tab, "Reset", actions::reset));
+    tableWithTentativeMenus = menus.tentativeTable();
+}
+
+void Controller::fillAboutTab(const std::shared_ptr<NSView>& tab)
+{
+    aboutTextField = fillWithText(tab, aboutText());
+}
+
+void Controller::fillQuitTab(const std::shared_ptr<NSView>& tab)
+{
+    const auto quit = addButton(tab, "Quit", actions::quit);
+    NSLayoutConstraint::activate({
+        quit->centerXAnchor().constraintEqualTo(tab->centerXAnchor()),
+        quit->topAnchor().constraintEqualTo(tab->topAnchor(), 40),
+    });
+}
+
+void Controller::fillDebugTab(const std::shared_ptr<NSView>& tab)
+{
+    const auto anchor = std::make_shared<NSView>();
+    anchor->setTranslatesAutoresizingMaskIntoConstraints(false);
+    tab->addSubview(anchor);
+    const auto version = TesselUtilityFunctions::addTextFieldToView(
+        { .text = "User Defaults Save Version: " + std::to_string(ManageDefaults::menusSaveVersion),
+          .view = tab,
+          .noAutoLayout = true });
+    NSLayoutConstraint::activate({
+        anchor->leftAnchor().constraintEqualTo(tab->leftAnchor(), 20),
+        anchor->topAnchor().constraintEqualTo(tab->topAnchor(), 20),
+        version->topAnchor().constraintEqualTo(anchor->bottomAnchor(), 15),
+        version->leftAnchor().constraintEqualTo(anchor->leftAnchor()),
+    });
+    std::shared_ptr<NSView> last = version;
+    const auto placeBelowLast = [&](const std::shared_ptr<NSView>& view) {
+        NSLayoutConstraint::activate({
+            view->leftAnchor().constraintEqualTo(last->leftAnchor()),
+            view->topAnchor().constraintEqualTo(last->bottomAnchor(), 15),
+        });
+        last = view;
+    };
+    const auto addWideButton = [&](const std::string& title, const Selector& action) {
+        const auto button = addButton(tab, title, action);
+        NSLayoutConstraint::activate({ button->widthAnchor().constraintEqualToConstant(340) });
+        placeBelowLast(button);
+    };
+    addWideButton("Read Menu-Config Into App", actions::readAll);
+    addWideButton("Print actualMenuItems[] to stdout", actions::printActual);
+    addWideButton("Print dynamicMenuItems[] to stdout", actions::printPlus);
+    addWideButton("Delete All Preferences and Quit", actions::deletePrefs);
+    const auto paths = TesselUtilityFunctions::addTextFieldToView(
+        { .attributedText = debugText(), .view = tab, .noAutoLayout = true, .selectable = true });
+    placeBelowLast(paths);
+    NSLayoutConstraint::activate({ paths->rightAnchor().constraintEqualTo(tab->rightAnchor(), -20) });
+    debugTextField = paths;
+}
+
+void Controller::fillErrorLogTab(const std::shared_ptr<NSView>& tab)
+{
+    errorLogTextField = fillWithText(tab, errorLogText());
+}
+
+void Controller::addApplyAndCancel()
+{
+    const auto cancel = addButton(view(), "Cancel", actions::cancel);
+    cancel->setKeyEquivalent("\x1b");
+    const auto apply = addButton(view(), "Apply", actions::save);
+    apply->setKeyEquivalent("\r");
+    apply->setEnabled(false);
+    NSLayoutConstraint::activate({
+        cancel->widthAnchor().constraintEqualToConstant(130),
+        cancel->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -30),
+        cancel->rightAnchor().constraintEqualTo(view()->centerXAnchor(), -40),
+        apply->widthAnchor().constraintEqualToConstant(130),
+        apply->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -30),
+        apply->leftAnchor().constraintEqualTo(view()->centerXAnchor(), 40),
+    });
+    buttonToSavePrefs = apply;
+    if (const auto table = tableWithTentativeMenus.lock())
+        table->savePreferencesButton = apply;
+}
+
+// Actions
+
+void Controller::resetTentativeMenus(NSObject*)
+{
+    const auto table = tableWithTentativeMenus.lock();
+    if (!table)
+        return;
+    table->tentativeMenuItems = ManageDefaults::defaultMenuItems();
+    table->reloadData();
+    if (const auto button = table->savePreferencesButton.lock())
+        button->setEnabled(true);
+}
+
+void Controller::cancelPreferences(NSObject* sender)
+{
+    if (const auto window = view()->window())
+        window->performClose(sender);
+}
+
+void Controller::savePreferences(NSObject* sender)
+{
+    if (const auto table = tableWithTentativeMenus.lock())
+        MainMenuItem::actualMenuItems() = table->tentativeMenuItems;
+    ManageDefaults::saveAllToDisk();
+    ManageDefaults::loadAllFromDisk();
+    if (const auto window = view()->window())
+        window->performClose(sender);
+}
+
+void Controller::quitTheApp(NSObject*)
+{
+    NSApplication::shared().terminate(this);
+}
+
+void Controller::readAllFromUserDefaults(NSObject*)
+{
+    ManageDefaults::loadAllFromDisk();
+    const auto table = tableWithTentativeMenus.lock();
+    if (table)
+        table->reloadData();
+    if (const auto button = buttonToSavePrefs.lock())
+        button->setEnabled(true);
+    if (table) {
+        table->tile();
+        table->reloadData();
+    }
+}
+
+void Controller::printActualMenuItems(NSObject*)
+{
+    MainMenuItem::dumpActualMenuItems();
+}
+
+void Controller::printMenuItemPlus(NSObject*)
+{
+    Debug::dumpDynamicMenuItems();
+}
+
+void Controller::deletePrefsAndQuit(NSObject*)
+{
+    // Without an identifier there is no domain of our own to remove.
+    if (const auto identifier = Bundle::main().bundleIdentifier())
+        UserDefaults::standard().removePersistentDomain(*identifier);
+    NSApplication::shared().terminate(this);
+}
+
+void Controller::eraseUserDefaults(NSObject*)
+{
+    for (const auto& [key, value] : UserDefaults::standard().dictionaryRepresentation())
+        UserDefaults::standard().removeObject(key);
+}
+
+void Controller::tabViewDidSelect(NSTabView&, const NSTabViewItem& item)
+{
+    std::shared_ptr<NSTextField> field;
+    if (item.label() == "About")
+        field = aboutTextField.lock();
+    else if (item.label() == "Debug")
+        field = debugTextField.lock();
+    else if (item.label().starts_with(kErrorLogLabel))
+        field = errorLogTextField.lock();
+    if (!field)
+        return;
+    field->selectText();
+    // The caret at the beginning, nothing highlighted.
+    if (auto* editor = field->currentEditor())
+        editor->setSelectedRange({ 0, 0 });
+}
+
+void StatusMenuItemController::openAppPreferencesWindow(NSObject*)
+{
+    if (PreferencesWindowVC::preferencesWindow().expired())
+        PreferencesWindowVC::create();
+    NSApplication::shared().activate(true);
+    if (const auto window = PreferencesWindowVC::preferencesWindow().lock())
+        window->orderFrontRegardless();
+}
+
+} // namespace quillbox

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "MenuItemType.h"
+#include "NSTableView.h"
+
+#include <array>
+#include <memory>
+
+namespace quillbox {
+
+// The table of the kinds of items that can be added to the menu. Rows are dragged out of it; nothing is dropped
+// on it. Its own data source and delegate.
+class SuggestedMenuItemsTable final : public NSTableView, public NSTableViewDataSource, public NSTableViewDelegate {
+public:
+    // A row each, in this order.
+    static constexpr std::array suggestedKinds {
+        MenuItemType::systemSettings,  MenuItemType::systemApplicationsDirectory,
+        MenuItemType::separator,       MenuItemType::recentItems,
+        MenuItemType::recentItemsApps, MenuItemType::recentItemsDocs,
+        MenuItemType::arbitraryPath,   MenuItemType::plaintext,
+    };
+
+    static std::shared_ptr<SuggestedMenuItemsTable> create();
+    // Use create(): a table that is not shared can't be its own delegate.
+    SuggestedMenuItemsTable() = default;
+
+    const char* className() const override { return "SuggestedMenuItemsTable"; }
+
+    int numberOfRows(NSTableView& tableView) override;
+    std::shared_ptr<NSView> viewForRow(NSTableView& tableView, int row) override;
+    std::shared_ptr<NSPasteboardWriting> pasteboardWriterForRow(NSTableView& tableView, int row) override;
+};
+
+// One dragged suggestion.
+class SuggestedMenuItemsPasteboardWriter final : public NSPasteboardWriting {
+public:
+    explicit SuggestedMenuItemsPasteboardWriter(std::string rawString) : enumRawString(std::move(rawString)) { }
+
+    std::vector<std::string> writableTypes() const override;
+    std::optional<PropertyList> pasteboardPropertyList(const std::string& forType) const override;
+
+    // The raw value of the kind.
+    const std::string enumRawString;
+};
+
+} // namespace quillbox

@@ -1,0 +1,133 @@
+#include "TentativeMenuItemDeleter.h"
+
+#include "CALayer.h"
+#include "GlobalVars.h"
+#include "TentativeMenuItemsTable.h"
+
+#include <any>
+#include <chrono>
+
+namespace quillbox {
+
+namespace {
+
+    // Points.
+    constexpr double kHighlightWidth = 2;
+    constexpr double kFrameSide = 128;
+    constexpr int kFrameCount = 10;
+    constexpr double kExplosionSide = 80;
+    constexpr std::chrono::milliseconds kExplosionDuration { 300 };
+
+    // Each a part of the strip, drawn when it is first shown.
+    std::vector<NSImage> cutSmokeImages()
+    {
+        std::vector<NSImage> images;
+        auto strip = NSImage::imageNamed("Circle Smoke");
+        if (!strip)
+            return images;
+        strip->setSize({ kFrameCount * kFrameSide, kFrameSide });
+        images.reserve(kFrameCount);
+        const NSRect whole { {}, { kFrameSide, kFrameSide } };
+        for (int index = 0; index < kFrameCount; ++index) {
+            NSImage frame(whole.size);
+            const NSRect part { { index * kFrameSide, 0 }, whole.size };
+            frame.draw(*strip, whole, part, NSCompositingOperation::copy, 1.0);
+            images.push_back(std::move(frame));
+        }
+        return images;
+    }
+
+} // namespace
+
+TentativeMenuItemDeleter::TentativeMenuItemDeleter()
+{
+    if (auto image = NSImage::imageNamed(NSImageNameTrashFull))
+        setImage(std::move(*image));
+    setImageScaling(NSButton::ImageScaling::proportionallyUpOrDown);
+    setAccessibilityLabel("Trash");
+    registerForDraggedTypes({ GlobalVars::tentativeMenuItemPasteboardType() });
+    setLayer(std::make_unique<CALayer>());
+}
+
+const std::vector<NSImage>& TentativeMenuItemDeleter::smokeImages()
+{
+    if (!smokeImages_)
+        smokeImages_ = std::make_unique<std::vector<NSImage>>(cutSmokeImages());
+    return *smokeImages_;
+}
+
+void TentativeMenuItemDeleter::setHighlighted(bool isHighlighted)
+{
+    if (isHighlighted)
+        layer()->setBorder(kHighlightWidth, CGColor::controlAccent);
+    else
+        layer()->setBorder(0, CGColor::clear);
+}
+
+NSDragOperation TentativeMenuItemDeleter::draggingEntered(const NSDraggingInfo&)
+{
+    setHighlighted(true);
+    return NSDragOperation::deleteOperation;
+}
+
+void TentativeMenuItemDeleter::draggingExited()
+{
+    setHighlighted(false);
+}
+
+bool TentativeMenuItemDeleter::performDragOperation(const NSDraggingInfo& info)
+{
+    std::vector<int> rowNums;
+    for (const PropertyList& value :
+         info.draggingPasteboard.propertyLists(GlobalVars::tentativeMenuItemPasteboardType())) {
+        if (const auto row = value.asInt64())
+            rowNums.push_back(static_cast<int>(*row));
+    }
+    if (rowNums.empty())
+        return false;
+    if (const auto table = tableWithTentativeMenus.lock())
+        table->deleteMenuItems(std::move(rowNums));
+    shouldShowSmokeExplosion = true;
+    return true;
+}
+
+void TentativeMenuItemDeleter::draggingEnded()
+{
+    setHighlighted(false);
+    if (std::exchange(shouldShowSmokeExplosion, false))
+        showSmokeExplosion();
+}
+
+void TentativeMenuItemDeleter::showSmokeExplosion()
+{
+    const auto parent = superview();
+    if (!parent || smokeImages().size() < 2)
+        return;
+    CAKeyframeAnimation animation(CAKeyframeAnimation::contentsKeyPath);
+    animation.setValues(std::vector<std::any>(smokeImages().begin(), smokeImages().end()));
+    animation.setDuration(kExplosionDuration);
+
+    auto layer = std::make_unique<CALayer>();
+    layer->setMasksToBounds(false);
+    const auto smoke = std::make_shared<NSView>();
+    smoke->setIdentifier("smoke");
+    smoke->setLayer(std::move(layer));
+    smoke->setTranslatesAutoresizingMaskIntoConstraints(false);
+    parent->addSubviewAbove(smoke, *this);
+    NSLayoutConstraint::activate({
+        smoke->centerXAnchor().constraintEqualTo(centerXAnchor()),
+        smoke->centerYAnchor().constraintEqualTo(centerYAnchor()),
+        smoke->widthAnchor().constraintEqualToConstant(kExplosionSide),
+        smoke->heightAnchor().constraintEqualToConstant(kExplosionSide),
+    });
+
+    CATransaction::begin();
+    CATransaction::setCompletionBlock([shown = std::weak_ptr(smoke)] {
+        if (const auto view = shown.lock())
+            view->removeFromSuperview();
+    });
+    smoke->layer()->add(std::move(animation));
+    CATransaction::commit();
+}
+
+} // namespace quillbox

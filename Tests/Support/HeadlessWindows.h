@@ -1,0 +1,43 @@
+#pragma once
+
+#include "WindowDisplay.h"
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace quillbox {
+
+// Windows without a display: it records what was shown, and measures texts by a fixed rule, so that frames are the
+// same everywhere. A character of a font of size s (13 unless given, 11 for the small size) is (s + 1) / 2 wide
+// and s + 3 high, rounded; texts wrap between words.
+class HeadlessWindows final : public WindowDisplay {
+public:
+    void orderFront(NSWindow& window) override;
+    void close(NSWindow& window) override;
+    void beginSheet(NSWindow& sheet, NSWindow& parent) override;
+    NSPoint contentOrigin(const NSWindow&) override { return {}; }
+    void setNeedsDisplay(NSWindow&) override { }
+    void beginOpenPanel(std::shared_ptr<NSOpenPanel> openPanel, NSWindow& parent,
+                        std::function<void(int response)> completion) override;
+
+    NSSize naturalSize(const NSTextField& field, double widthLimit) override;
+    NSSize naturalSize(const NSButton& button) override;
+    NSSize naturalSize(const NSPopUpButton& button) override;
+    double fontSize() override { return 13; }
+    double tableRowHeight() override { return 24; }
+    double scrollerWidth(bool isSmall) override { return isSmall ? 11 : 15; }
+    double scrollViewBorder() override { return 1; }
+    NSEdgeInsets tabViewInsets() override { return { 30, 2, 2, 2 }; }
+
+    // What was asked, in order: "show Quillbox Preferences", "sheet ", "close ...".
+    std::vector<std::string> calls;
+    std::set<NSWindow*> shown;
+    // The last open panel, and what ends it.
+    std::shared_ptr<NSOpenPanel> panel;
+    std::function<void(int response)> endPanel;
+};
+
+} // namespace quillbox
