@@ -1,16 +1,9 @@
 #include "BigDirectory.h"
 #include "RatioReporter.h"
-
-#include "ApplicationBundles.h"
-#include "HeadlessDesktop.h"
-#include "LinuxStandardDirectories.h"
-#include "LinuxWorkspace.h"
-#include "ManageDefaults.h"
-#include "SlabPool.h"
-#include "StatusMenuItemController.h"
-#include "UserDefaults.h"
+#include "Surroundings.h"
 
 #include "Debug.h"
+#include "SlabPool.h"
 
 #include <benchmark/benchmark.h>
 
@@ -18,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <malloc.h>
 #include <optional>
 
@@ -33,61 +25,6 @@ namespace {
     using Clock_ = std::chrono::steady_clock;
 
     constexpr std::size_t kSizes[] = { 100, 1000, 10'000, 100'000 };
-    constexpr int kApplications = 200;
-
-    // Everything around the application's code: the real layer for the desktop over a data directory of our own.
-    class Surroundings {
-    public:
-        explicit Surroundings(const std::string& root)
-            : root_(root),
-              bundles_(environment(root),
-                       [](const Error& error) { std::fprintf(stderr, "%s\n", error.description().c_str()); }),
-              directories_(bundles_),
-              workspace_(bundles_, [](const std::string&, const std::string&) {}),
-              defaults_(root + "/defaults.plist")
-        {
-            UserDefaults::installStandard(&defaults_);
-            FileManager::installStandardDirectories(&directories_);
-            NSWorkspace::install(&workspace_);
-            ManageDefaults::loadAllFromDisk();
-            controller = StatusMenuItemController::create();
-        }
-        ~Surroundings()
-        {
-            controller.reset();
-            NSWorkspace::install(nullptr);
-            FileManager::installStandardDirectories(nullptr);
-            UserDefaults::installStandard(nullptr);
-        }
-
-    private:
-        static XdgEnvironment environment(const std::string& root)
-        {
-            fs::create_directories(root + "/data/applications");
-            for (int number = 0; number < kApplications; ++number) {
-                std::ofstream(root + "/data/applications/org.example.App" + std::to_string(number) + ".desktop")
-                    << "[Desktop Entry]\nType=Application\nName=Application " << number
-                    << "\nExec=true\nIcon=application-x-executable\nCategories=Utility;\n";
-            }
-            XdgEnvironment result;
-            result.dataHome = root + "/home";
-            result.dataDirectories = { root + "/data" };
-            result.systemDataDirectory = root + "/data";
-            result.desktops = { "XFCE" };
-            result.programDirectories = { "/usr/bin", "/bin" };
-            return result;
-        }
-
-        std::string root_;
-        HeadlessDesktop desktop_;
-        ApplicationBundles bundles_;
-        LinuxStandardDirectories directories_;
-        LinuxWorkspace workspace_;
-        UserDefaults defaults_;
-
-    public:
-        std::shared_ptr<StatusMenuItemController> controller;
-    };
 
     std::string dataRoot;
     std::optional<Surroundings> surroundings;
@@ -200,8 +137,8 @@ namespace {
                     "articles:    building with articles ignored over building without\n"
                     "release:     letting go of the items over the bare loop\n\n");
         std::printf("memory beyond names and paths: %.0f bytes an entry (100000 entries)\n", bytesPerEntry(100'000));
-        std::printf("top-level menu, default list, %d applications, nothing changed: %.2f ms\n", kApplications,
-                    figures.median("topLevelMenu") * 1e3);
+        std::printf("top-level menu, default list, %d applications, nothing changed: %.2f ms\n",
+                    Surroundings::kApplications, figures.median("topLevelMenu") * 1e3);
         return EXIT_SUCCESS;
     }
 

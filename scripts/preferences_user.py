@@ -80,6 +80,15 @@ class PreferencesUser(RunningQuillbox):
     def drag_suggestion(self, title, above):
         self.desktop.drag(self.row(title, SUGGESTIONS).middle, self.gap(above))
 
+    def pick(self, name, above):
+        """Adds a file of the home directory by the panel that the suggestion brings, with the keyboard."""
+        self.drag_suggestion("[Any File/Directory]", above)
+        wait_for("the panel", lambda: self.desktop.output("xdotool", "search", "--onlyvisible", "--name", "^Quillbox$",
+                                                          check=False))
+        self.picture("panel")
+        self.desktop.output("xdotool", "type", "--delay", "20", name)
+        self.desktop.press_key("ctrl+Return")
+
     def drag_to_trash(self, title):
         trash = self.view("TentativeMenuItemDeleter", window=0)
         self.desktop.drag(self.row(title).middle, trash.middle,

@@ -48,7 +48,8 @@ class WaylandDesktop(VirtualDesktop):
 
     def __init__(self, log, host="waybar"):
         super().__init__(log, host)
-        self.environment.update(XDG_SESSION_TYPE="wayland", XDG_CURRENT_DESKTOP="sway")
+        self.environment.update(XDG_SESSION_TYPE="wayland", XDG_CURRENT_DESKTOP="sway",
+                                LSAN_OPTIONS=f"suppressions={Path(__file__).with_name('leaks_of_libraries.txt')}")
 
     def has_watcher(self):
         return self.host == "waybar"

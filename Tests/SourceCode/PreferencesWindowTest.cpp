@@ -181,6 +181,22 @@ namespace {
         EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
     }
 
+    TEST(PreferencesWindow, AReloadInTheBackgroundLeavesItsItems)
+    {
+        World world;
+        configureLabels(2);
+        PreferencesUser user(world);
+        const auto list = user.table().tentativeMenuItems;
+        ManageDefaults::loadAppMenusFromDisk(false);
+        ASSERT_NE(MainMenuItem::actualMenuItems()[1], list[1]);
+        EXPECT_EQ(user.table().tentativeMenuItems, list);
+        list[1]->displayString = "edited";
+        user.press("Reset");
+        user.table().tentativeMenuItems = list;
+        user.press("Apply");
+        EXPECT_EQ(MainMenuItem::actualMenuItems()[1]->displayString, "edited");
+    }
+
     TEST(PreferencesWindow, ActionsWhoseTableIsGoneGoOn)
     {
         World world;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "ApplicationBundles.h"
+#include "HeadlessDesktop.h"
+#include "LinuxStandardDirectories.h"
+#include "LinuxWorkspace.h"
+#include "StatusMenuItemController.h"
+#include "UserDefaults.h"
+
+#include <memory>
+#include <string>
+
+namespace quillbox {
+
+// Everything around the application's code: the real layer for the desktop over a data directory of our own, `root`,
+// with kApplications installed in it. Installed for as long as it lives.
+class Surroundings {
+public:
+    static constexpr int kApplications = 200;
+
+    explicit Surroundings(const std::string& root);
+    ~Surroundings();
+    Surroundings(const Surroundings&) = delete;
+    Surroundings& operator=(const Surroundings&) = delete;
+
+private:
+    HeadlessDesktop desktop_;
+    ApplicationBundles bundles_;
+    LinuxStandardDirectories directories_;
+    LinuxWorkspace workspace_;
+    UserDefaults defaults_;
+
+public:
+    std::shared_ptr<StatusMenuItemController> controller;
+};
+
+} // namespace quillbox
