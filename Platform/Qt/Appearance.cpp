@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontInfo>
+#include <QScreen>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -34,6 +35,14 @@ namespace {
 QFont ordinaryFont()
 {
     QFont font = QApplication::font();
+    // On Wayland fonts that are measured without a window may be taken for another resolution than the windows'.
+    constexpr double kPointsInInch = 72;
+    QFont inch = font;
+    inch.setPointSizeF(kPointsInInch);
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const int resolution = screen ? static_cast<int>(std::lround(screen->logicalDotsPerInch())) : 0;
+    if (resolution > 0 && font.pointSizeF() > 0 && QFontInfo(inch).pixelSize() != resolution)
+        font.setPixelSize(static_cast<int>(std::lround(font.pointSizeF() * resolution / kPointsInInch)));
     if (QFontInfo(font).pixelSize() > kLargestOrdinarySize)
         font.setPixelSize(kLargestOrdinarySize);
     return font;

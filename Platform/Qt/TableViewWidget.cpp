@@ -25,6 +25,7 @@ namespace {
     constexpr double kDropRing = 3;
     constexpr int kMostRowsInPicture = 12;
     constexpr double kPictureOpacity = 0.65;
+    constexpr int kPictureGap = 14;
 
     std::optional<NSTableView::Key> movingKey(int key)
     {
@@ -224,10 +225,10 @@ void TableViewWidget::beginDrag(int row)
     const auto& rows = shown->draggedRows();
     const auto rowsAbove =
         std::min<std::ptrdiff_t>(std::find(rows.begin(), rows.end(), row) - rows.begin(), kMostRowsInPicture - 1);
-    const QPoint pressed = mapFromGlobal(pressedAt_);
-    const QPoint inRow(pressed.x(), pressed.y() - shownRect(shown->rectOfRow(row)).top());
+    const int inRow = mapFromGlobal(pressedAt_).y() - shownRect(shown->rectOfRow(row)).top();
+    // Right of the pointer, where it leaves the drop line to be seen.
     RowDrag::run(std::move(*pasteboard), dragPicture(*shown),
-                 inRow + QPoint(0, static_cast<int>(rowsAbove) * static_cast<int>(shown->rowHeight())));
+                 QPoint(-kPictureGap, inRow + static_cast<int>(rowsAbove) * static_cast<int>(shown->rowHeight())));
 }
 
 QPixmap TableViewWidget::dragPicture(const NSTableView& shown) const
