@@ -1,4 +1,5 @@
 #include "BigDirectory.h"
+#include "Figures.h"
 #include "Surroundings.h"
 
 #include "MainMenuItem.h"
@@ -38,18 +39,6 @@ namespace {
     constexpr int kTrials = 15;
     constexpr QRect kIcon { 100, 0, 24, 24 };
     constexpr QPoint kOutside { 900, 700 };
-
-    struct Figures {
-        std::vector<double> all;
-        double median() const
-        {
-            std::vector<double> sorted = all;
-            std::sort(sorted.begin(), sorted.end());
-            return sorted[sorted.size() / 2];
-        }
-        double least() const { return *std::min_element(all.begin(), all.end()); }
-        double most() const { return *std::max_element(all.begin(), all.end()); }
-    };
 
     // Until the server has done all that it was asked for.
     void waitForServer()

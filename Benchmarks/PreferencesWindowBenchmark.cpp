@@ -1,3 +1,4 @@
+#include "Figures.h"
 #include "Surroundings.h"
 
 #include "DragTracking.h"
@@ -66,13 +67,6 @@ namespace {
         return result;
     }
 
-    struct Figures {
-        explicit Figures(std::vector<double> all) : sorted(std::move(all)) { std::sort(sorted.begin(), sorted.end()); }
-        double median() const { return sorted[sorted.size() / 2]; }
-        double most() const { return sorted.back(); }
-        std::vector<double> sorted;
-    };
-
     Figures opening(PaintWatch& watch, StatusMenuItemController& controller)
     {
         std::vector<double> times;
@@ -81,7 +75,7 @@ namespace {
             PreferencesWindowVC::preferencesWindow().lock()->close();
             QApplication::processEvents();
         }
-        return Figures(times);
+        return { times };
     }
 
     Figures openingEmpty(PaintWatch& watch)
@@ -98,7 +92,7 @@ namespace {
             window.close();
             QApplication::processEvents();
         }
-        return Figures(times);
+        return { times };
     }
 
     TentativeMenuItemsTable& table(NSView& view)
@@ -151,7 +145,7 @@ namespace {
         std::printf("A list of %d items, a step to the end of its paint (at most 16 ms): ", kItems);
         for (const auto& [name, times] :
              { std::pair("scrolling", &scrolls), std::pair("end to end", &jumps), std::pair("reordering", &drops) })
-            std::printf("%s %.1f ms (most %.1f)  ", name, Figures(*times).median(), Figures(*times).most());
+            std::printf("%s %.1f ms (most %.1f)  ", name, Figures { *times }.median(), Figures { *times }.most());
         std::printf("\n");
         window->close();
     }

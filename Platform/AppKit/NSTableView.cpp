@@ -142,12 +142,6 @@ void NSTableView::moveRow(int at, int to)
     setNeedsLayout();
 }
 
-void NSTableView::endUpdates()
-{
-    QB_CHECK(updateDepth_ > 0);
-    --updateDepth_;
-}
-
 void NSTableView::dropViewsFrom(int firstRow, int lastRow)
 {
     const auto begin = rowViews_.lower_bound(firstRow);

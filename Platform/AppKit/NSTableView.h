@@ -101,9 +101,6 @@ public:
     void removeRows(const std::set<int>& rows, Animation animation);
     // The row is `to` afterwards; its selection goes with it.
     void moveRow(int at, int to);
-    // Between them the rows are not counted against the data source.
-    void beginUpdates() { ++updateDepth_; }
-    void endUpdates();
     // The frames of all rows anew.
     void tile() { setNeedsLayout(); }
 
@@ -168,7 +165,6 @@ private:
 
     int rowCount_ = 0;
     bool isLoaded_ = false;
-    int updateDepth_ = 0;
     std::map<int, std::shared_ptr<NSView>> rowViews_;
     std::set<int> selection_;
     int anchor_ = -1;

@@ -35,14 +35,16 @@ namespace {
 
 } // namespace
 
-RowDrag::RowDrag(NSPasteboard pasteboard) : tracking_(std::make_shared<DragTracking>(std::move(pasteboard)))
+RowDrag::RowDrag(NSPasteboard pasteboard, NSDragOperation outside)
+    : tracking_(std::make_shared<DragTracking>(std::move(pasteboard)))
 {
-    setText(QString::fromStdString(tracking_->pasteboard().plainText()));
+    if (outside == NSDragOperation::copy)
+        setText(QString::fromStdString(tracking_->pasteboard().plainText()));
 }
 
-void RowDrag::run(NSPasteboard pasteboard, const QPixmap& picture, QPoint hotSpot)
+void RowDrag::run(NSPasteboard pasteboard, NSDragOperation outside, const QPixmap& picture, QPoint hotSpot)
 {
-    auto* carried = new RowDrag(std::move(pasteboard));
+    auto* carried = new RowDrag(std::move(pasteboard), outside);
     const std::shared_ptr<DragTracking> tracking = carried->tracking();
     // No widget's: the one that the drag began on may be gone when it ends.
     auto* drag = new QDrag(QCoreApplication::instance());

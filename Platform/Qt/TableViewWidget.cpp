@@ -227,7 +227,7 @@ void TableViewWidget::beginDrag(int row)
         std::min<std::ptrdiff_t>(std::find(rows.begin(), rows.end(), row) - rows.begin(), kMostRowsInPicture - 1);
     const int inRow = mapFromGlobal(pressedAt_).y() - shownRect(shown->rectOfRow(row)).top();
     // Right of the pointer, where it leaves the drop line to be seen.
-    RowDrag::run(std::move(*pasteboard), dragPicture(*shown),
+    RowDrag::run(std::move(*pasteboard), shown->draggingSourceOperationMaskOutside(), dragPicture(*shown),
                  QPoint(-kPictureGap, inRow + static_cast<int>(rowsAbove) * static_cast<int>(shown->rowHeight())));
 }
 

@@ -247,8 +247,7 @@ void Table::animateMove(std::vector<int> draggedRows, int aboveRow)
         moveRow(draggedRows[0], draggedRows[0] < row ? row - 1 : row);
         return;
     }
-    beginUpdates();
-    // First they come together, then the block moves.
+    // Rows keep their selection on the way. First they come together, then the block moves.
     for (std::size_t k = 0; k + 1 < draggedRows.size(); ++k) {
         const int next = draggedRows[k] + 1;
         if (draggedRows[k + 1] == next)
@@ -264,7 +263,6 @@ void Table::animateMove(std::vector<int> draggedRows, int aboveRow)
         else
             moveRow(draggedRows.back(), row);
     }
-    endUpdates();
     reloadData();
 }
 

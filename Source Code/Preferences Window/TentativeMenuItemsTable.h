@@ -11,8 +11,6 @@
 
 namespace quillbox {
 
-class MenuItemEditorVC;
-
 // The table of the menu's items as the person is arranging them. It works on a list of its own that holds the live
 // list's items; the window's Apply button makes that list the live one, and every change here enables the button.
 // Row 0 stays where it is: it can't be selected or dragged, and nothing can be dropped above it. Its own data source

@@ -158,7 +158,8 @@ TEST(WindowPresenter, DragsReachTheTableWithTheRowBelowTheirGap)
     WindowWorld world;
     const double row = world.table->rowHeight();
     world.table->selectRowIndexes({ 1, 3 }, false);
-    RowDrag own(*world.table->beginDragging(3));
+    RowDrag own(*world.table->beginDragging(3), NSDragOperation::copy);
+    EXPECT_TRUE(RowDrag(own.tracking()->pasteboard(), NSDragOperation::none).formats().isEmpty());
     std::vector<NSDragOperation> shown;
     own.setOperationHandler([&](NSDragOperation operation) { shown.push_back(operation); });
     EXPECT_EQ(own.text(), "row 1\nrow 3");
