@@ -57,10 +57,14 @@ function(quillbox_library name folders)
 endfunction()
 
 # quillbox_test(<name> <folder> <targets>...)
-# Every source of Tests/<folder> makes one GoogleTest program, its cases labelled "unit".
+# Every source of Tests/<folder> and its rooms makes one GoogleTest program, its cases labelled "unit".
 function(quillbox_test name folder)
-    file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/Tests/${folder}/*.cpp")
+    set(here "${PROJECT_SOURCE_DIR}/Tests/${folder}")
+    file(GLOB sources CONFIGURE_DEPENDS "${here}/*.cpp" "${here}/*/*.cpp")
+    file(GLOB rooms LIST_DIRECTORIES true "${here}/*")
+    list(FILTER rooms EXCLUDE REGEX "\\.[a-z]+$")
     add_executable(${name} ${sources})
+    target_include_directories(${name} PRIVATE "${here}" ${rooms})
     target_link_libraries(${name} PRIVATE quillbox_flags ${ARGN} GTest::gtest_main GTest::gmock)
     gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 PROPERTIES LABELS unit TIMEOUT 120)
 endfunction()

@@ -3,7 +3,7 @@
 #include "Appearance.h"
 #include "NSWindow.h"
 #include "OpenPanelPresenter.h"
-#include "ViewAccessible.h"
+#include "WindowAccessible.h"
 #include "WindowPresenter.h"
 
 #include <QFontInfo>
@@ -12,7 +12,7 @@ namespace quillbox {
 
 QtWindowDisplay::QtWindowDisplay()
 {
-    installViewAccessibility();
+    installWindowAccessibility();
 }
 
 QtWindowDisplay::~QtWindowDisplay()

@@ -1,28 +1,14 @@
 #include "ViewPresenter.h"
 
 #include "Appearance.h"
-#include "ButtonPresenter.h"
-#include "ImageViewPresenter.h"
 #include "LayerOverlay.h"
 #include "MenuText.h"
-#include "PopUpButtonPresenter.h"
-#include "ScrollViewPresenter.h"
-#include "TableViewPresenter.h"
-#include "TabViewPresenter.h"
-#include "TextFieldPresenter.h"
 
 #include <algorithm>
 
 namespace quillbox {
 
 namespace {
-
-    template <class View, class Presenter>
-    std::unique_ptr<ViewPresenter> makeIf(const std::shared_ptr<NSView>& view, QWidget& parent)
-    {
-        auto wanted = std::dynamic_pointer_cast<View>(view);
-        return wanted ? std::make_unique<Presenter>(wanted, parent) : nullptr;
-    }
 
     Qt::CursorShape shapeOf(NSCursor cursor)
     {
@@ -38,22 +24,6 @@ namespace {
     }
 
 } // namespace
-
-std::unique_ptr<ViewPresenter> ViewPresenter::make(const std::shared_ptr<NSView>& view, QWidget& parent)
-{
-    using Make = std::unique_ptr<ViewPresenter> (*)(const std::shared_ptr<NSView>&, QWidget&);
-    static constexpr Make kKinds[] = {
-        makeIf<NSTextField, TextFieldPresenter>,     makeIf<NSButton, ButtonPresenter>,
-        makeIf<NSTableView, TableViewPresenter>,     makeIf<NSScrollView, ScrollViewPresenter>,
-        makeIf<NSImageView, ImageViewPresenter>,     makeIf<NSTabView, TabViewPresenter>,
-        makeIf<NSPopUpButton, PopUpButtonPresenter>,
-    };
-    for (const Make makeKind : kKinds) {
-        if (auto presenter = makeKind(view, parent))
-            return presenter;
-    }
-    return std::make_unique<ViewPresenter>(view, new QWidget(&parent));
-}
 
 void ViewPresenter::retire(std::unique_ptr<ViewPresenter> presenter)
 {
@@ -76,7 +46,7 @@ ViewPresenter::ViewPresenter(const std::shared_ptr<NSView>& view, QWidget* widge
 
 ViewPresenter::~ViewPresenter() = default;
 
-void ViewPresenter::sync()
+void ViewPresenter::sync(MakeViewPresenter makePresenter)
 {
     const std::shared_ptr<NSView> shown = view();
     if (!shown || !widget_)
@@ -91,7 +61,7 @@ void ViewPresenter::sync()
         showContent(*shown);
         syncLayer(*shown);
     }
-    syncSubviews(*shown);
+    syncSubviews(*shown, makePresenter);
     subviewsShown(*shown);
     syncCursor(*shown);
 }
@@ -109,7 +79,7 @@ void ViewPresenter::showContent(NSView& view)
     widget_->setAttribute(Qt::WA_TransparentForMouseEvents, view.layer() && view.subviews().empty());
 }
 
-void ViewPresenter::syncSubviews(NSView& view)
+void ViewPresenter::syncSubviews(NSView& view, MakeViewPresenter makePresenter)
 {
     std::vector<std::unique_ptr<ViewPresenter>> before = std::move(below_);
     std::vector<const ViewPresenter*> stacked;
@@ -128,7 +98,7 @@ void ViewPresenter::syncSubviews(NSView& view)
             below_.push_back(std::move(*known));
         } else if (!subview->isHidden()) {
             // What has never been seen costs nothing until it is.
-            below_.push_back(make(subview, *widget_));
+            below_.push_back(makePresenter(subview, *widget_));
             made.push_back(below_.back().get());
         }
     }
@@ -145,11 +115,11 @@ void ViewPresenter::syncSubviews(NSView& view)
     for (const auto& presenter : below_) {
         if (!isInOrder)
             presenter->widget()->raise();
-        presenter->place(view.bounds().origin);
+        presenter->place(view.bounds().origin, makePresenter);
     }
 }
 
-void ViewPresenter::place(NSPoint boundsOrigin)
+void ViewPresenter::place(NSPoint boundsOrigin, MakeViewPresenter makePresenter)
 {
     const std::shared_ptr<NSView> shown = view();
     if (!shown || !widget_)
@@ -159,7 +129,7 @@ void ViewPresenter::place(NSPoint boundsOrigin)
     frame.origin.y -= boundsOrigin.y;
     widget_->setGeometry(shownRect(frame));
     if (!shown->isHidden())
-        sync();
+        sync(makePresenter);
     // Last, so that it appears complete.
     widget_->setVisible(!shown->isHidden());
 }

@@ -6,6 +6,7 @@
 #include "NSApplication.h"
 #include "NSButton.h"
 #include "SheetShield.h"
+#include "ViewKinds.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -76,7 +77,7 @@ WindowPresenter::WindowPresenter(NSWindow& window, WindowPresenter* parent, std:
     : QWidget(parent, flagsOf(window, parent != nullptr)),
       window_(window.weak_from_this()),
       lookChanged_(std::move(lookChanged)),
-      content_(ViewPresenter::make(window.contentView(), *this)),
+      content_(makeViewPresenter(window.contentView(), *this)),
       dragDestination_(window.weak_from_this())
 {
     setAcceptDrops(true);
@@ -144,7 +145,7 @@ void WindowPresenter::display()
     const QPointer<QWidget> focused = focusWidget();
     const QPoint middle = focused ? focused->mapTo(this, focused->rect().center()) : QPoint();
     const std::optional<int> tag = focusedTag_;
-    content_->sync();
+    content_->sync(makeViewPresenter);
     if (focused && !focused->isVisibleTo(this))
         giveFocusTo(middle, tag);
     content_->widget()->show();

@@ -4,6 +4,6 @@ namespace quillbox {
 
 // Tells assistive technologies what the windows' own widgets are: windows and sheets, labels, pictures, tables and
 // their rows. The toolkit's controls tell it themselves. Makes nothing until something asks.
-void installViewAccessibility();
+void installWindowAccessibility();
 
 } // namespace quillbox

@@ -12,6 +12,10 @@
 namespace quillbox {
 
 class LayerOverlay;
+class ViewPresenter;
+
+// Makes the presenter for a view, with its widget in `parent`, not shown yet.
+using MakeViewPresenter = std::unique_ptr<ViewPresenter> (*)(const std::shared_ptr<NSView>& view, QWidget& parent);
 
 // Shows one view with one widget, and its subviews with presenters of their own, which it owns. This class shows
 // plain views; each kind of control has a presenter derived from it. The window's presenter syncs the topmost one
@@ -21,8 +25,6 @@ class LayerOverlay;
 // deleted only after the event. What the person does goes to the view inside an NSApplication::EventScope.
 class ViewPresenter {
 public:
-    // The presenter for the view's class, with its widget in `parent`, not shown yet.
-    static std::unique_ptr<ViewPresenter> make(const std::shared_ptr<NSView>& view, QWidget& parent);
     // Takes the widget off the screen; the keyboard goes to the nearest widget above it that takes it.
     static void retire(std::unique_ptr<ViewPresenter> presenter);
 
@@ -37,8 +39,9 @@ public:
     // The one that takes the keyboard for the view.
     virtual QWidget* keyWidget() const { return widget_; }
 
-    // Makes the widgets below, and this one's content, what the views are.
-    void sync();
+    // Makes the widgets below, and this one's content, what the views are. Views seen for the first time get their
+    // presenters from `makePresenter`.
+    void sync(MakeViewPresenter makePresenter);
     // The contents are shown anew by the next sync(), changed or not: the desktop looks different now.
     void forgetShown();
 
@@ -62,8 +65,8 @@ protected:
     const std::vector<std::unique_ptr<ViewPresenter>>& below() const { return below_; }
 
 private:
-    void place(NSPoint boundsOrigin);
-    void syncSubviews(NSView& view);
+    void place(NSPoint boundsOrigin, MakeViewPresenter makePresenter);
+    void syncSubviews(NSView& view, MakeViewPresenter makePresenter);
     void syncLayer(NSView& view);
     void syncCursor(NSView& view);
 

@@ -1,4 +1,4 @@
-#include "ViewAccessible.h"
+#include "WindowAccessible.h"
 
 #include "ImageViewPresenter.h"
 #include "ScrollViewPresenter.h"
@@ -45,7 +45,7 @@ namespace {
 
 } // namespace
 
-void installViewAccessibility()
+void installWindowAccessibility()
 {
     QAccessible::installFactory(makeInterface);
 }
