@@ -13,7 +13,11 @@ endif()
 
 add_library(quillbox_flags INTERFACE)
 target_compile_options(quillbox_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Werror)
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2)
+# Off by default, because the compiler that somebody builds with may know warnings that ours does not.
+if(QUILLBOX_WARNINGS_ARE_ERRORS)
+    target_compile_options(quillbox_flags INTERFACE -Werror)
+endif()
 # At -O3, g++ 12 takes moved-from variants and joined strings of the standard library for faults.
 target_compile_options(quillbox_flags INTERFACE
     "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-stringop-overflow>")
