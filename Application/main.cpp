@@ -172,12 +172,12 @@ int main(int argc, char** argv)
 
     SingleInstance instance(std::move(startEnvironment));
     switch (instance.claim()) {
-    case SingleInstance::Outcome::First:
-    case SingleInstance::Outcome::Unguarded:
+    case SingleInstance::Outcome::first:
+    case SingleInstance::Outcome::unguarded:
         break;
-    case SingleInstance::Outcome::HandedOver:
+    case SingleInstance::Outcome::handedOver:
         return EXIT_SUCCESS;
-    case SingleInstance::Outcome::NotAnswered:
+    case SingleInstance::Outcome::notAnswered:
         std::fputs("Quillbox is running already, but it does not answer.\n", stderr);
         return EXIT_FAILURE;
     }

@@ -22,7 +22,7 @@ namespace quillbox {
 namespace {
 
     namespace fs = std::filesystem;
-    using Clock_ = std::chrono::steady_clock;
+    using SteadyClock = std::chrono::steady_clock;
 
     constexpr std::size_t kSizes[] = { 100, 1000, 10'000, 100'000 };
 
@@ -54,12 +54,12 @@ namespace {
         const std::string directory = bigDirectory(dataRoot, static_cast<std::size_t>(state.range(0)));
         for (auto _ : state) {
             NSMenu menu;
-            const auto start = Clock_::now();
+            const auto start = SteadyClock::now();
             menu.setItemArray(build(directory, flags));
-            const auto built = Clock_::now();
+            const auto built = SteadyClock::now();
             menu.removeAllItems();
             Debug::pruneDynamicMenuItems();
-            const auto released = Clock_::now();
+            const auto released = SteadyClock::now();
             const std::chrono::duration<double> time = timesRelease ? released - built : built - start;
             state.SetIterationTime(time.count());
         }

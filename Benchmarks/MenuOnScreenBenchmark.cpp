@@ -31,7 +31,7 @@ namespace quillbox {
 
 namespace {
 
-    using Clock_ = std::chrono::steady_clock;
+    using SteadyClock = std::chrono::steady_clock;
     using Milliseconds = std::chrono::duration<double, std::milli>;
 
     constexpr std::size_t kSizes[] = { 100, 10'000, 50'000, 100'000 };
@@ -53,9 +53,9 @@ namespace {
         explicit TimedDelegate(std::shared_ptr<NSMenuDelegate> delegate) : delegate_(std::move(delegate)) { }
         void menuNeedsUpdate(NSMenu& menu) override
         {
-            const auto start = Clock_::now();
+            const auto start = SteadyClock::now();
             delegate_->menuNeedsUpdate(menu);
-            building = Clock_::now() - start;
+            building = SteadyClock::now() - start;
         }
         void menuWillOpen(NSMenu& menu) override { delegate_->menuWillOpen(menu); }
         void menuDidClose(NSMenu& menu) override { delegate_->menuDidClose(menu); }
@@ -74,17 +74,17 @@ namespace {
         double timeOf(const std::function<void()>& act)
         {
             const int before = count_;
-            const auto start = Clock_::now();
+            const auto start = SteadyClock::now();
             act();
             while (count_ == before) {
                 QCoreApplication::processEvents();
-                if (Clock_::now() - start > std::chrono::seconds(10)) {
+                if (SteadyClock::now() - start > std::chrono::seconds(10)) {
                     std::fputs("nothing was painted\n", stderr);
                     std::exit(EXIT_FAILURE);
                 }
             }
             waitForServer();
-            return Milliseconds(Clock_::now() - start).count();
+            return Milliseconds(SteadyClock::now() - start).count();
         }
 
     protected:
@@ -116,7 +116,7 @@ namespace {
             MainMenuItem::actualMenuItems() = list;
             presenter_.onClosed = [this] {
                 waitForServer();
-                offScreen_ = Clock_::now();
+                offScreen_ = SteadyClock::now();
             };
         }
         ~OpenMenu() { MainMenuItem::actualMenuItems().clear(); }
@@ -152,11 +152,11 @@ namespace {
         };
         Closing close()
         {
-            const auto start = Clock_::now();
+            const auto start = SteadyClock::now();
             PopupUser::press(kOutside);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QCoreApplication::processEvents();
-            const auto ended = Clock_::now();
+            const auto ended = SteadyClock::now();
             return { Milliseconds(offScreen_ - start).count(), Milliseconds(ended - start).count() };
         }
 
@@ -169,7 +169,7 @@ namespace {
         ManualClock clock_;
         Paints paints_;
         std::shared_ptr<TimedDelegate> delegate_;
-        Clock_::time_point offScreen_;
+        SteadyClock::time_point offScreen_;
         MenuPresenter presenter_;
     };
 

@@ -27,7 +27,7 @@ namespace quillbox {
 namespace {
 
     namespace fs = std::filesystem;
-    using Clock_ = std::chrono::steady_clock;
+    using SteadyClock = std::chrono::steady_clock;
 
     constexpr int kDocuments = 5000;
     constexpr int kApplications = 200;
@@ -163,9 +163,9 @@ namespace {
             MainMenuItem::actualMenuItems() = { item };
             FakeUser person(controller_->statusItem()->menu());
             person.open();
-            const auto start = Clock_::now();
+            const auto start = SteadyClock::now();
             person.openSubmenu("Recent");
-            const std::chrono::duration<double> time = Clock_::now() - start;
+            const std::chrono::duration<double> time = SteadyClock::now() - start;
             const std::size_t rows = person.tracking().menu(1)->itemArray().size();
             if (rows != expectedRows) {
                 std::fprintf(stderr, "%zu rows where %zu were expected\n", rows, expectedRows);

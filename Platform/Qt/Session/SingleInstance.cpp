@@ -65,7 +65,7 @@ public:
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
-    enum class Taker { Us, Other, Nobody };
+    enum class Taker { us, other, nobody };
 
     Taker requestName();
     QDBusMessage callFirst(const std::string& activationToken);
@@ -83,8 +83,8 @@ SingleInstance::Service::Taker SingleInstance::Service::requestName()
     const QDBusReply<Interface::RegisterServiceReply> reply = bus_.connection().interface()->registerService(
         kName, Interface::DontQueueService, Interface::DontAllowReplacement);
     if (!reply.isValid())
-        return Taker::Nobody;
-    return reply.value() == Interface::ServiceRegistered ? Taker::Us : Taker::Other;
+        return Taker::nobody;
+    return reply.value() == Interface::ServiceRegistered ? Taker::us : Taker::other;
 }
 
 QDBusMessage SingleInstance::Service::callFirst(const std::string& activationToken)
@@ -104,19 +104,19 @@ QDBusMessage SingleInstance::Service::callFirst(const std::string& activationTok
 SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activationToken)
 {
     if (!bus_.isConnected())
-        return Outcome::Unguarded;
+        return Outcome::unguarded;
     // Twice at most: the one that has the name may end before it is asked.
     for (int attempt = 0; attempt < 2; ++attempt) {
         const Taker taker = requestName();
-        if (taker != Taker::Other)
-            return taker == Taker::Us ? Outcome::First : Outcome::Unguarded;
+        if (taker != Taker::other)
+            return taker == Taker::us ? Outcome::first : Outcome::unguarded;
         const QDBusMessage answer = callFirst(activationToken);
         if (answer.type() == QDBusMessage::ReplyMessage)
-            return Outcome::HandedOver;
+            return Outcome::handedOver;
         if (QDBusError(answer).type() != QDBusError::ServiceUnknown)
-            return Outcome::NotAnswered;
+            return Outcome::notAnswered;
     }
-    return Outcome::NotAnswered;
+    return Outcome::notAnswered;
 }
 
 void SingleInstance::Service::later(const QVariantMap& platformData, std::function<void()> handler)

@@ -25,13 +25,13 @@ public:
 
     enum class Outcome {
         // This process has the name.
-        First,
+        first,
         // There is no session bus; more than one Quillbox may run.
-        Unguarded,
+        unguarded,
         // The Quillbox that runs was asked to come forward; this process ends with success.
-        HandedOver,
+        handedOver,
         // A Quillbox runs but did not answer; this process ends with a failure.
-        NotAnswered,
+        notAnswered,
     };
 
     // Called from the event loop, after the caller has its answer.

@@ -49,21 +49,21 @@ TEST(SingleInstance, StartingAgainActivatesTheOneThatRuns)
     QStringList calls;
     {
         SingleInstance first({});
-        ASSERT_EQ(first.claim(), Outcome::First);
+        ASSERT_EQ(first.claim(), Outcome::first);
         first.setHandlers(recordInto(calls));
-        EXPECT_EQ(startAgain({ "token-1", false }), Outcome::HandedOver);
-        EXPECT_EQ(startAgain({}), Outcome::HandedOver);
+        EXPECT_EQ(startAgain({ "token-1", false }), Outcome::handedOver);
+        EXPECT_EQ(startAgain({}), Outcome::handedOver);
         EXPECT_TRUE(waitUntil([&] { return calls.size() >= 3; }));
         EXPECT_EQ(calls, (QStringList { "token token-1", "activate", "activate" }));
     }
-    EXPECT_EQ(SingleInstance({}).claim(), Outcome::First);
+    EXPECT_EQ(SingleInstance({}).claim(), Outcome::first);
 }
 
 TEST(SingleInstance, CallsThatComeBeforeTheHandlersAreKept)
 {
     PrivateBus bus;
     SingleInstance first({});
-    ASSERT_EQ(first.claim(), Outcome::First);
+    ASSERT_EQ(first.claim(), Outcome::first);
     BusClient client;
     QDBusMessage activate = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
     activate.setArguments({ QVariantMap() });
@@ -78,11 +78,11 @@ TEST(SingleInstance, TheActivationThatStartedItOpensNothing)
 {
     PrivateBus bus;
     SingleInstance first({ "", true });
-    ASSERT_EQ(first.claim(), Outcome::First);
+    ASSERT_EQ(first.claim(), Outcome::first);
     QStringList calls;
     first.setHandlers(recordInto(calls));
-    EXPECT_EQ(startAgain({ "first", false }), Outcome::HandedOver);
-    EXPECT_EQ(startAgain({ "second", false }), Outcome::HandedOver);
+    EXPECT_EQ(startAgain({ "first", false }), Outcome::handedOver);
+    EXPECT_EQ(startAgain({ "second", false }), Outcome::handedOver);
     EXPECT_TRUE(waitUntil([&] { return calls.size() >= 2; }));
     EXPECT_EQ(calls, (QStringList { "token second", "activate" }));
 }
@@ -91,7 +91,7 @@ TEST(SingleInstance, AnswersFilesAndActions)
 {
     PrivateBus bus;
     SingleInstance first({});
-    ASSERT_EQ(first.claim(), Outcome::First);
+    ASSERT_EQ(first.claim(), Outcome::first);
     QStringList calls;
     first.setHandlers(recordInto(calls));
     BusClient client;
@@ -112,7 +112,7 @@ TEST(SingleInstance, OneThatHasTheNameButNoAnswerIsReported)
     PrivateBus bus;
     BusClient other;
     ASSERT_TRUE(other.connection().registerService(kName));
-    EXPECT_EQ(startAgain({}), Outcome::NotAnswered);
+    EXPECT_EQ(startAgain({}), Outcome::notAnswered);
 }
 
 TEST(SingleInstance, RunsUnguardedWithoutABus)
@@ -122,7 +122,7 @@ TEST(SingleInstance, RunsUnguardedWithoutABus)
     const QTemporaryDir empty;
     qputenv("XDG_RUNTIME_DIR", empty.path().toUtf8());
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    EXPECT_EQ(SingleInstance({}).claim(), Outcome::Unguarded);
+    EXPECT_EQ(SingleInstance({}).claim(), Outcome::unguarded);
     qputenv("XDG_RUNTIME_DIR", runtimeDirectory);
 }
 
