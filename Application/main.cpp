@@ -2,20 +2,20 @@
 #include "ApplicationBundles.h"
 #include "Bundle.h"
 #include "Debug.h"
+#include "Installed.h"
 #include "LinuxStandardDirectories.h"
 #include "LinuxVolumeNames.h"
 #include "LinuxWorkspace.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
 #include "NSWindow.h"
+#include "QtApplication.h"
 #include "QtClock.h"
 #include "QtDesktop.h"
 #include "RecentUseIndex.h"
 #include "SingleInstance.h"
 #include "StatusMenuItemController.h"
 #include "ViewDump.h"
-
-#include <QApplication>
 
 #include <cstdio>
 #include <cstdlib>
@@ -118,17 +118,17 @@ namespace {
     {
         QtDesktop desktop(qt);
         NSApplication& application = NSApplication::shared();
-        application.setDesktop(&desktop);
+        const Installed<Desktop> installedDesktop(desktop);
 
         ApplicationBundles bundles(XdgEnvironment::ofProcess(), logBundleError);
         LinuxStandardDirectories directories(bundles);
-        FileManager::installStandardDirectories(&directories);
+        const Installed<StandardDirectories> installedDirectories(directories);
         LinuxVolumeNames volumeNames;
-        VolumeNames::install(&volumeNames);
+        const Installed<VolumeNames> installedVolumeNames(volumeNames);
         LinuxWorkspace workspace(bundles, showMessage);
-        NSWorkspace::install(&workspace);
+        const Installed<NSWorkspace> installedWorkspace(workspace);
         RecentUseIndex recentUse(bundles, logRecentUseError);
-        MetadataIndex::install(&recentUse);
+        const Installed<MetadataIndex> installedRecentUse(recentUse);
         workspace.setOpenedHandler([&recentUse](const std::string& path) { recentUse.noteOpened(path); });
 
         const auto takeToken = [&workspace](const std::string& token) { workspace.setActivationToken(token); };
@@ -149,11 +149,6 @@ namespace {
         instance.setHandlers({});
         application.setDelegate(nullptr);
         AppDelegate::releaseStatusMenuItemController();
-        MetadataIndex::install(nullptr);
-        NSWorkspace::install(nullptr);
-        VolumeNames::install(nullptr);
-        FileManager::installStandardDirectories(nullptr);
-        application.setDesktop(nullptr);
         return exitCode;
     }
 
@@ -165,7 +160,7 @@ int main(int argc, char** argv)
 {
     using namespace quillbox;
     auto startEnvironment = SingleInstance::StartEnvironment::take();
-    QApplication qt(argc, argv);
+    QtApplication qt(argc, argv);
     QApplication::setApplicationName("Quillbox");
     if (const auto identifier = Bundle::main().bundleIdentifier())
         QApplication::setDesktopFileName(QString::fromStdString(*identifier));
@@ -183,8 +178,6 @@ int main(int argc, char** argv)
     }
 
     QtClock clock;
-    Clock::install(&clock);
-    const int exitCode = runApplication(qt, instance);
-    Clock::install(nullptr);
-    return exitCode;
+    const Installed<Clock> installedClock(clock);
+    return runApplication(qt, instance);
 }

@@ -6,6 +6,7 @@
 #include "ManualClock.h"
 #include "MenuPresenter.h"
 #include "PopupUser.h"
+#include "QtApplication.h"
 
 #include <xcb/xcb.h>
 
@@ -265,7 +266,7 @@ namespace {
 int main(int argc, char** argv)
 {
     using namespace quillbox;
-    const QApplication application(argc, argv);
+    const quillbox::QtApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     if (QGuiApplication::platformName() != QStringLiteral("xcb")) {
         std::fputs("this needs an X server, as menu_on_screen starts one\n", stderr);

@@ -2,10 +2,12 @@
 #include "Surroundings.h"
 
 #include "DragTracking.h"
+#include "Installed.h"
 #include "MainMenuItem.h"
 #include "NSApplication.h"
 #include "NSWindow.h"
 #include "PreferencesWindowVC.h"
+#include "QtApplication.h"
 #include "QtClock.h"
 #include "QtDesktop.h"
 #include "TentativeMenuItemsTable.h"
@@ -157,9 +159,9 @@ namespace {
         {
             Surroundings surroundings(root);
             QtDesktop desktop(*qApp);
-            NSApplication::shared().setDesktop(&desktop);
+            const Installed<Desktop> installedDesktop(desktop);
             QtClock clock;
-            Clock::install(&clock);
+            const Installed<Clock> installedClock(clock);
             PaintWatch watch;
             const Figures empty = openingEmpty(watch);
             const Figures window = opening(watch, *surroundings.controller);
@@ -170,8 +172,6 @@ namespace {
             measureLongList(watch, *surroundings.controller);
             NSWindow::closeAll();
             QApplication::processEvents();
-            Clock::install(nullptr);
-            NSApplication::shared().setDesktop(nullptr);
         }
         std::filesystem::remove_all(root);
     }
@@ -182,7 +182,7 @@ namespace {
 
 int main(int argc, char** argv)
 {
-    const QApplication application(argc, argv);
+    const quillbox::QtApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     quillbox::measure();
 }

@@ -3,6 +3,7 @@
 #include "ApplicationBundles.h"
 #include "FakeUser.h"
 #include "HeadlessDesktop.h"
+#include "Installed.h"
 #include "LinuxWorkspace.h"
 #include "ManageDefaults.h"
 #include "RecentUseIndex.h"
@@ -141,17 +142,11 @@ namespace {
               index_(bundles_, nullptr),
               defaults_(home.environment.dataHome + "/defaults.plist")
         {
-            UserDefaults::installStandard(&defaults_);
-            NSWorkspace::install(&workspace_);
-            MetadataIndex::install(&index_);
             controller_ = StatusMenuItemController::create();
         }
         ~Process()
         {
             controller_.reset();
-            MetadataIndex::install(nullptr);
-            NSWorkspace::install(nullptr);
-            UserDefaults::installStandard(nullptr);
             MainMenuItem::actualMenuItems().clear();
         }
 
@@ -181,6 +176,9 @@ namespace {
         LinuxWorkspace workspace_;
         RecentUseIndex index_;
         UserDefaults defaults_;
+        const Installed<UserDefaults> installedDefaults_ { defaults_ };
+        const Installed<NSWorkspace> installedWorkspace_ { workspace_ };
+        const Installed<MetadataIndex> installedIndex_ { index_ };
         std::shared_ptr<StatusMenuItemController> controller_;
     };
 

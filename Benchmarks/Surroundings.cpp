@@ -36,19 +36,10 @@ Surroundings::Surroundings(const std::string& root)
       workspace_(bundles_, [](const std::string&, const std::string&) {}),
       defaults_(root + "/defaults.plist")
 {
-    UserDefaults::installStandard(&defaults_);
-    FileManager::installStandardDirectories(&directories_);
-    NSWorkspace::install(&workspace_);
     ManageDefaults::loadAllFromDisk();
     controller = StatusMenuItemController::create();
 }
 
-Surroundings::~Surroundings()
-{
-    controller.reset();
-    NSWorkspace::install(nullptr);
-    FileManager::installStandardDirectories(nullptr);
-    UserDefaults::installStandard(nullptr);
-}
+Surroundings::~Surroundings() = default;
 
 } // namespace quillbox

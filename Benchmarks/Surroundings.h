@@ -2,6 +2,7 @@
 
 #include "ApplicationBundles.h"
 #include "HeadlessDesktop.h"
+#include "Installed.h"
 #include "LinuxStandardDirectories.h"
 #include "LinuxWorkspace.h"
 #include "StatusMenuItemController.h"
@@ -29,6 +30,9 @@ private:
     LinuxStandardDirectories directories_;
     LinuxWorkspace workspace_;
     UserDefaults defaults_;
+    const Installed<StandardDirectories> installedDirectories_ { directories_ };
+    const Installed<NSWorkspace> installedWorkspace_ { workspace_ };
+    const Installed<UserDefaults> installedDefaults_ { defaults_ };
 
 public:
     std::shared_ptr<StatusMenuItemController> controller;

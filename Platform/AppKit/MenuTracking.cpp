@@ -22,7 +22,6 @@ bool MenuTracking::open(std::shared_ptr<NSMenu> menu)
 {
     if (isOpen() || NSAlert::isAnyRunning())
         return false;
-    const NSApplication::EventScope event;
     tellAboutToOpen(*menu);
     levels_.push_back(std::move(menu));
     return true;
@@ -34,7 +33,6 @@ bool MenuTracking::openSubmenu(std::size_t level, const std::shared_ptr<NSMenuIt
         return false;
     if (level + 1 < levels_.size() && levels_[level + 1] == item->submenu())
         return true;
-    const NSApplication::EventScope event;
     closeToLevelCount(level + 1);
     const std::shared_ptr<NSMenu> submenu = item->submenu();
     tellAboutToOpen(*submenu);
@@ -44,7 +42,6 @@ bool MenuTracking::openSubmenu(std::size_t level, const std::shared_ptr<NSMenuIt
 
 void MenuTracking::closeToLevelCount(std::size_t count)
 {
-    const NSApplication::EventScope event;
     while (levels_.size() > count) {
         const std::shared_ptr<NSMenu> menu = std::move(levels_.back());
         levels_.pop_back();
@@ -57,7 +54,6 @@ bool MenuTracking::choose(std::shared_ptr<NSMenuItem> item)
 {
     if (!item->action())
         return false;
-    const NSApplication::EventScope event;
     const std::shared_ptr<NSObject> target = item->target();
     if (onTakeOffScreen)
         onTakeOffScreen();

@@ -1,6 +1,7 @@
 #include "NSApplication.h"
 
 #include "Desktop.h"
+#include "Installed.h"
 #include "UserDefaults.h"
 
 #include <utility>
@@ -15,8 +16,9 @@ NSApplication& NSApplication::shared()
 
 Desktop& NSApplication::desktop()
 {
-    QB_CHECK(desktop_);
-    return *desktop_;
+    Desktop* const installed = Installed<Desktop>::current();
+    QB_CHECK(installed);
+    return *installed;
 }
 
 int NSApplication::run()
@@ -48,7 +50,6 @@ bool NSApplication::sendAction(const Selector* action, const std::shared_ptr<NSO
 {
     if (!action || !target)
         return false;
-    const EventScope event;
     action->perform(*target, sender.get());
     return true;
 }

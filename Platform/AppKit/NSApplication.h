@@ -23,11 +23,8 @@ class NSApplication {
 public:
     static NSApplication& shared();
 
-    // Must outlive the application's run; null takes it back.
-    void setDesktop(Desktop* desktop) { desktop_ = desktop; }
-    // Stops the program where none is set: without a desktop nothing may be shown.
+    // The desktop that is Installed. Stops the program where none is: without a desktop nothing may be shown.
     Desktop& desktop();
-    bool hasDesktop() const { return desktop_ != nullptr; }
 
     void setDelegate(std::shared_ptr<NSApplicationDelegate> delegate) { delegate_ = std::move(delegate); }
 
@@ -45,8 +42,8 @@ public:
     // may still be at work in.
     void releaseAfterEvent(std::shared_ptr<void> object);
 
-    // One event of the display or one call from outside. At the end of the outermost one the user
-    // defaults are written.
+    // One event of the display or one call from outside. It is opened where these enter the program and nowhere
+    // else; what an event calls need not know of it. At the end of the outermost one the user defaults are written.
     class EventScope {
     public:
         EventScope();
@@ -56,7 +53,6 @@ public:
     };
 
 private:
-    Desktop* desktop_ = nullptr;
     std::shared_ptr<NSApplicationDelegate> delegate_;
     int eventDepth_ = 0;
     std::vector<std::shared_ptr<void>> toRelease_;

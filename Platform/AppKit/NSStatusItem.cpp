@@ -1,13 +1,14 @@
 #include "NSStatusItem.h"
 
 #include "Desktop.h"
+#include "Installed.h"
 #include "NSApplication.h"
 
 namespace quillbox {
 
 NSStatusItem::~NSStatusItem()
 {
-    if (menu_ && NSApplication::shared().hasDesktop())
+    if (menu_ && Installed<Desktop>::current())
         NSApplication::shared().desktop().hideStatusItem(*this);
 }
 

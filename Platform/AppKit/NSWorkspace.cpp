@@ -1,6 +1,7 @@
 #include "NSWorkspace.h"
 
 #include "FileManager.h"
+#include "Installed.h"
 
 namespace quillbox {
 
@@ -14,8 +15,6 @@ namespace {
         bool launchApplication(const std::string&) override { return false; }
     };
 
-    NSWorkspace* installedWorkspace = nullptr;
-
 } // namespace
 
 bool NSWorkspace::isFilePackage(const std::string& atPath)
@@ -28,12 +27,8 @@ bool NSWorkspace::isFilePackage(const std::string& atPath)
 NSWorkspace& NSWorkspace::sharedWorkspace()
 {
     static NoWorkspace none;
-    return installedWorkspace ? *installedWorkspace : none;
-}
-
-void NSWorkspace::install(NSWorkspace* workspace)
-{
-    installedWorkspace = workspace;
+    NSWorkspace* const installed = Installed<NSWorkspace>::current();
+    return installed ? *installed : none;
 }
 
 } // namespace quillbox

@@ -35,10 +35,8 @@ public:
     // A directory whose name makes it a package.
     bool isFilePackage(const std::string& atPath);
 
-    // The installed workspace; before any is installed, one that has no icons and opens nothing.
+    // The workspace that is Installed; where none is, one that has no icons and opens nothing.
     static NSWorkspace& sharedWorkspace();
-    // `workspace` must outlive its use; null takes it back.
-    static void install(NSWorkspace* workspace);
 };
 
 } // namespace quillbox

@@ -1,5 +1,6 @@
 #include "MDQuery.h"
 
+#include "Installed.h"
 #include "TimeZone.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 namespace quillbox {
 
 namespace {
-
-    MetadataIndex* installedIndex = nullptr;
 
     // The moment in "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09 +0000) ,  ...".
     std::optional<Date> cutOffOf(const std::string& text)
@@ -36,16 +35,6 @@ namespace {
 
 } // namespace
 
-MetadataIndex* MetadataIndex::installed()
-{
-    return installedIndex;
-}
-
-void MetadataIndex::install(MetadataIndex* index)
-{
-    installedIndex = index;
-}
-
 std::optional<std::string> MDItem::copyAttribute(std::string_view name) const
 {
     return name == kMDItemPath ? std::optional(path_) : std::nullopt;
@@ -61,9 +50,10 @@ bool MDQuery::execute()
 {
     results_.clear();
     const auto cutOff = cutOffOf(queryText_);
-    if (!cutOff || !installedIndex || sortingAttributes_ != std::vector { kMDItemLastUsedDate })
+    MetadataIndex* const index = Installed<MetadataIndex>::current();
+    if (!cutOff || !index || sortingAttributes_ != std::vector { kMDItemLastUsedDate })
         return false;
-    for (std::string& path : installedIndex->pathsLastUsed(*cutOff, TimeZone::current().startOfDayAfter(Date::now())))
+    for (std::string& path : index->pathsLastUsed(*cutOff, TimeZone::current().startOfDayAfter(Date::now())))
         results_.emplace_back(std::move(path));
     return true;
 }

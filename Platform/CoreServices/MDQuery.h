@@ -10,17 +10,13 @@
 
 namespace quillbox {
 
-// Knows when files and applications were last used. Implemented by the desktop's side.
+// Knows when files and applications were last used. Implemented by the desktop's side; queries ask the one that is
+// Installed.
 class MetadataIndex {
 public:
     virtual ~MetadataIndex() = default;
     // The paths last used between the two moments, both included, oldest first, each once.
     virtual std::vector<std::string> pathsLastUsed(Date from, Date until) = 0;
-
-    // The installed index; null where there is none.
-    static MetadataIndex* installed();
-    // `index` must outlive its use.
-    static void install(MetadataIndex* index);
 };
 
 inline constexpr std::string_view kMDItemLastUsedDate = "kMDItemLastUsedDate";

@@ -2,6 +2,7 @@
 
 #include "FileContents.h"
 #include "FileManager.h"
+#include "Installed.h"
 #include "URL.h"
 
 #include <climits>
@@ -47,9 +48,6 @@ namespace {
         return {};
     }
 
-    std::string installedResourceDirectory;
-    bool mainIsRead = false;
-
 } // namespace
 
 std::optional<Bundle> Bundle::atPath(const std::string& path)
@@ -81,20 +79,18 @@ std::optional<std::string> Bundle::pathForResource(const std::string& name) cons
 const Bundle& Bundle::main()
 {
     static Bundle bundle;
-    if (!std::exchange(mainIsRead, true)) {
-        bundle.resourceDirectory_ =
-            installedResourceDirectory.empty() ? resourceDirectoryOfExecutable() : installedResourceDirectory;
+    // What was installed when the bundle was read; empty for the application's own resources.
+    static std::optional<std::string> readFrom;
+    const ApplicationResources* const installed = Installed<const ApplicationResources>::current();
+    const std::string& wanted = installed ? installed->directory : std::string();
+    if (readFrom != wanted) {
+        readFrom = wanted;
+        bundle.resourceDirectory_ = wanted.empty() ? resourceDirectoryOfExecutable() : wanted;
         bundle.info_ = bundle.resourceDirectory_.empty()
             ? PropertyList::Dictionary {}
             : readInfo(path::appending(bundle.resourceDirectory_, "Info.plist"));
     }
     return bundle;
-}
-
-void Bundle::installMainResourceDirectory(const std::string& directory)
-{
-    installedResourceDirectory = directory;
-    mainIsRead = false;
 }
 
 } // namespace quillbox

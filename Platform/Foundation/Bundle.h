@@ -7,6 +7,11 @@
 
 namespace quillbox {
 
+// The directory of the application's Info.plist and resources, where another one than its own is Installed.
+struct ApplicationResources {
+    std::string directory;
+};
+
 // A directory with an Info.plist: the running application's, or a package on disk.
 class Bundle {
 public:
@@ -22,11 +27,9 @@ public:
     // The path of a resource by its file name ("Quillbox Icon.svg"); none where there is no such file.
     std::optional<std::string> pathForResource(const std::string& name) const;
 
-    // The running application. Its resources lie in Resources/ of the source or build tree beside the
-    // executable, or in ../share/quillbox once installed.
+    // The running application. Its resources lie in the ApplicationResources that are Installed, else in Resources/
+    // of the source or build tree beside the executable, or in ../share/quillbox once installed.
     static const Bundle& main();
-    // Tests give the application's bundle another directory; empty puts the real one back.
-    static void installMainResourceDirectory(const std::string& directory);
 
 private:
     std::string resourceDirectory_;

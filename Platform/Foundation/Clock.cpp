@@ -1,6 +1,7 @@
 #include "Clock.h"
 
 #include "Check.h"
+#include "Installed.h"
 
 namespace quillbox {
 
@@ -27,19 +28,13 @@ namespace {
         }
     };
 
-    Clock* installedClock = nullptr;
-
 } // namespace
 
 Clock& Clock::current()
 {
     static SystemClock systemClock;
-    return installedClock ? *installedClock : systemClock;
-}
-
-void Clock::install(Clock* clock)
-{
-    installedClock = clock;
+    Clock* const installed = Installed<Clock>::current();
+    return installed ? *installed : systemClock;
 }
 
 } // namespace quillbox

@@ -27,11 +27,9 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                                        std::function<void()> action) = 0;
 
-    // The installed clock. Before any is installed: the system's, whose after() is refused by a check,
-    // because there is no event loop to call from.
+    // The clock that is Installed. Where none is: the system's, whose after() is refused by a check, because there
+    // is no event loop to call from.
     static Clock& current();
-    // Installs `clock`, which must outlive its use; null puts the system's back.
-    static void install(Clock* clock);
 };
 
 } // namespace quillbox

@@ -2,6 +2,7 @@
 
 #include "FileDescriptor.h"
 #include "HiddenNames.h"
+#include "Installed.h"
 #include "MountTable.h"
 
 #include <algorithm>
@@ -18,9 +19,6 @@
 namespace quillbox {
 
 namespace {
-
-    FileManager* installedManager = nullptr;
-    StandardDirectories* installedDirectories = nullptr;
 
     using EntryKind = DirectoryListing::EntryKind;
 
@@ -142,13 +140,14 @@ Result<std::string> FileManager::destinationOfSymbolicLink(const std::string& pa
 
 std::vector<URL> FileManager::urls(SearchPathDirectory directory, SearchPathDomainMask domains)
 {
-    return installedDirectories ? installedDirectories->urls(directory, domains) : std::vector<URL>();
+    StandardDirectories* const directories = Installed<StandardDirectories>::current();
+    return directories ? directories->urls(directory, domains) : std::vector<URL>();
 }
 
 URL FileManager::homeDirectoryForCurrentUser()
 {
-    if (installedDirectories)
-        return installedDirectories->homeDirectory();
+    if (StandardDirectories* const directories = Installed<StandardDirectories>::current())
+        return directories->homeDirectory();
     if (const char* home = std::getenv("HOME"); home && home[0] == '/')
         return URL::fileURLWithPath(home);
     const passwd* entry = ::getpwuid(::getuid());
@@ -158,17 +157,8 @@ URL FileManager::homeDirectoryForCurrentUser()
 FileManager& FileManager::defaultManager()
 {
     static FileManager plain;
-    return installedManager ? *installedManager : plain;
-}
-
-void FileManager::installDefaultManager(FileManager* manager)
-{
-    installedManager = manager;
-}
-
-void FileManager::installStandardDirectories(StandardDirectories* directories)
-{
-    installedDirectories = directories;
+    FileManager* const installed = Installed<FileManager>::current();
+    return installed ? *installed : plain;
 }
 
 } // namespace quillbox

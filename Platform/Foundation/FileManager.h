@@ -54,15 +54,13 @@ public:
     // The link's text as stored.
     virtual Result<std::string> destinationOfSymbolicLink(const std::string& path);
 
-    // Empty where no standard directories are installed.
+    // What the Installed standard directories say; empty where there are none.
     std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains);
-    // What the installed standard directories say; without any, $HOME, else the password database.
+    // What the Installed standard directories say; without any, $HOME, else the password database.
     URL homeDirectoryForCurrentUser();
 
+    // The one that is Installed, else a plain one.
     static FileManager& defaultManager();
-    // Both must outlive their use; null puts the plain one (no standard directories) back.
-    static void installDefaultManager(FileManager* manager);
-    static void installStandardDirectories(StandardDirectories* directories);
 };
 
 } // namespace quillbox

@@ -1,5 +1,7 @@
 #include "TimeZone.h"
 
+#include "Installed.h"
+
 #include <cmath>
 #include <ctime>
 
@@ -20,8 +22,6 @@ namespace {
         }
     };
 
-    const TimeZone* installedZone = nullptr;
-
 } // namespace
 
 Date TimeZone::startOfDayAfter(Date moment) const
@@ -36,12 +36,8 @@ Date TimeZone::startOfDayAfter(Date moment) const
 const TimeZone& TimeZone::current()
 {
     static const SystemTimeZone system;
-    return installedZone ? *installedZone : system;
-}
-
-void TimeZone::install(const TimeZone* zone)
-{
-    installedZone = zone;
+    const TimeZone* const installed = Installed<const TimeZone>::current();
+    return installed ? *installed : system;
 }
 
 } // namespace quillbox

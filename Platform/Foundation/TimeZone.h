@@ -4,7 +4,7 @@
 
 namespace quillbox {
 
-// Where the person's days begin. The one in use is the system's; tests install one of their own.
+// Where the person's days begin.
 class TimeZone {
 public:
     virtual ~TimeZone() = default;
@@ -14,9 +14,8 @@ public:
     // The first moment of the next calendar day: a day may have 23 or 25 hours.
     Date startOfDayAfter(Date moment) const;
 
+    // The zone that is Installed, else the system's.
     static const TimeZone& current();
-    // `zone` must outlive its use; null puts the system's back.
-    static void install(const TimeZone* zone);
 };
 
 } // namespace quillbox

@@ -2,6 +2,7 @@
 
 #include "AliasFile.h"
 #include "HiddenNames.h"
+#include "Installed.h"
 #include "MountTable.h"
 #include "URL.h"
 #include "VolumeNames.h"
@@ -15,8 +16,6 @@
 namespace quillbox {
 
 namespace {
-
-    VolumeNames* installedVolumeNames = nullptr;
 
     bool isListedHidden(const URL& url)
     {
@@ -36,16 +35,6 @@ bool isPackageName(std::string_view name)
 bool packageHidesExtension(std::string_view name)
 {
     return name.ends_with(".app") || name.ends_with(".prefPane");
-}
-
-VolumeNames* VolumeNames::installed()
-{
-    return installedVolumeNames;
-}
-
-void VolumeNames::install(VolumeNames* names)
-{
-    installedVolumeNames = names;
 }
 
 Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
@@ -81,8 +70,9 @@ Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
             values.isVolume = isVolume;
         // By the mount's own path, which has no links on the way.
         const MountTable::Mount* mount = isVolume ? MountTable::current().find(status.stx_mnt_id) : nullptr;
-        if (mount && installedVolumeNames && asked(URLResourceKey::volumeLocalizedName))
-            values.volumeLocalizedName = installedVolumeNames->localizedName(mount->mountPoint);
+        VolumeNames* const names = Installed<VolumeNames>::current();
+        if (mount && names && asked(URLResourceKey::volumeLocalizedName))
+            values.volumeLocalizedName = names->localizedName(mount->mountPoint);
     }
     return values;
 }

@@ -4,6 +4,7 @@
 #include "DamagedFile.h"
 #include "FileContents.h"
 #include "FileManager.h"
+#include "Installed.h"
 #include "URL.h"
 
 #include <algorithm>
@@ -21,8 +22,6 @@ namespace quillbox {
 namespace {
 
     constexpr std::size_t kMaximumFileSize = std::size_t { 64 } << 20;
-
-    UserDefaults* installedStandard = nullptr;
 
     // What changes when a file is written or replaced.
     struct FileStamp {
@@ -306,16 +305,11 @@ const std::string& UserDefaults::path() const
 
 UserDefaults& UserDefaults::standard()
 {
-    if (installedStandard)
-        return *installedStandard;
+    if (UserDefaults* const installed = Installed<UserDefaults>::current())
+        return *installed;
     // Never destroyed: an exit that skips the ordinary end may still run events.
     static auto* const defaults = new UserDefaults(standardPath());
     return *defaults;
-}
-
-void UserDefaults::installStandard(UserDefaults* defaults)
-{
-    installedStandard = defaults;
 }
 
 } // namespace quillbox

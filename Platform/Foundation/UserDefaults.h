@@ -51,10 +51,8 @@ public:
 
     const std::string& path() const;
 
-    // The application's settings ($XDG_CONFIG_HOME/quillbox/defaults.plist unless others are installed).
+    // The application's settings: those that are Installed, else $XDG_CONFIG_HOME/quillbox/defaults.plist.
     static UserDefaults& standard();
-    // `defaults` must outlive its use; null puts the ordinary ones back.
-    static void installStandard(UserDefaults* defaults);
 
 private:
     struct State;

@@ -1,7 +1,5 @@
 #include "QtClock.h"
 
-#include "NSApplication.h"
-
 #include <QTimer>
 
 #include <utility>
@@ -17,7 +15,6 @@ namespace {
             timer_->setSingleShot(true);
             // The action may let go of this object.
             QObject::connect(timer_, &QTimer::timeout, timer_, [action = std::move(action)]() {
-                const NSApplication::EventScope scope;
                 const std::function<void()> held = action;
                 held();
             });

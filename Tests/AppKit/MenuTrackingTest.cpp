@@ -1,6 +1,7 @@
 #include "MenuTracking.h"
 #include "FakeUser.h"
 #include "HeadlessDesktop.h"
+#include "Installed.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
 #include "TemporaryDirectory.h"
@@ -35,13 +36,11 @@ namespace {
     protected:
         Tracking()
         {
-            UserDefaults::installStandard(&defaults);
             fill(*top, "a");
             fill(*submenu("a"), "b");
             submenu("a")->setDelegate({});
             fill(*std::static_pointer_cast<NSMenu>(submenu("a")->itemArray()[0]->submenu()), "c");
         }
-        ~Tracking() override { UserDefaults::installStandard(nullptr); }
 
         // One row "<name>" that opens a menu "<name>" and one "<name> file" that acts.
         void fill(NSMenu& menu, const std::string& name)
@@ -67,6 +66,7 @@ namespace {
         HeadlessDesktop desktop;
         TemporaryDirectory files;
         UserDefaults defaults { files.path("defaults.plist") };
+        const Installed<UserDefaults> installedDefaults { defaults };
         std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>();
         std::shared_ptr<NSMenu> top = [this] {
             auto menu = std::make_shared<NSMenu>("top");

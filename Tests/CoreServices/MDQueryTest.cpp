@@ -1,4 +1,5 @@
 #include "MDQuery.h"
+#include "Installed.h"
 #include "ManualClock.h"
 #include "TimeZone.h"
 
@@ -10,25 +11,27 @@ namespace {
 
     class RecordingIndex final : public MetadataIndex {
     public:
-        RecordingIndex() { install(this); }
-        ~RecordingIndex() override { install(nullptr); }
         std::vector<std::string> pathsLastUsed(Date from, Date until) override
         {
             asked += from.description() + " to " + until.description();
             return { "/old", "/new" };
         }
         std::string asked;
+
+    private:
+        const Installed<MetadataIndex> installed_ { *this };
     };
 
     // Central European time around the end of March 2024, when its clocks went forward.
     class CentralEurope final : public TimeZone {
     public:
-        CentralEurope() { install(this); }
-        ~CentralEurope() override { install(nullptr); }
         int secondsFromGMT(Date at) const override
         {
             return at < Date::sinceUnixEpoch(1711846800) ? 3600 : 7200; // 2024-03-31 01:00 UTC
         }
+
+    private:
+        const Installed<const TimeZone> installed_ { *this };
     };
 
     const std::string kQuery = "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09 +0000) ,"

@@ -1,5 +1,6 @@
 #include "FileManager.h"
 #include "AliasFile.h"
+#include "Installed.h"
 #include "MountTable.h"
 #include "TemporaryDirectory.h"
 #include "Unprivileged.h"
@@ -150,7 +151,7 @@ TEST(ResourceValues, KnowVolumes)
     const TemporaryDirectory files;
     const std::string rootLink = files.makeLink("root", "/");
     Names names;
-    VolumeNames::install(&names);
+    std::optional<Installed<VolumeNames>> installed(std::in_place, names);
     for (const auto& [path, name] : { std::pair(std::string("/proc"), "Volume /proc"),
                                       { "/", "Volume /" },
                                       { "/proc/self", "" },
@@ -159,7 +160,7 @@ TEST(ResourceValues, KnowVolumes)
         EXPECT_EQ(values.isVolume, *name != '\0') << path;
         EXPECT_EQ(values.volumeLocalizedName.value_or(""), name) << path;
     }
-    VolumeNames::install(nullptr);
+    installed.reset();
     EXPECT_FALSE(valuesOf("/proc", URLResourceKey::volumeLocalizedName).volumeLocalizedName);
     // By whatever way the directory is reached, what is mounted in it is not told.
     for (const std::string& path : { std::string("/"), rootLink }) {

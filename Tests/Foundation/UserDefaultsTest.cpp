@@ -1,6 +1,7 @@
 #include "UserDefaults.h"
 
 #include "Bundle.h"
+#include "Installed.h"
 #include "ManualClock.h"
 #include "TemporaryDirectory.h"
 #include "Unprivileged.h"
@@ -233,7 +234,8 @@ TEST(UserDefaults, RemovingTheDomainDeletesEverything)
     world.files.writeFile(
         "Info.plist",
         "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>org.example.Own</string></dict></plist>");
-    Bundle::installMainResourceDirectory(world.files.path());
+    const ApplicationResources resources { world.files.path() };
+    const Installed<const ApplicationResources> installed(resources);
     world.writeFromOutside(Values { { "old", true } });
     world.defaults.set(true, "new");
     world.defaults.removePersistentDomain("org.example.Other");
@@ -242,7 +244,6 @@ TEST(UserDefaults, RemovingTheDomainDeletesEverything)
     EXPECT_TRUE(world.defaults.dictionaryRepresentation().empty());
     EXPECT_TRUE(world.defaults.synchronize());
     EXPECT_TRUE(world.fileNames().empty());
-    Bundle::installMainResourceDirectory("");
 }
 
 TEST(UserDefaults, StandardOnesLieInTheConfigurationDirectory)

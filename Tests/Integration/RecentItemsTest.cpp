@@ -1,5 +1,6 @@
 #include "RecentUseIndex.h"
 
+#include "Installed.h"
 #include "ManageDefaults.h"
 #include "World.h"
 #include "XdgTree.h"
@@ -15,8 +16,6 @@ namespace {
     // Remembers what was looked for.
     class WatchingFileManager final : public FileManager {
     public:
-        WatchingFileManager() { installDefaultManager(this); }
-        ~WatchingFileManager() override { installDefaultManager(nullptr); }
         using FileManager::fileExists;
         bool fileExists(const std::string& path, bool& isDirectory) override
         {
@@ -24,6 +23,9 @@ namespace {
             return FileManager::fileExists(path, isDirectory);
         }
         std::vector<std::string> lookedFor;
+
+    private:
+        const Installed<FileManager> installed_ { *this };
     };
 
     // The menus of recent items over the records of a home of the test's own.
@@ -44,15 +46,14 @@ namespace {
                     + tree.files().makeDirectory("folder") + "' visited='" + iso(8) + "'/></xbel>");
             start();
         }
-        ~RecentItemsMenus() override { MetadataIndex::install(nullptr); }
 
         void start()
         {
-            MetadataIndex::install(nullptr);
+            installed.reset();
             index.reset();
             bundles = std::make_unique<ApplicationBundles>(tree.environment, nullptr);
             index = std::make_unique<RecentUseIndex>(*bundles, nullptr);
-            MetadataIndex::install(index.get());
+            installed.emplace(*index);
         }
         std::string iso(int secondsAgo) const
         {
@@ -97,6 +98,7 @@ namespace {
         XdgTree tree;
         std::unique_ptr<ApplicationBundles> bundles;
         std::unique_ptr<RecentUseIndex> index;
+        std::optional<Installed<MetadataIndex>> installed;
     };
 
     TEST_F(RecentItemsMenus, ListWhatTheRecordsTellByNameAndByDate)

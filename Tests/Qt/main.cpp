@@ -1,6 +1,7 @@
+#include "QtApplication.h"
+
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QStyleFactory>
 
 // The tests of the display run in one application, on the platform that needs no display, with one style
@@ -11,7 +12,7 @@ int main(int argc, char** argv)
     qunsetenv("QT_QPA_PLATFORMTHEME");
     qunsetenv("QT_STYLE_OVERRIDE");
     testing::InitGoogleTest(&argc, argv);
-    QApplication application(argc, argv);
+    quillbox::QtApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();

@@ -1,3 +1,4 @@
+#include "Installed.h"
 #include "StatusMenuItemController.h"
 #include "Unprivileged.h"
 #include "World.h"
@@ -76,11 +77,7 @@ namespace {
     // Fixes the order of a listing.
     class OrderedFileManager final : public FileManager {
     public:
-        explicit OrderedFileManager(std::vector<std::string> names) : names_(std::move(names))
-        {
-            installDefaultManager(this);
-        }
-        ~OrderedFileManager() override { installDefaultManager(nullptr); }
+        explicit OrderedFileManager(std::vector<std::string> names) : names_(std::move(names)) { }
 
         Result<DirectoryListing> contentsOfDirectory(const URL& directory, DirectoryEnumerationOptions) override
         {
@@ -91,6 +88,7 @@ namespace {
         }
 
     private:
+        const Installed<FileManager> installed_ { *this };
         std::vector<std::string> names_;
     };
 

@@ -289,8 +289,6 @@ namespace {
 
     class FixedIndex final : public MetadataIndex {
     public:
-        FixedIndex() { install(this); }
-        ~FixedIndex() override { install(nullptr); }
         std::vector<std::string> pathsLastUsed(Date from, Date) override
         {
             cutOff = from;
@@ -298,6 +296,9 @@ namespace {
         }
         std::vector<std::string> paths;
         Date cutOff;
+
+    private:
+        const Installed<MetadataIndex> installed_ { *this };
     };
 
     class RecentItems : public testing::Test {

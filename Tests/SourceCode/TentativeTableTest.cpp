@@ -2,6 +2,7 @@
 
 #include "CALayer.h"
 #include "GlobalVars.h"
+#include "Installed.h"
 #include "ManageDefaults.h"
 #include "NSOpenPanel.h"
 #include "NSTextField.h"
@@ -342,12 +343,11 @@ namespace {
             std::optional<std::string> localizedName(const std::string&) override { return name; }
             std::optional<std::string> name = "Backup";
         } names;
-        VolumeNames::install(&names);
+        const Installed<VolumeNames> installed(names);
         const std::vector<URL> roots { URL::fileURLWithPath("/") };
         EXPECT_EQ(TentativeMenuItemsTable::menuItemsFromURLs(roots)[0]->displayString, "Backup");
         names.name.reset();
         EXPECT_EQ(TentativeMenuItemsTable::menuItemsFromURLs(roots)[0]->displayString, "Volume Root");
-        VolumeNames::install(nullptr);
     }
 
 } // namespace

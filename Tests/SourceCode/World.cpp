@@ -23,16 +23,12 @@ std::vector<URL> NamedDirectories::urls(SearchPathDirectory directory, SearchPat
 World::World()
 {
     empty();
-    UserDefaults::installStandard(&defaults);
-    FileManager::installStandardDirectories(&directories);
 }
 
 World::~World()
 {
     controller.reset();
     empty();
-    FileManager::installStandardDirectories(nullptr);
-    UserDefaults::installStandard(nullptr);
 }
 
 void World::empty()

@@ -2,6 +2,7 @@
 
 #include "FakeUser.h"
 #include "HeadlessDesktop.h"
+#include "Installed.h"
 #include "ManualClock.h"
 #include "RecordingWorkspace.h"
 #include "TemporaryDirectory.h"
@@ -62,6 +63,9 @@ public:
 
 private:
     static void empty();
+
+    const Installed<UserDefaults> installedDefaults_ { defaults };
+    const Installed<StandardDirectories> installedDirectories_ { directories };
 };
 
 std::shared_ptr<MainMenuItem> pickedItem(const std::string& path, MenuOptionFlagsSv sv = {});

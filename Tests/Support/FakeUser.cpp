@@ -1,6 +1,7 @@
 #include "FakeUser.h"
 
 #include "MenuDump.h"
+#include "NSApplication.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,7 @@ namespace quillbox {
 
 FakeUser& FakeUser::open()
 {
+    const NSApplication::EventScope event;
     EXPECT_TRUE(tracking_.open(menu_));
     return *this;
 }
@@ -23,6 +25,7 @@ std::shared_ptr<NSMenuItem> FakeUser::row(std::string_view title) const
 
 FakeUser& FakeUser::openSubmenu(std::string_view title)
 {
+    const NSApplication::EventScope event;
     const auto item = row(title);
     EXPECT_TRUE(item) << "no row \"" << title << "\" in\n" << sees();
     if (item) {
@@ -33,6 +36,7 @@ FakeUser& FakeUser::openSubmenu(std::string_view title)
 
 void FakeUser::choose(std::string_view title)
 {
+    const NSApplication::EventScope event;
     const auto item = row(title);
     ASSERT_TRUE(item) << "no row \"" << title << "\" in\n" << sees();
     EXPECT_TRUE(tracking_.choose(item)) << title;

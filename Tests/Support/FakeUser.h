@@ -7,7 +7,8 @@
 
 namespace quillbox {
 
-// Uses a menu as a person would: opens it, goes into submenus by their titles, chooses rows, closes it.
+// Uses a menu as a person would: opens it, goes into submenus by their titles, chooses rows, closes it. Opening,
+// going on and choosing are one event each.
 class FakeUser {
 public:
     explicit FakeUser(std::shared_ptr<NSMenu> menu) : menu_(std::move(menu)) { }

@@ -2,6 +2,7 @@
 
 #include "Desktop.h"
 #include "HeadlessWindows.h"
+#include "Installed.h"
 #include "NSAlert.h"
 #include "NSStatusItem.h"
 
@@ -14,7 +15,6 @@ namespace quillbox {
 // as long as it lives.
 class HeadlessDesktop final : public Desktop {
 public:
-    HeadlessDesktop();
     ~HeadlessDesktop() override;
 
     void showStatusItem(NSStatusItem& item) override { statusItem = &item; }
@@ -36,6 +36,9 @@ public:
     HeadlessWindows shownWindows;
     int activations = 0;
     bool isStopped = false;
+
+private:
+    const Installed<Desktop> installed_ { *this };
 };
 
 } // namespace quillbox

@@ -16,15 +16,7 @@ namespace {
     };
 } // namespace
 
-ManualClock::ManualClock(Date start) : now_(start)
-{
-    Clock::install(this);
-}
-
-ManualClock::~ManualClock()
-{
-    Clock::install(nullptr);
-}
+ManualClock::ManualClock(Date start) : now_(start) { }
 
 std::unique_ptr<Clock::Timer> ManualClock::after(std::chrono::milliseconds delay, std::function<void()> action)
 {

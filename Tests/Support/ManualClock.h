@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Clock.h"
+#include "Installed.h"
 
 #include <functional>
 #include <map>
@@ -12,7 +13,6 @@ namespace quillbox {
 class ManualClock final : public Clock {
 public:
     explicit ManualClock(Date start = Date::sinceUnixEpoch(1700000000));
-    ~ManualClock() override;
 
     Date now() const override { return now_; }
     std::chrono::milliseconds uptime() const override { return uptime_; }
@@ -26,6 +26,7 @@ public:
 private:
     struct Pending;
 
+    const Installed<Clock> installed_ { *this };
     Date now_;
     std::chrono::milliseconds uptime_ { 0 };
     std::multimap<std::chrono::milliseconds, std::weak_ptr<Pending>> pending_;

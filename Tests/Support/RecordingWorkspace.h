@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Installed.h"
 #include "NSWorkspace.h"
 
 #include <string>
@@ -11,9 +12,6 @@ namespace quillbox {
 // the installed workspace for as long as it lives.
 class RecordingWorkspace final : public NSWorkspace {
 public:
-    RecordingWorkspace() { NSWorkspace::install(this); }
-    ~RecordingWorkspace() override { NSWorkspace::install(nullptr); }
-
     NSImage icon(std::string_view forFile, EntryKind) override
     {
         return image("icon of " + std::string(forFile.substr(forFile.rfind('/') + 1)));
@@ -38,6 +36,8 @@ public:
     bool hasSystemImages = true;
 
 private:
+    const Installed<NSWorkspace> installed_ { *this };
+
     static NSImage image(std::string name)
     {
         return NSImage(std::make_shared<KnownImageSource>(std::move(name), ThemedImage {}), { 32, 32 });

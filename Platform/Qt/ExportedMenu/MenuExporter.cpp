@@ -1,7 +1,6 @@
 #include "MenuExporter.h"
 
 #include "DBusMenuTypes.h"
-#include "NSApplication.h"
 #include "SessionBus.h"
 
 #include <QGuiApplication>
@@ -119,7 +118,6 @@ MenuExporter::~MenuExporter()
 
 void MenuExporter::fill()
 {
-    const NSApplication::EventScope event;
     if (menu_.fill() && isKnown_)
         tellLayoutUpdated(kRoot);
 }
@@ -188,10 +186,7 @@ bool MenuExporter::takeEvent(int id, const QString& event)
     } else if (event == QLatin1String("closed")) {
         afterAnswer_.emplace_back([this, id] { menu_.closed(id); });
     } else if (event == QLatin1String("clicked")) {
-        const auto choose = [this, choice = menu_.choice(id)] {
-            const NSApplication::EventScope scope;
-            menu_.perform(choice);
-        };
+        const auto choose = [this, choice = menu_.choice(id)] { menu_.perform(choice); };
         QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
     }
     return true;
@@ -254,7 +249,6 @@ QDBusMessage MenuExporter::aboutToShowGroup(const QDBusMessage& call)
 
 bool MenuExporter::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
 {
-    const NSApplication::EventScope event;
     const auto by = [this](auto member) {
         return [this, member](const QDBusMessage& call) { return (this->*member)(call); };
     };

@@ -1,7 +1,6 @@
 #include "MenuPopup.h"
 
 #include "MenuText.h"
-#include "NSApplication.h"
 
 #include <QApplication>
 #include <QBackingStore>
@@ -176,7 +175,6 @@ void MenuPopup::request(std::size_t row, RowRequest request)
         [this, row, request] {
             if (!events_)
                 return;
-            const NSApplication::EventScope scope;
             events_->rowRequested(*this, row, request);
         },
         Qt::QueuedConnection);
@@ -239,7 +237,6 @@ void MenuPopup::hideEvent(QHideEvent*)
 {
     if (!events_)
         return;
-    const NSApplication::EventScope scope;
     events_->wasHidden(*this);
 }
 
@@ -247,7 +244,6 @@ void MenuPopup::mouseMoveEvent(QMouseEvent* event)
 {
     if (!events_)
         return;
-    const NSApplication::EventScope scope;
     events_->pointerMoved(event->globalPosition().toPoint(), event->buttons());
 }
 
@@ -255,7 +251,6 @@ void MenuPopup::mousePressEvent(QMouseEvent* event)
 {
     if (!events_)
         return;
-    const NSApplication::EventScope scope;
     events_->pointerPressed(event->globalPosition().toPoint());
 }
 
@@ -263,7 +258,6 @@ void MenuPopup::mouseReleaseEvent(QMouseEvent* event)
 {
     if (!events_)
         return;
-    const NSApplication::EventScope scope;
     events_->pointerReleased(event->globalPosition().toPoint());
 }
 
@@ -271,7 +265,6 @@ void MenuPopup::wheelEvent(QWheelEvent* event)
 {
     if (!events_)
         return;
-    const NSApplication::EventScope scope;
     const double pixels = event->pixelDelta().y() != 0
         ? event->pixelDelta().y()
         : event->angleDelta().y() / kAngleOfNotch * kRowsPerNotch * ordinaryRowHeight();
@@ -283,7 +276,6 @@ void MenuPopup::keyPressEvent(QKeyEvent* event)
 {
     if (!events_)
         return;
-    const NSApplication::EventScope scope;
     events_->keyPressed(*event);
     event->accept();
 }

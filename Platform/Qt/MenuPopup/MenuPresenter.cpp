@@ -5,7 +5,6 @@
 #include "MenuLevels.h"
 #include "MenuPointer.h"
 #include "MenuText.h"
-#include "NSApplication.h"
 
 #include <QCursor>
 #include <QScreen>
@@ -151,7 +150,6 @@ MenuPresenter::~MenuPresenter() = default;
 
 bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner)
 {
-    const NSApplication::EventScope scope;
     return session_->open(menu, anchor, reserve, owner);
 }
 
@@ -167,7 +165,6 @@ bool MenuPresenter::isOpen() const
 
 void MenuPresenter::close()
 {
-    const NSApplication::EventScope scope;
     session_->levels.closeToCount(0);
 }
 

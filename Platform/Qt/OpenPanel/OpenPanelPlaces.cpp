@@ -2,6 +2,7 @@
 
 #include "FileManager.h"
 #include "ImageRenderer.h"
+#include "Installed.h"
 #include "MenuText.h"
 #include "MountTable.h"
 #include "NSWorkspace.h"
@@ -80,7 +81,7 @@ OpenPanelPlaces::OpenPanelPlaces(QWidget* parent, std::function<void(const std::
 
 void OpenPanelPlaces::addVolumes()
 {
-    VolumeNames* names = VolumeNames::installed();
+    VolumeNames* names = Installed<VolumeNames>::current();
     for (const MountTable::Mount& mount : MountTable::current().mounts()) {
         if (!isPersonsVolume(mount.mountPoint))
             continue;

@@ -1,6 +1,5 @@
 #include "OpenPanelPresenter.h"
 
-#include "NSApplication.h"
 #include "OpenPanelDialog.h"
 #include "SheetShield.h"
 
@@ -22,11 +21,7 @@ namespace {
                 return;
             // The panel is held until then.
             QMetaObject::invokeMethod(
-                qApp,
-                [held = std::move(panel), complete = std::move(completion), response] {
-                    const NSApplication::EventScope scope;
-                    complete(response);
-                },
+                qApp, [held = std::move(panel), complete = std::move(completion), response] { complete(response); },
                 Qt::QueuedConnection);
             completion = nullptr;
         }

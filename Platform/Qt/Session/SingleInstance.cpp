@@ -1,6 +1,5 @@
 #include "SingleInstance.h"
 
-#include "NSApplication.h"
 #include "SessionBus.h"
 
 #include <QDBusConnectionInterface>
@@ -122,7 +121,6 @@ SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activa
 void SingleInstance::Service::later(const QVariantMap& platformData, std::function<void()> handler)
 {
     QTimer::singleShot(0, this, [this, token = tokenIn(platformData), handler = std::move(handler)] {
-        const NSApplication::EventScope event;
         if (!token.empty() && handlers.onActivationToken)
             handlers.onActivationToken(token);
         if (handler)

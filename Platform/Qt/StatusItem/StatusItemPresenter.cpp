@@ -181,7 +181,6 @@ void StatusItemPresenter::State::openShortMenu(QRect anchor)
 void StatusItemPresenter::State::open(const std::shared_ptr<NSMenu>& menu, QRect anchor,
                                       const std::shared_ptr<NSMenu>& reserve)
 {
-    const NSApplication::EventScope event;
     if (exporter)
         exporter->close();
     if (menus.isOpen()) {

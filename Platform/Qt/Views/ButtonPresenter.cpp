@@ -2,7 +2,6 @@
 
 #include "Appearance.h"
 #include "ImageButton.h"
-#include "NSApplication.h"
 
 #include <QCheckBox>
 #include <QKeyEvent>
@@ -55,7 +54,6 @@ QWidget* ButtonPresenter::makeWidget(const std::shared_ptr<NSButton>& button, QW
         break;
     }
     QObject::connect(widget, &QAbstractButton::clicked, widget, [widget, pressed = std::weak_ptr<NSButton>(button)] {
-        const NSApplication::EventScope event;
         const auto known = pressed.lock();
         if (!known)
             return;

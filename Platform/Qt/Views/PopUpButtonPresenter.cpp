@@ -1,7 +1,6 @@
 #include "PopUpButtonPresenter.h"
 
 #include "Appearance.h"
-#include "NSApplication.h"
 
 #include <QComboBox>
 
@@ -14,7 +13,6 @@ namespace {
         auto* box = new QComboBox(&parent);
         QObject::connect(box, &QComboBox::activated, box,
                          [box, chosenIn = std::weak_ptr<NSPopUpButton>(button)](int at) {
-                             const NSApplication::EventScope event;
                              if (const auto known = chosenIn.lock()) {
                                  known->userSelectsItem(at);
                                  box->setCurrentIndex(known->indexOfSelectedItem());

@@ -1,7 +1,5 @@
 #include "RowDrag.h"
 
-#include "NSApplication.h"
-
 #include <QCoreApplication>
 #include <QDrag>
 #include <QGuiApplication>
@@ -58,7 +56,6 @@ void RowDrag::run(NSPasteboard pasteboard, NSDragOperation outside, const QPixma
     });
     drag->exec(Qt::CopyAction);
 
-    const NSApplication::EventScope event;
     tracking->end();
 }
 

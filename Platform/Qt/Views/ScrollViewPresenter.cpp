@@ -1,7 +1,6 @@
 #include "ScrollViewPresenter.h"
 
 #include "Appearance.h"
-#include "NSApplication.h"
 #include "NSTableView.h"
 
 #include <QApplication>
@@ -56,7 +55,6 @@ void ScrollViewWidget::wheelEvent(QWheelEvent* event)
 
 void ScrollViewWidget::scroll(double toY)
 {
-    const NSApplication::EventScope event;
     if (const auto view = view_.lock())
         view->contentView()->scroll(toY);
 }

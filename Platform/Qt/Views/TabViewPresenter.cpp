@@ -1,7 +1,5 @@
 #include "TabViewPresenter.h"
 
-#include "NSApplication.h"
-
 #include <QEvent>
 #include <QSignalBlocker>
 #include <QStyleOptionTabWidgetFrame>
@@ -25,7 +23,6 @@ namespace {
             bar->setElideMode(Qt::ElideNone);
             bar->setUsesScrollButtons(true);
             connect(bar, &QTabBar::currentChanged, this, [this](int at) {
-                const NSApplication::EventScope event;
                 if (const auto shown = view_.lock(); shown && at >= 0)
                     shown->selectTabViewItem(at);
                 update();

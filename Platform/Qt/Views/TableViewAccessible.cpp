@@ -1,7 +1,5 @@
 #include "TableViewAccessible.h"
 
-#include "NSApplication.h"
-
 #include <QPointer>
 
 namespace quillbox {
@@ -39,7 +37,6 @@ namespace {
     protected:
         static void press(const TableViewWidget& widget, int row)
         {
-            const NSApplication::EventScope event;
             if (const auto table = widget.table())
                 table->selectRowIndexes({ row }, false);
         }

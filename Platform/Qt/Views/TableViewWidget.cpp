@@ -1,7 +1,6 @@
 #include "TableViewWidget.h"
 
 #include "Appearance.h"
-#include "NSApplication.h"
 #include "NSScrollView.h"
 #include "RowDrag.h"
 
@@ -176,7 +175,6 @@ void TableViewWidget::press(const QMouseEvent& event)
 
 void TableViewWidget::mousePressEvent(QMouseEvent* event)
 {
-    const NSApplication::EventScope scope;
     if (event->button() == Qt::LeftButton)
         press(*event);
 }
@@ -193,7 +191,6 @@ void TableViewWidget::mouseMoveEvent(QMouseEvent* event)
 
 void TableViewWidget::mouseReleaseEvent(QMouseEvent* event)
 {
-    const NSApplication::EventScope scope;
     if (event->button() != Qt::LeftButton)
         return;
     pressedRow_ = -1;
@@ -203,7 +200,6 @@ void TableViewWidget::mouseReleaseEvent(QMouseEvent* event)
 
 void TableViewWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    const NSApplication::EventScope scope;
     if (event->button() != Qt::LeftButton)
         return;
     press(*event);
@@ -217,7 +213,6 @@ void TableViewWidget::beginDrag(int row)
 {
     const auto shown = table();
     auto pasteboard = [&]() -> std::optional<NSPasteboard> {
-        const NSApplication::EventScope scope;
         return shown ? shown->beginDragging(row) : std::nullopt;
     }();
     if (!pasteboard)
@@ -255,7 +250,6 @@ QPixmap TableViewWidget::dragPicture(const NSTableView& shown) const
 
 void TableViewWidget::keyPressEvent(QKeyEvent* event)
 {
-    const NSApplication::EventScope scope;
     const auto shown = table();
     const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
     const auto key = isPlain ? movingKey(event->key()) : std::nullopt;

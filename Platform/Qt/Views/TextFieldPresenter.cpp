@@ -1,7 +1,6 @@
 #include "TextFieldPresenter.h"
 
 #include "Appearance.h"
-#include "NSApplication.h"
 #include "NSScrollView.h"
 #include "SelectableText.h"
 #include "TextLabel.h"
@@ -56,7 +55,6 @@ namespace {
                          [](const QUrl& address) { QDesktopServices::openUrl(address); });
         QObject::connect(text, &QTextEdit::cursorPositionChanged, text,
                          [text, shown = std::weak_ptr<NSTextField>(field)] {
-                             const NSApplication::EventScope event;
                              if (const auto known = shown.lock(); known && text->hasFocus())
                                  scrollToCaret(*known, *text);
                          });
@@ -68,7 +66,6 @@ namespace {
         auto* line = new QLineEdit(&parent);
         QObject::connect(line, &QLineEdit::textEdited, line,
                          [shown = std::weak_ptr<NSTextField>(field)](const QString& text) {
-                             const NSApplication::EventScope event;
                              if (const auto known = shown.lock())
                                  known->userEdits(text.toStdString());
                          });

@@ -22,7 +22,7 @@ using MakeViewPresenter = std::unique_ptr<ViewPresenter> (*)(const std::shared_p
 // whenever something has changed.
 //
 // Views come and go while a widget handles an event: presenters and widgets refer to them weakly, and a widget is
-// deleted only after the event. What the person does goes to the view inside an NSApplication::EventScope.
+// deleted only after the event.
 class ViewPresenter {
 public:
     // Takes the widget off the screen; the keyboard goes to the nearest widget above it that takes it.

@@ -1,6 +1,5 @@
 #include "DragDestination.h"
 
-#include "NSApplication.h"
 #include "NSWindow.h"
 #include "RowDrag.h"
 
@@ -47,7 +46,6 @@ namespace {
 
 void DragDestination::move(QDragMoveEvent& event)
 {
-    const NSApplication::EventScope scope;
     const auto* own = dynamic_cast<const RowDrag*>(event.mimeData());
     if (own)
         tracking_ = own->tracking();
@@ -113,7 +111,6 @@ void DragDestination::scrollStep(double step)
 
 void DragDestination::leave()
 {
-    const NSApplication::EventScope scope;
     if (!tracking_)
         return;
     tracking_->move(nullptr, {});
@@ -122,7 +119,6 @@ void DragDestination::leave()
 
 void DragDestination::drop(QDropEvent& event)
 {
-    const NSApplication::EventScope scope;
     if (!tracking_)
         return;
     const Qt::DropAction action = dropAction(moveTo(pointOf(event)), event.possibleActions());

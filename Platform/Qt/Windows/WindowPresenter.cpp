@@ -132,7 +132,6 @@ bool WindowPresenter::event(QEvent* event)
 
 void WindowPresenter::display()
 {
-    const NSApplication::EventScope scope;
     const auto window = window_.lock();
     if (!window)
         return;
@@ -261,7 +260,6 @@ void WindowPresenter::changeEvent(QEvent* event)
 
 void WindowPresenter::layOutAnew()
 {
-    const NSApplication::EventScope scope;
     const auto window = window_.lock();
     if (!window || !isVisible())
         return;
@@ -274,7 +272,6 @@ void WindowPresenter::layOutAnew()
 
 void WindowPresenter::closeEvent(QCloseEvent* event)
 {
-    const NSApplication::EventScope scope;
     // The window decides, and tells when it is closed.
     event->ignore();
     if (const auto window = window_.lock())
@@ -283,7 +280,6 @@ void WindowPresenter::closeEvent(QCloseEvent* event)
 
 void WindowPresenter::resizeEvent(QResizeEvent*)
 {
-    const NSApplication::EventScope scope;
     const auto window = window_.lock();
     if (!window || !isVisible())
         return;
@@ -293,7 +289,6 @@ void WindowPresenter::resizeEvent(QResizeEvent*)
 
 void WindowPresenter::keyPressEvent(QKeyEvent* event)
 {
-    const NSApplication::EventScope scope;
     const auto window = window_.lock();
     char key = 0;
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
@@ -319,7 +314,8 @@ bool WindowPresenter::focusNextPrevChild(bool next)
 
 void WindowPresenter::focusChanged(QWidget* now)
 {
-    const NSApplication::EventScope scope;
+    // The toolkit tells of a window that gets or loses the keyboard outside of the events it delivers.
+    const NSApplication::EventScope event;
     const auto window = window_.lock();
     if (!window || !now || now->window() != this)
         return;

@@ -47,7 +47,6 @@ MenuWorld::MenuWorld(AssistiveTechnology listener)
       recorder_(std::make_shared<Recorder>(*this))
 {
     top->setDelegate(recorder_);
-    NSApplication::shared().setDesktop(&desktop);
     presenter.onClosed = [this] { log.push_back("off the screen"); };
 }
 

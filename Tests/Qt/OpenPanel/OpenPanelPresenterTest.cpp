@@ -1,5 +1,6 @@
 #include "OpenPanelPresenter.h"
 #include "FileManager.h"
+#include "Installed.h"
 #include "SheetShield.h"
 #include "TemporaryDirectory.h"
 #include "TypedPath.h"
@@ -272,7 +273,7 @@ struct Homes final : StandardDirectories {
 TEST(TypedPath, StandsForTheBytesThatAreShownLikeIt)
 {
     Homes homes;
-    FileManager::installStandardDirectories(&homes);
+    const Installed<StandardDirectories> installed(homes);
     const TemporaryDirectory directory;
     directory.writeFile("a\xe9/x\xff");
     const std::string base = directory.path("a\xe9");
@@ -293,7 +294,6 @@ TEST(TypedPath, StandsForTheBytesThatAreShownLikeIt)
         EXPECT_EQ(typedPath(QString::fromStdString(text), base), path) << text;
     EXPECT_EQ(typedContinuations("x", base), QStringList("x\uFFFD"));
     EXPECT_EQ(typedContinuations("../", base), QStringList("../a\uFFFD/"));
-    FileManager::installStandardDirectories(nullptr);
 }
 
 } // namespace

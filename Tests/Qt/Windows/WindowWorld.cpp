@@ -85,8 +85,6 @@ private:
 
 WindowWorld::WindowWorld(int rowCount) : desktop(*qApp), recorder_(std::make_shared<Recorder>(*this, rowCount))
 {
-    Clock::install(&clock);
-    NSApplication::shared().setDesktop(&desktop);
     const auto view = std::make_shared<NSView>();
     view->setFrame({ {}, { kWidth, kHeight } });
     const auto add = [&](const std::shared_ptr<NSView>& subview, NSRect frame) {
@@ -129,8 +127,6 @@ WindowWorld::~WindowWorld()
 {
     NSWindow::closeAll();
     settle();
-    NSApplication::shared().setDesktop(nullptr);
-    Clock::install(nullptr);
 }
 
 std::shared_ptr<NSButton> WindowWorld::button(const std::string& title, const std::string& key, NSView& in, double y)

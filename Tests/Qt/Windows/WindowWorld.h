@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Installed.h"
 #include "NSButton.h"
 #include "NSPopUpButton.h"
 #include "NSScrollView.h"
@@ -57,6 +58,7 @@ public:
 
 private:
     class Recorder;
+    const Installed<Desktop> installed_ { desktop };
     std::shared_ptr<NSButton> button(const std::string& title, const std::string& key, NSView& in, double y);
 
     std::shared_ptr<Recorder> recorder_;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Check.h"
+
+#include <utility>
+
+namespace quillbox {
+
+// Makes an object the one that the process uses for `Role` (its clock, its desktop, its settings) for as long as this
+// guard lives; afterwards the one before it serves again, or none. Guards end in the reverse order of their making,
+// and the object outlives its guard. Main thread only.
+template <class Role>
+class Installed {
+public:
+    explicit Installed(Role& object) : object_(&object), before_(std::exchange(current_, &object)) { }
+    ~Installed()
+    {
+        QB_CHECK(current_ == object_);
+        current_ = before_;
+    }
+    Installed(const Installed&) = delete;
+    Installed& operator=(const Installed&) = delete;
+
+    // Null where none is installed.
+    static Role* current() { return current_; }
+
+private:
+    Role* object_;
+    Role* before_;
+    static inline Role* current_ = nullptr;
+};
+
+} // namespace quillbox
