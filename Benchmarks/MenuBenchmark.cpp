@@ -29,7 +29,7 @@ namespace {
     std::string dataRoot;
     std::optional<Surroundings> surroundings;
 
-    StatusMenuItemController::ItemList build(const std::string& directory, MenuOptionFlagsSv flags = {})
+    ItemList build(const std::string& directory, MenuOptionFlagsSv flags = {})
     {
         return *surroundings->controller->createSubMenuItems(URL::fileURLWithPath(directory), false, flags, {});
     }

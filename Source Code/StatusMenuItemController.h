@@ -2,9 +2,11 @@
 
 #include "Date.h"
 #include "MainMenuItem.h"
+#include "MenuRows.h"
 #include "NSMenuDynamic.h"
 #include "NSMenuItemPlus.h"
 #include "NSStatusItem.h"
+#include "RecentItems.h"
 
 #include <memory>
 #include <optional>
@@ -18,13 +20,13 @@ namespace quillbox {
 // the menu is about to open and empties when the top-level menu has closed, and the target of every item's
 // action. One lives for the whole process; menus and items refer to it weakly. Problems never stop it:
 // they become disabled rows and entries of the error log.
+//
+// The rows themselves are made beside it, by functions that keep nothing (TopLevelRows, MergedRows, PathRows,
+// RecentItems); what they report is logged here.
 class StatusMenuItemController : public NSObject,
                                  public NSMenuDelegate,
                                  public std::enable_shared_from_this<StatusMenuItemController> {
 public:
-    using ItemList = std::vector<std::shared_ptr<NSMenuItem>>;
-    using PathList = std::vector<std::string>;
-
     // Puts the icon into the status bar, with an empty menu.
     static std::shared_ptr<StatusMenuItemController> create();
 
@@ -73,46 +75,13 @@ public:
                                                    MenuOptionFlagsSv optionFlagsSv);
 
 private:
-    // One path as it was found, before links are followed.
-    struct Entry {
-        std::string path;
-        URLResourceValues values;
-        DirectoryListing::EntryKind kind;
-        // The path's last component, unless a title was given.
-        std::string baseTitle;
-        bool isTitleGiven;
-    };
-
     StatusMenuItemController() = default;
     void install();
-
-    std::shared_ptr<NSMenuItem> topLevelItem(const std::shared_ptr<MainMenuItem>& item);
-    std::shared_ptr<NSMenuItem> groupItem(const MainMenuItem& item, const MainMenuItem::Info& info);
-    std::shared_ptr<NSMenuItem> systemSettingsItem(const MainMenuItem& item);
-    std::shared_ptr<NSMenuItem> applicationsItem(const MainMenuItem& item);
-    std::shared_ptr<NSMenuItem> homeDirectoryItem(const MainMenuItem& item);
-    std::shared_ptr<NSMenuItem> arbitraryPathItem(const MainMenuItem& item);
-    std::shared_ptr<NSMenuItem> plaintextItem(const MainMenuItem& item);
-    std::shared_ptr<NSMenuItem> recentItemsItem(const std::shared_ptr<MainMenuItem>& item);
-
+    RowOwner owner();
     void fillRecentItemsMenu(NSMenuDynamic& menu);
-    void addFileItems(NSMenu& menu, const PathList& paths, const std::shared_ptr<MainMenuItem>& mainMenuItem);
-
-    std::shared_ptr<NSMenuItem> createItem(Entry entry, bool isTopLevel, MenuOptionFlagsSv optionFlagsSv,
-                                           MenuOptionFlagsDv optionFlagsDv);
-    void attachDirectoryMenu(NSMenuItemPlus& item, MenuOptionFlagsSv optionFlagsSv, MenuOptionFlagsDv optionFlagsDv);
 
     std::shared_ptr<NSStatusItem> statusItem_;
 };
-
-// The selectors of the actions, as items carry them.
-namespace selectors {
-    extern const Selector doNothing;
-    extern const Selector openAppPreferencesWindow;
-    extern const Selector openSystemSettings;
-    extern const Selector openTheClickedFile;
-    extern const Selector clearRecentItemsMenu;
-} // namespace selectors
 
 // Calls of menuNeedsUpdate since a menu last opened or closed. Only the first of them builds.
 int& menuNeedsUpdateCount();

@@ -19,9 +19,7 @@ namespace {
 
 bool NSWorkspace::isFilePackage(const std::string& atPath)
 {
-    bool isDirectory = false;
-    return isPackageName(path::lastPathComponent(atPath))
-        && FileManager::defaultManager().fileExists(atPath, isDirectory) && isDirectory;
+    return isPackageName(path::lastPathComponent(atPath)) && FileManager::defaultManager().isDirectory(atPath);
 }
 
 NSWorkspace& NSWorkspace::sharedWorkspace()

@@ -26,8 +26,8 @@ namespace {
 
     bool isFile(const std::string& path)
     {
-        bool isDirectory = false;
-        return FileManager().fileExists(path, isDirectory) && !isDirectory;
+        const Result<FileKind> kind = FileManager().kind(path);
+        return kind && *kind == FileKind::file;
     }
 
     // Empty where there is none.
@@ -52,8 +52,7 @@ namespace {
 
 std::optional<Bundle> Bundle::atPath(const std::string& path)
 {
-    bool isDirectory = false;
-    if (!FileManager().fileExists(path, isDirectory) || !isDirectory)
+    if (!FileManager().isDirectory(path))
         return std::nullopt;
     Bundle bundle;
     bundle.resourceDirectory_ = path::appending(path, "Contents/Resources");

@@ -78,21 +78,19 @@ namespace {
 
 } // namespace
 
-bool FileManager::fileExists(const std::string& path)
+Result<FileKind> FileManager::kind(const std::string& path)
 {
     struct stat status { };
-    return isNameable(path) && ::stat(path.c_str(), &status) == 0;
+    const bool isNamed = isNameable(path);
+    if (!isNamed || ::stat(path.c_str(), &status) != 0)
+        return Error::fromErrno(isNamed ? errno : ENOENT, "couldn't look at", path);
+    return S_ISDIR(status.st_mode) ? FileKind::directory : FileKind::file;
 }
 
-bool FileManager::fileExists(const std::string& path, bool& isDirectory)
+bool FileManager::isDirectory(const std::string& path)
 {
-    struct stat status { };
-    if (!isNameable(path) || ::stat(path.c_str(), &status) != 0) {
-        isDirectory = false;
-        return false;
-    }
-    isDirectory = S_ISDIR(status.st_mode);
-    return true;
+    const Result<FileKind> found = kind(path);
+    return found && *found == FileKind::directory;
 }
 
 Result<DirectoryListing> FileManager::contentsOfDirectory(const URL& directory, DirectoryEnumerationOptions options)

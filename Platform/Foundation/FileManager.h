@@ -37,15 +37,21 @@ public:
 
 enum class DirectoryEnumerationOptions { none, skipsHiddenFiles };
 
+// What a path leads to: a directory, or anything else.
+enum class FileKind { file, directory };
+
 // Looks at the file system. Nothing is cached: every call asks anew. Tests derive from it to fix the order
 // of a listing.
 class FileManager {
 public:
     virtual ~FileManager() = default;
 
-    // Follow links; a path that can't be reached does not exist.
-    virtual bool fileExists(const std::string& path);
-    virtual bool fileExists(const std::string& path, bool& isDirectory);
+    // Follows links. Where there is none, the error says whether nothing is there (Error::isNotThere) or it could not
+    // be told.
+    virtual Result<FileKind> kind(const std::string& path);
+    // A path that can't be reached does not exist.
+    bool fileExists(const std::string& path) { return kind(path).hasValue(); }
+    bool isDirectory(const std::string& path);
 
     // One level. With skipsHiddenFiles, dot files and names in the directory's .hidden file are left out.
     // "." and ".." never appear.

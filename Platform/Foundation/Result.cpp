@@ -2,6 +2,7 @@
 
 #include "Unicode.h"
 
+#include <cerrno>
 #include <cstring>
 
 namespace quillbox {
@@ -9,6 +10,11 @@ namespace quillbox {
 Error Error::fromErrno(int code, std::string what, std::string path)
 {
     return Error { code, std::move(what), std::move(path) };
+}
+
+bool Error::isNotThere() const
+{
+    return code == ENOENT || code == ENOTDIR;
 }
 
 std::string Error::description() const

@@ -19,6 +19,9 @@ struct Error {
     // One line for people: "couldn't open \"/a/b\": Permission denied". The path is made valid UTF-8.
     std::string description() const;
 
+    // Whether the world answered that nothing is there. Any other error leaves open whether something is.
+    bool isNotThere() const;
+
     static Error fromErrno(int code, std::string what, std::string path = {});
 
     friend bool operator==(const Error&, const Error&) = default;

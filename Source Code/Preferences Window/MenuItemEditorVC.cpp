@@ -68,9 +68,7 @@ namespace {
 
     bool namesDirectory(const MainMenuItem& item)
     {
-        bool isDirectory = false;
-        return item.fileURL && FileManager::defaultManager().fileExists(item.fileURL->path(), isDirectory)
-            && isDirectory;
+        return item.fileURL && FileManager::defaultManager().isDirectory(item.fileURL->path());
     }
 
     void setFlag(MenuOptionFlagsSv& flags, MenuOptionFlagsSv flag, bool isSet)

@@ -6,7 +6,6 @@
 #include "ManageDefaults.h"
 #include "MenusTab.h"
 #include "NSApplication.h"
-#include "StatusMenuItemController.h"
 #include "SuggestedMenuItemsTable.h"
 #include "TentativeMenuItemDeleter.h"
 #include "TentativeMenuItemsTable.h"
@@ -359,15 +358,6 @@ void Controller::tabViewDidSelect(NSTabView&, const NSTabViewItem& item)
     // The caret at the beginning, nothing highlighted.
     if (auto* editor = field->currentEditor())
         editor->setSelectedRange({ 0, 0 });
-}
-
-void StatusMenuItemController::openAppPreferencesWindow(NSObject*)
-{
-    if (PreferencesWindowVC::preferencesWindow().expired())
-        PreferencesWindowVC::create();
-    NSApplication::shared().activate(true);
-    if (const auto window = PreferencesWindowVC::preferencesWindow().lock())
-        window->orderFrontRegardless();
 }
 
 } // namespace quillbox

@@ -16,11 +16,10 @@ namespace {
     // Remembers what was looked for.
     class WatchingFileManager final : public FileManager {
     public:
-        using FileManager::fileExists;
-        bool fileExists(const std::string& path, bool& isDirectory) override
+        Result<FileKind> kind(const std::string& path) override
         {
             lookedFor.emplace_back(path::lastPathComponent(path));
-            return FileManager::fileExists(path, isDirectory);
+            return FileManager::kind(path);
         }
         std::vector<std::string> lookedFor;
 

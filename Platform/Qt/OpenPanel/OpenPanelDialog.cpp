@@ -1,7 +1,9 @@
 #include "OpenPanelDialog.h"
 
+#include "CanonicalPath.h"
 #include "DirectoryModel.h"
 #include "FileManager.h"
+#include "LinkChain.h"
 #include "OpenPanelPlaces.h"
 #include "TypedPath.h"
 #include "Unicode.h"
@@ -28,9 +30,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <unordered_set>
 
@@ -43,8 +43,6 @@ namespace {
     constexpr double kLargestPart = 0.9;
     constexpr int kSizeCharacters = 12;
     constexpr int kDateCharacters = 22;
-    // A link or alias may lead to the next; past this they lead in a circle.
-    constexpr int kMostAliases = 32;
 
     FileManager& files()
     {
@@ -53,35 +51,17 @@ namespace {
 
     bool isDirectory(const std::string& path)
     {
-        bool isDirectory = false;
-        return files().fileExists(path, isDirectory) && isDirectory;
+        return files().isDirectory(path);
     }
 
     // What links and alias files at the end of the path lead to; the path itself where that is not there.
     std::string resolvingAliases(const std::string& path)
     {
-        constexpr URLResourceKey kKeys = URLResourceKey::isSymbolicLink | URLResourceKey::isAliasFile;
-        std::string target = path;
-        for (int i = 0; i < kMostAliases; ++i) {
-            const URL url = URL::fileURLWithPath(target);
-            const auto values = url.resourceValues(kKeys);
-            if (!values)
-                return path;
-            if (values->isSymbolicLink.value_or(false)) {
-                const std::unique_ptr<char, decltype(&std::free)> real(realpath(target.c_str(), nullptr), std::free);
-                if (!real)
-                    return path;
-                target = real.get();
-            } else if (values->isAliasFile.value_or(false)) {
-                const auto resolved = URL::resolvingAliasFile(url);
-                if (!resolved)
-                    return path;
-                target = resolved->path();
-            } else {
-                return target;
-            }
-        }
-        return path;
+        const auto end = endOfLinks(path);
+        if (!end || end->path == path)
+            return path;
+        const Result<std::string> canonical = canonicalPath(end->path);
+        return canonical ? *canonical : path;
     }
 
     QString reason(const Error& error)

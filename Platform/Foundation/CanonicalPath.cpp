@@ -1,0 +1,20 @@
+#include "CanonicalPath.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+namespace quillbox {
+
+Result<std::string> canonicalPath(const std::string& path)
+{
+    constexpr const char* kWhat = "couldn't find where the path leads:";
+    if (path.empty() || path.find('\0') != std::string::npos)
+        return Error::fromErrno(ENOENT, kWhat, path);
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), std::free);
+    if (!real)
+        return Error::fromErrno(errno, kWhat, path);
+    return std::string(real.get());
+}
+
+} // namespace quillbox

@@ -1,0 +1,212 @@
+#include "PathRows.h"
+
+#include "Bundle.h"
+#include "Debug.h"
+#include "FileManager.h"
+#include "LinkChain.h"
+#include "MenuGraphics.h"
+#include "MenuSelectors.h"
+#include "NSMenuDynamic.h"
+#include "NSWorkspace.h"
+#include "PrefPaneTitles.h"
+#include "Unicode.h"
+
+namespace quillbox {
+
+namespace {
+
+    constexpr std::string_view kCreateRecursive = "createRecursiveMenuItem(forPathURL:displayString:isTopLevel:"
+                                                  "returnNilIfDoesntExist:optionFlagsSv:optionFlagsDv:)";
+    constexpr std::string_view kCreateSubMenu =
+        "createSubMenuItems(directoryURL:returnNilIfNoDir:optionFlagsSv:optionFlagsDv:)";
+
+    constexpr URLResourceKey kEntryKeys = URLResourceKey::isHidden | URLResourceKey::isDirectory
+        | URLResourceKey::isPackage | URLResourceKey::hasHiddenExtension | URLResourceKey::isAliasFile
+        | URLResourceKey::isSymbolicLink;
+
+    // One path as it was found, before links are followed.
+    struct Entry {
+        std::string path;
+        URLResourceValues values;
+        DirectoryListing::EntryKind kind;
+        // The path's last component, unless a title was given.
+        std::string title;
+        bool isTitleGiven;
+    };
+
+    bool isTrue(const std::optional<bool>& value)
+    {
+        return value.value_or(false);
+    }
+
+    // A line of its own for a path, as the log shows it.
+    std::string quotedLine(const std::string& path)
+    {
+        return "  \"" + unicode::displayText(path) + "\"";
+    }
+
+    NSImage menuIcon(const std::string& path, DirectoryListing::EntryKind kind)
+    {
+        NSImage image = NSWorkspace::sharedWorkspace().icon(path, kind);
+        image.setSize(menuIconSize);
+        return image;
+    }
+
+    std::string prefPaneDisplayName(const std::string& fileName, const std::string& path)
+    {
+        if (const auto title = prefPaneTitle(fileName))
+            return std::string(*title);
+        if (const auto bundle = Bundle::atPath(path)) {
+            if (const auto name = bundle->infoString("CFBundleName"))
+                return *name;
+            if (const auto name = bundle->infoString("CFBundleExecutable"))
+                return *name;
+        }
+        return path::deletingPathExtension(fileName);
+    }
+
+    std::string shownTitle(Entry& entry, bool isPackage, MenuOptionFlagsDv flags)
+    {
+        if (!entry.isTitleGiven) {
+            if (flags.contains(menuOptionFlagsDv::prefPaneDisplayNames) && isPackage
+                && path::pathExtension(entry.path) == "prefPane")
+                return prefPaneDisplayName(entry.title, entry.path);
+            if (isTrue(entry.values.hasHiddenExtension))
+                return path::deletingPathExtension(entry.title);
+        }
+        return std::move(entry.title);
+    }
+
+    void attachDirectoryMenu(NSMenuItemPlus& row, const RowOwner& owner, RowOptions options)
+    {
+        auto submenu = std::make_shared<NSMenuDynamic>();
+        submenu->setTitle(row.title());
+        submenu->menuDynamicContentsType = menuDynamicContents::directoryContents;
+        submenu->setDelegate(owner.menuDelegate);
+        submenu->pathForMenuItems = row.pathToOpen;
+        submenu->optionFlagsSv = options.sv;
+        submenu->optionFlagsDv = options.dv;
+        row.setSubmenu(std::move(submenu));
+    }
+
+    std::shared_ptr<NSMenuItem> entryRow(Entry entry, RowPlace place, const RowOwner& owner, RowOptions options)
+    {
+        if (place != RowPlace::topLevel && isTrue(entry.values.isHidden)
+            && !options.sv.contains(menuOptionFlagsSv::showHiddenItems))
+            return nullptr;
+        NSImage icon = menuIcon(entry.path, entry.kind);
+        if (isTrue(entry.values.isAliasFile) || isTrue(entry.values.isSymbolicLink)) {
+            if (auto end = endOfLinks(entry.path)) {
+                entry.path = std::move(end->path);
+                entry.values = std::move(end->values);
+            }
+        }
+        const bool isPackage = isTrue(entry.values.isPackage);
+        auto row = NSMenuItemPlus::make(shownTitle(entry, isPackage, options.dv), &selectors::openTheClickedFile);
+        row->setImage(std::move(icon));
+        row->setTarget(owner.target);
+        row->pathToOpen = std::move(entry.path);
+        row->isDirectory = isTrue(entry.values.isDirectory) && !isPackage;
+        if (options.sv.contains(menuOptionFlagsSv::showPathAsTooltip))
+            row->setToolTip(unicode::displayText(row->pathToOpen));
+        if (row->isDirectory)
+            attachDirectoryMenu(*row, owner, options);
+        Debug::dynamicMenuItems().push_back({ row });
+        return row;
+    }
+
+    // What stands in for the rows of a directory that could not be listed.
+    Made<std::optional<ItemList>> unlistedRows(const std::string& path)
+    {
+        const Result<FileKind> kind = FileManager::defaultManager().kind(path);
+        if (!kind)
+            return { ItemList { textRow("Directory Doesn't Exist") }, {} };
+        if (*kind == FileKind::directory)
+            return { ItemList { textRow("Insufficient Permissions") }, {} };
+        return { ItemList { textRow("This Is a File Not a Dir") },
+                 { { kCreateSubMenu, ".fileExists() says it's a valid file (not directory)?\n" + quotedLine(path) } } };
+    }
+
+    void append(std::vector<RowProblem>& problems, std::vector<RowProblem> more)
+    {
+        problems.insert(problems.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    }
+
+} // namespace
+
+Made<std::shared_ptr<NSMenuItem>> pathRow(const URL& pathURL, const std::optional<std::string>& title, RowPlace place,
+                                          IfMissing ifMissing, const RowOwner& owner, RowOptions options)
+{
+    const std::string& path = pathURL.path();
+    auto values = pathURL.resourceValues(kEntryKeys);
+    if (!values) {
+        const bool exists = FileManager::defaultManager().fileExists(path);
+        if (!exists && ifMissing == IfMissing::leaveOut)
+            return {};
+        return { textRow((exists ? "Permissions Error?: " : "File Not Found?: ") + unicode::displayText(path)),
+                 { { kCreateRecursive, "resourceValues() returned nil for path:\n" + quotedLine(path) } } };
+    }
+    return { entryRow({ path, std::move(*values), DirectoryListing::EntryKind::unknown,
+                        title ? *title : unicode::displayText(path::lastPathComponent(path)), title.has_value() },
+                      place, owner, options),
+             {} };
+}
+
+Made<std::optional<ItemList>> directoryRows(const URL& directoryURL, IfMissing ifMissing, const RowOwner& owner,
+                                            RowOptions options)
+{
+    const std::string& path = directoryURL.path();
+    const auto listing = FileManager::defaultManager().contentsOfDirectory(
+        directoryURL,
+        options.sv.contains(menuOptionFlagsSv::showHiddenItems) ? DirectoryEnumerationOptions::none
+                                                                : DirectoryEnumerationOptions::skipsHiddenFiles);
+    if (ifMissing == IfMissing::leaveOut && (!listing || listing->isEmpty()))
+        return {};
+    if (!listing)
+        return unlistedRows(path);
+    if (listing->isEmpty())
+        return { ItemList { textRow("Empty Directory") }, {} };
+
+    ItemList rows;
+    rows.reserve(listing->count());
+    std::vector<RowProblem> problems;
+    for (std::size_t index = 0; index < listing->count(); ++index) {
+        std::shared_ptr<NSMenuItem> row;
+        // What the listing told already need not be asked again.
+        if (auto values = listing->knownResourceValues(index)) {
+            row = entryRow({ listing->path(index), std::move(*values), listing->kind(index),
+                             unicode::displayText(listing->name(index)), false },
+                           RowPlace::inDirectory, owner, options);
+        } else {
+            auto made = pathRow(URL::fileURLWithPath(listing->path(index)), std::nullopt, RowPlace::inDirectory,
+                                IfMissing::saySo, owner, options);
+            row = std::move(made.value);
+            append(problems, std::move(made.problems));
+        }
+        if (row)
+            rows.push_back(std::move(row));
+    }
+    if (rows.empty()) {
+        problems.push_back({ kCreateSubMenu, "This directory only contains hidden files?\n" + quotedLine(path) });
+        return { ItemList { textRow("This Directory Only Contains Hidden Files?") }, std::move(problems) };
+    }
+    return { sortedByTitle(std::move(rows), options.sv.contains(menuOptionFlagsSv::ignoreArticles)),
+             std::move(problems) };
+}
+
+std::shared_ptr<NSMenuItemPlus> fileRow(const std::string& path, const RowOwner& owner, RowOptions options)
+{
+    std::string title = unicode::displayText(path::lastPathComponent(path));
+    const auto values = URL::fileURLWithPath(path).resourceValues(URLResourceKey::hasHiddenExtension);
+    if (values && isTrue(values->hasHiddenExtension))
+        title = path::deletingPathExtension(title);
+    auto row = std::make_shared<NSMenuItemPlus>(std::move(title), &selectors::openTheClickedFile);
+    row->setImage(menuIcon(path, DirectoryListing::EntryKind::unknown));
+    row->setTarget(owner.target);
+    row->pathToOpen = path;
+    if (options.sv.contains(menuOptionFlagsSv::showPathAsTooltip))
+        row->setToolTip(unicode::displayText(path));
+    return row;
+}
+
+} // namespace quillbox
