@@ -1,10 +1,11 @@
 #include "ManageDefaults.h"
 
+#include "BookmarkSearch.h"
 #include "Debug.h"
 #include "MainMenuItemSaver.h"
-#include "StringComparison.h"
 #include "UserDefaults.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace quillbox {
@@ -43,10 +44,21 @@ namespace {
         }
         for (const auto& [reference, recordedPath] : ManageDefaults::fileReferences()) {
             const auto path = reference.path();
-            if (!path || !isCanonicallyEqual(*path, recordedPath))
+            // By their bytes: a rename between names that only Unicode takes for equal is a rename.
+            if (path != recordedPath)
                 return true;
         }
         return false;
+    }
+
+    // Whether it could not be resolved at the last load either. It was saved then, and would be saved the same again.
+    bool failedBefore(const Data& bookmark)
+    {
+        const MainMenuItem::List& items = MainMenuItem::actualMenuItems();
+        return std::any_of(items.begin(), items.end(), [&bookmark](const auto& item) {
+            return item->menuItemType == MenuItemType::arbitraryPath && !item->fileURL
+                && item->bookmarkDataRaw == bookmark;
+        });
     }
 
     void recordFileReference(const MainMenuItemSaver& record, Load& load)
@@ -56,7 +68,7 @@ namespace {
         if (!url) {
             if (FileManager::defaultManager().fileExists(record.unixPath)) {
                 logLoadError(__LINE__, "resolvingBookmarkData() returned error: " + url.error().description());
-                load.needsSave = true;
+                load.needsSave = load.needsSave || !failedBefore(record.bookmarkData);
             }
             return;
         }
@@ -183,6 +195,7 @@ void ManageDefaults::loadAppMenusFromDisk(bool onlyLoadIfNeeded)
 {
     if (onlyLoadIfNeeded && !isReloadNeeded())
         return;
+    const BookmarkSearchBound bound;
     if (std::optional<Load> load = readList())
         commit(std::move(*load));
 }

@@ -1,6 +1,5 @@
 #include "MenuDump.h"
 
-#include <ostream>
 #include <sstream>
 
 namespace quillbox {
@@ -47,15 +46,10 @@ namespace {
 
 } // namespace
 
-void dumpMenu(std::ostream& out, const NSMenu& menu)
-{
-    dumpLevel(out, menu, 0);
-}
-
 std::string menuDump(const NSMenu& menu)
 {
     std::ostringstream out;
-    dumpMenu(out, menu);
+    dumpLevel(out, menu, 0);
     return out.str();
 }
 

@@ -2,7 +2,6 @@
 
 #include "NSMenu.h"
 
-#include <iosfwd>
 #include <string>
 
 namespace quillbox {
@@ -16,7 +15,6 @@ namespace quillbox {
 //
 // ">" marks a submenu, "-" a disabled row, "---" a separator; what a row does not have is left out. Line
 // feeds in a title show as "\n".
-void dumpMenu(std::ostream& out, const NSMenu& menu);
 std::string menuDump(const NSMenu& menu);
 
 } // namespace quillbox

@@ -18,12 +18,16 @@ void MenuTracking::tellAboutToOpen(NSMenu& menu)
     }
 }
 
-bool MenuTracking::open(std::shared_ptr<NSMenu> menu)
+bool MenuTracking::open(std::shared_ptr<NSMenu> menu, std::shared_ptr<NSMenu> reserve)
 {
     if (isOpen() || NSAlert::isAnyRunning())
         return false;
     tellAboutToOpen(*menu);
     levels_.push_back(std::move(menu));
+    if (reserve && levels_.front()->itemArray().empty()) {
+        closeAll();
+        return open(std::move(reserve));
+    }
     return true;
 }
 

@@ -24,9 +24,10 @@ public:
     std::size_t levelCount() const { return levels_.size(); }
     const std::shared_ptr<NSMenu>& menu(std::size_t level) const { return levels_[level]; }
 
-    // Opens a menu at the top: menuNeedsUpdate, then menuWillOpen. Refused (false) while one is open or
-    // while an alert runs. An empty menu is opened too; whoever shows it decides what to do then.
-    bool open(std::shared_ptr<NSMenu> menu);
+    // Opens a menu at the top: menuNeedsUpdate, then menuWillOpen. Where it is empty by then, it is closed again and
+    // `reserve`, if there is one, is opened in its place. Refused (false) while a menu is open or an alert runs. A menu
+    // that stays empty is open too; whoever shows it decides what to do then.
+    bool open(std::shared_ptr<NSMenu> menu, std::shared_ptr<NSMenu> reserve = nullptr);
 
     // Opens the submenu of `item`, a row of the menu at `level`. Deeper levels are closed first. Opening
     // the submenu that is open already changes nothing. Refused (false) where the item has none or is not

@@ -1,6 +1,7 @@
 #include "BookmarkSearch.h"
 
 #include "Bookmark.h"
+#include "FilesNotFound.h"
 #include "LiveFileReferences.h"
 #include "MountTable.h"
 #include "URL.h"
@@ -10,6 +11,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <map>
 #include <memory>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -24,9 +26,32 @@ namespace {
     };
     using Directory = std::unique_ptr<DIR, DirectoryCloser>;
 
+    // What is left of the bound that searches share, and what they have found so far.
+    struct Bound {
+        int places = kMaximumSearchedPlaces;
+        int entries = kMaximumSearchedEntries;
+        int directories = kMaximumSearchedDirectories;
+        std::map<Data, std::optional<std::string>> answers;
+
+        bool isUsedUp() const { return entries <= 0 || directories <= 0; }
+    };
+
+    // Null while no BookmarkSearchBound lives.
+    std::unique_ptr<Bound>& currentBound()
+    {
+        static std::unique_ptr<Bound> bound;
+        return bound;
+    }
+
+    FilesNotFound& filesNotFound()
+    {
+        static FilesNotFound files;
+        return files;
+    }
+
     class Search {
     public:
-        explicit Search(const Bookmark& wanted) : wanted_(wanted) { }
+        Search(const Bookmark& wanted, Bound& bound) : wanted_(wanted), bound_(bound) { }
 
         // The file itself in any volume that may be its own, at any tail of its path: where its volume was
         // mounted is not known.
@@ -36,6 +61,8 @@ namespace {
         // Whatever is there now, of the same kind.
         bool isTaken(const std::string& place);
         std::optional<std::string> around(const std::string& place);
+        // The directories that around() has looked through, in sight of their changes.
+        std::vector<SearchedDirectory>& searched() { return searched_; }
 
     private:
         bool isWanted(const std::string& path);
@@ -46,14 +73,12 @@ namespace {
                                                std::vector<std::string>* subdirectories);
 
         const Bookmark& wanted_;
-        int entriesLeft_ = kMaximumSearchedEntries;
-        int directoriesLeft_ = kMaximumSearchedDirectories;
+        Bound& bound_;
+        std::vector<SearchedDirectory> searched_;
     };
 
     bool Search::isWanted(const std::string& path)
     {
-        if (--entriesLeft_ < 0)
-            return false;
         const Result<FileStatus> status = lookAtFile(path);
         if (!status || status->identity.inode != wanted_.identity.inode)
             return false;
@@ -73,6 +98,8 @@ namespace {
             std::string_view tail = wanted_.path;
             while (true) {
                 const std::string place = path::appending(mount.mountPoint, tail);
+                if (--bound_.places < 0)
+                    return std::nullopt;
                 if (isWanted(place))
                     return place;
                 if (tail.empty())
@@ -128,8 +155,9 @@ namespace {
 
     Directory Search::open(int base, const std::string& path, std::uint64_t resolve)
     {
-        if (entriesLeft_ <= 0 || --directoriesLeft_ < 0)
+        if (bound_.isUsedUp())
             return nullptr;
+        --bound_.directories;
         open_how how {};
         how.flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
         how.resolve = resolve;
@@ -145,11 +173,11 @@ namespace {
     std::optional<std::string> Search::inDirectory(DIR* directory, const std::string& path,
                                                    std::vector<std::string>* subdirectories)
     {
-        while (directory && entriesLeft_ > 0) {
+        while (directory && bound_.entries > 0) {
             const dirent* entry = ::readdir(directory);
             if (!entry)
                 break;
-            --entriesLeft_;
+            --bound_.entries;
             if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
                 continue;
             if (entry->d_ino == wanted_.identity.inode) {
@@ -167,14 +195,13 @@ namespace {
     {
         const std::string near(path::deletingLastPathComponent(place));
         const std::string above(path::deletingLastPathComponent(near));
-        // By its ".", so that a link on the way to the file counts as the directory it leads to.
-        const Result<FileStatus> nearStatus = lookAtFile(path::appending(near, "."));
+        const std::optional<FileStatus> nearStatus = searched_.emplace_back(SearchedDirectory::at(near)).status;
         if (nearStatus && mayHoldWanted(*nearStatus)) {
             const Directory directory = open(AT_FDCWD, near, 0);
             if (std::optional<std::string> found = inDirectory(directory.get(), near, nullptr))
                 return found;
         }
-        const Result<FileStatus> aboveStatus = lookAtFile(path::appending(above, "."));
+        const std::optional<FileStatus> aboveStatus = searched_.emplace_back(SearchedDirectory::at(above)).status;
         const bool isCrossing = nearStatus && aboveStatus && nearStatus->mountId != aboveStatus->mountId;
         if (near == "/" || !aboveStatus || isCrossing || !mayHoldWanted(*aboveStatus))
             return std::nullopt;
@@ -184,8 +211,11 @@ namespace {
         if (std::optional<std::string> found = inDirectory(parent.get(), above, &names))
             return found;
         for (const std::string& name : names) {
+            if (bound_.isUsedUp())
+                break;
             if (nearStatus && name == path::lastPathComponent(near))
                 continue;
+            searched_.push_back(SearchedDirectory::at(path::appending(above, name)));
             const Directory directory = open(::dirfd(parent.get()), name, RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS);
             if (std::optional<std::string> found = inDirectory(directory.get(), path::appending(above, name), nullptr))
                 return found;
@@ -193,7 +223,46 @@ namespace {
         return std::nullopt;
     }
 
+    std::optional<std::string> sought(const Bookmark& bookmark, const Data& key, Bound& bound)
+    {
+        Search search(bookmark, bound);
+        if (std::optional<std::string> path = search.atSamePlace())
+            return path;
+        const std::vector<std::string> places = search.placesInVolume();
+        for (const std::string& place : places) {
+            if (search.isTaken(place))
+                return place;
+        }
+        if (filesNotFound().contains(key, places))
+            return std::nullopt;
+        const bool isBoundWhole = bound.entries == kMaximumSearchedEntries;
+        if (std::optional<std::string> path = search.around(bookmark.path))
+            return path;
+        for (const std::string& place : places) {
+            if (std::optional<std::string> path = search.around(place))
+                return path;
+        }
+        // A search that others had left too little for is made again.
+        if (isBoundWhole || !bound.isUsedUp())
+            filesNotFound().add(key, places, std::move(search.searched()));
+        return std::nullopt;
+    }
+
 } // namespace
+
+BookmarkSearchBound::BookmarkSearchBound() : isOutermost_(!currentBound())
+{
+    if (isOutermost_)
+        currentBound() = std::make_unique<Bound>();
+}
+
+BookmarkSearchBound::~BookmarkSearchBound()
+{
+    if (!isOutermost_)
+        return;
+    currentBound().reset();
+    filesNotFound().forgetUnasked();
+}
 
 std::optional<std::string> findMovedFile(const Bookmark& bookmark)
 {
@@ -207,21 +276,13 @@ std::optional<std::string> findMovedFile(const Bookmark& bookmark)
     };
     if (std::optional<std::string> path = pathOfLiveReference(isWanted))
         return path;
-    Search search(bookmark);
-    if (std::optional<std::string> path = search.atSamePlace())
-        return path;
-    const std::vector<std::string> places = search.placesInVolume();
-    for (const std::string& place : places) {
-        if (search.isTaken(place))
-            return place;
-    }
-    if (std::optional<std::string> path = search.around(bookmark.path))
-        return path;
-    for (const std::string& place : places) {
-        if (std::optional<std::string> path = search.around(place))
-            return path;
-    }
-    return std::nullopt;
+
+    const BookmarkSearchBound bound;
+    const Data key = bookmark.encoded();
+    const auto [answer, isNew] = currentBound()->answers.try_emplace(key);
+    if (isNew)
+        answer->second = sought(bookmark, key, *currentBound());
+    return answer->second;
 }
 
 } // namespace quillbox

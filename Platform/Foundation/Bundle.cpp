@@ -1,5 +1,6 @@
 #include "Bundle.h"
 
+#include "CanonicalPath.h"
 #include "FileContents.h"
 #include "FileManager.h"
 #include "Installed.h"
@@ -43,7 +44,7 @@ namespace {
              { "Resources", "../share/quillbox", "../Resources", "../../Resources", "../../../Resources" }) {
             const std::string directory = path::appending(path::deletingLastPathComponent(executable), place);
             if (isFile(path::appending(directory, "Info.plist")))
-                return URL::fileURLWithPath(directory).standardized().path();
+                return canonicalPath(directory).value();
         }
         return {};
     }

@@ -18,9 +18,7 @@ public:
     // The package at `path` (its Info.plist lies in Contents/). None where that is no directory.
     static std::optional<Bundle> atPath(const std::string& path);
 
-    // Empty where there is no Info.plist or it can't be read.
-    const PropertyList::Dictionary& infoDictionary() const { return info_; }
-    // The text under `key`; none where it is absent or of another type.
+    // The text under `key` of the Info.plist; none where it is absent or of another type, or the file can't be read.
     std::optional<std::string> infoString(const std::string& key) const;
     // "CFBundleIdentifier", or none.
     std::optional<std::string> bundleIdentifier() const { return infoString("CFBundleIdentifier"); }

@@ -12,15 +12,20 @@ namespace {
     {
         struct statx status { };
         if (::statx(directory, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | flags,
-                    STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MNT_ID, &status)
+                    STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MTIME | STATX_CTIME | STATX_MNT_ID, &status)
             != 0)
             return Error::fromErrno(errno, "couldn't look at", path);
         FileStatus result;
         result.identity.deviceMajor = status.stx_dev_major;
         result.identity.deviceMinor = status.stx_dev_minor;
         result.identity.inode = status.stx_ino;
-        if ((status.stx_mask & STATX_BTIME) != 0)
-            result.identity.birth = FileIdentity::Time { status.stx_btime.tv_sec, status.stx_btime.tv_nsec };
+        const auto time = [&status](unsigned field, const statx_timestamp& stamp) {
+            return (status.stx_mask & field) != 0 ? std::optional(FileIdentity::Time { stamp.tv_sec, stamp.tv_nsec })
+                                                  : std::nullopt;
+        };
+        result.identity.birth = time(STATX_BTIME, status.stx_btime);
+        result.modified = time(STATX_MTIME, status.stx_mtime);
+        result.changed = time(STATX_CTIME, status.stx_ctime);
         result.isDirectory = S_ISDIR(status.stx_mode);
         if ((status.stx_mask & STATX_MNT_ID) != 0)
             result.mountId = status.stx_mnt_id;

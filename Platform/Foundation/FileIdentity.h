@@ -31,6 +31,9 @@ struct FileStatus {
     bool isDirectory = false;
     // The mount it was reached through; none where the system doesn't tell.
     std::optional<std::uint64_t> mountId;
+    // Since 1970, when its contents and when anything of it was changed last; none where it wasn't told.
+    std::optional<FileIdentity::Time> modified;
+    std::optional<FileIdentity::Time> changed;
 };
 
 Result<FileStatus> lookAtFile(const std::string& path);

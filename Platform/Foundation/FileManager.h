@@ -15,6 +15,9 @@ enum class SearchPathDirectory : unsigned {
     documentDirectory = 9,
     desktopDirectory = 12,
     downloadsDirectory = 15,
+    moviesDirectory = 17,
+    musicDirectory = 18,
+    picturesDirectory = 19,
     printerDescriptionDirectory = 20,
     preferencePanesDirectory = 22,
 };

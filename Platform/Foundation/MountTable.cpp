@@ -137,6 +137,13 @@ bool MountTable::Mount::isRemote() const
     return isServed && (!source.starts_with('/') || source.starts_with("//"));
 }
 
+bool MountTable::Mount::isPersons() const
+{
+    constexpr std::array<std::string_view, 3> kRoots { "/media/", "/run/media/", "/mnt/" };
+    return mountPoint == "/mnt"
+        || std::any_of(kRoots.begin(), kRoots.end(), [this](auto root) { return mountPoint.starts_with(root); });
+}
+
 std::unordered_set<std::string> MountTable::mountPointsIn(const std::string& directoryPath) const
 {
     const auto found = namesByDirectory_.find(directoryPath);

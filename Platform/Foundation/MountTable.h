@@ -30,6 +30,8 @@ public:
 
         // Whether asking it for anything may wait for another computer, or for a program that does.
         bool isRemote() const;
+        // Whether it is where desktops and people mount what they plug in or reach over a network.
+        bool isPersons() const;
         // The name of the link to its device among those in the directory ("/dev/disk/by-uuid",
         // "/dev/disk/by-label"); empty where there is none. Does not touch the mount.
         std::string deviceLink(const std::string& linksDirectory) const;

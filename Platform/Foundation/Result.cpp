@@ -17,6 +17,15 @@ bool Error::isNotThere() const
     return code == ENOENT || code == ENOTDIR;
 }
 
+std::string Error::reason() const
+{
+    if (code == 0)
+        return what;
+    // Not strerror(): its text depends on the locale, and this program speaks English.
+    const char* text = strerrordesc_np(code);
+    return text ? std::string(text) : "error " + std::to_string(code);
+}
+
 std::string Error::description() const
 {
     std::string text = what;
@@ -31,12 +40,8 @@ std::string Error::description() const
         }
         text += '"';
     }
-    if (code != 0) {
-        // Not strerror(): its text depends on the locale, and this program speaks English.
-        const char* reason = strerrordesc_np(code);
-        text += ": ";
-        text += reason ? std::string(reason) : "error " + std::to_string(code);
-    }
+    if (code != 0)
+        text += ": " + reason();
     return text;
 }
 

@@ -16,6 +16,8 @@ struct Error {
     std::string what;
     std::string path;
 
+    // The world's answer alone: "Permission denied". Where it gave no number, what was being done.
+    std::string reason() const;
     // One line for people: "couldn't open \"/a/b\": Permission denied". The path is made valid UTF-8.
     std::string description() const;
 

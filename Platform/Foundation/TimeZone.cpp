@@ -29,8 +29,17 @@ Date TimeZone::startOfDayAfter(Date moment) const
     const int offset = secondsFromGMT(moment);
     const double midnight = (std::floor((moment.secondsSinceUnixEpoch() + offset) / kDay) + 1) * kDay;
     // The clocks may change before that midnight.
-    const int offsetThen = secondsFromGMT(Date::sinceUnixEpoch(midnight - offset));
-    return Date::sinceUnixEpoch(midnight - offsetThen);
+    double today = midnight - secondsFromGMT(Date::sinceUnixEpoch(midnight - offset));
+    const auto isNextDay = [&](double time) { return time + secondsFromGMT(Date::sinceUnixEpoch(time)) >= midnight; };
+    if (isNextDay(today))
+        return Date::sinceUnixEpoch(today);
+    // They skip it: where they go forward at midnight, the next day begins with 01:00, when they are changed.
+    double tomorrow = midnight - offset;
+    while (tomorrow - today > 1) {
+        const double between = std::floor((today + tomorrow) / 2);
+        (isNextDay(between) ? tomorrow : today) = between;
+    }
+    return Date::sinceUnixEpoch(tomorrow);
 }
 
 const TimeZone& TimeZone::current()

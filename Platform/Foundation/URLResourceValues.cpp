@@ -17,6 +17,12 @@ namespace quillbox {
 
 namespace {
 
+    // ".app" alone is a hidden directory of that name, as programs keep them, and nothing with an extension.
+    bool isNameWith(std::string_view extension, std::string_view name)
+    {
+        return name.size() > extension.size() && name.ends_with(extension);
+    }
+
     bool isListedHidden(const URL& url)
     {
         const std::string directory(path::deletingLastPathComponent(url.path()));
@@ -29,12 +35,12 @@ namespace {
 bool isPackageName(std::string_view name)
 {
     constexpr std::array<std::string_view, 5> kSuffixes { ".app", ".prefPane", ".bundle", ".plugin", ".AppDir" };
-    return std::any_of(kSuffixes.begin(), kSuffixes.end(), [&](auto suffix) { return name.ends_with(suffix); });
+    return std::any_of(kSuffixes.begin(), kSuffixes.end(), [&](auto suffix) { return isNameWith(suffix, name); });
 }
 
 bool packageHidesExtension(std::string_view name)
 {
-    return name.ends_with(".app") || name.ends_with(".prefPane");
+    return isNameWith(".app", name) || isNameWith(".prefPane", name);
 }
 
 Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const

@@ -46,8 +46,8 @@ struct URLResourceValues {
     friend bool operator==(const URLResourceValues&, const URLResourceValues&) = default;
 };
 
-// Whether a directory of this name is shown as a file: .app, .prefPane, .bundle, .plugin, .AppDir, exactly
-// so spelled. The name alone decides, so telling costs no look inside.
+// Whether a directory of this name is shown as a file: a name and then .app, .prefPane, .bundle, .plugin or .AppDir,
+// exactly so spelled. The name alone decides, so telling costs no look inside.
 bool isPackageName(std::string_view lastPathComponent);
 
 // Whether a package of this name is shown without its extension: .app and .prefPane.

@@ -88,26 +88,6 @@ std::string displayText(std::string_view bytes)
     return text;
 }
 
-std::string lowercased(std::string_view text)
-{
-    std::string lower;
-    lower.reserve(text.size());
-    std::size_t position = 0;
-    while (position < text.size()) {
-        const auto byte = static_cast<unsigned char>(text[position]);
-        if (byte < 0x80) {
-            lower += static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte);
-            ++position;
-            continue;
-        }
-        std::uint8_t encoded[4];
-        const utf8proc_int32_t folded = utf8proc_tolower(static_cast<utf8proc_int32_t>(nextCodePoint(text, position)));
-        lower.append(reinterpret_cast<const char*>(encoded),
-                     static_cast<std::size_t>(utf8proc_encode_char(folded, encoded)));
-    }
-    return lower;
-}
-
 char32_t nextCodePoint(std::string_view text, std::size_t& position)
 {
     const auto lead = static_cast<unsigned char>(text[position++]);

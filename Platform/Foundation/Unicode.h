@@ -12,9 +12,6 @@ bool isValidUTF8(std::string_view bytes);
 // replaced by U+FFFD. NUL bytes stay.
 std::string displayText(std::string_view bytes);
 
-// Lower case by the Unicode tables, no locale. `text` must be valid UTF-8.
-std::string lowercased(std::string_view text);
-
 // Decodes the code point at `position` of valid UTF-8 and moves `position` past it.
 char32_t nextCodePoint(std::string_view text, std::size_t& position);
 

@@ -112,6 +112,22 @@ namespace {
         EXPECT_TRUE(UserDefaults(defaults.path()).boolean("acted")) << "written when the action ended";
     }
 
+    TEST_F(Tracking, AnEmptyMenuGivesWayToTheOneInReserve)
+    {
+        MenuTracking tracking;
+        const auto empty = std::make_shared<NSMenu>("empty");
+        empty->setDelegate(recorder);
+        EXPECT_TRUE(tracking.open(empty, top));
+        EXPECT_EQ(tracking.menu(0), top);
+        EXPECT_EQ(recorder->calls,
+                  "needsUpdate empty; willOpen empty; didClose empty; needsUpdate top; willOpen top; ");
+        tracking.closeAll();
+        EXPECT_TRUE(tracking.open(top, empty));
+        EXPECT_EQ(tracking.menu(0), top);
+        tracking.closeAll();
+        EXPECT_TRUE(tracking.open(empty)) << "whoever shows it decides";
+    }
+
     TEST_F(Tracking, AnActionWithoutItsTargetIsNotSent)
     {
         FakeUser person(top);

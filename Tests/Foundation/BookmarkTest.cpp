@@ -1,17 +1,23 @@
 #include "Bookmark.h"
 
+#include "BookmarkSearch.h"
+#include "FileDescriptor.h"
 #include "FileManager.h"
 #include "FileReferenceURL.h"
 #include "TemporaryDirectory.h"
 #include "Unprivileged.h"
 #include "URL.h"
 
+#include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 
 using namespace quillbox;
@@ -185,6 +191,84 @@ TEST(Bookmark, FindsWhatHasLeftItsPathAfterARestart)
                 << c.name << ", " << kind;
         }
     }
+}
+
+// Hears of every opening of a directory.
+class OpeningsOf {
+public:
+    explicit OpeningsOf(const std::string& directory) : descriptor_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        EXPECT_GE(::inotify_add_watch(descriptor_.get(), directory.c_str(), IN_OPEN | IN_ONLYDIR), 0);
+    }
+    // Since the last call.
+    int count()
+    {
+        std::array<char, 4096> bytes {};
+        const ssize_t length = ::read(descriptor_.get(), bytes.data(), bytes.size());
+        int openings = 0;
+        for (ssize_t position = 0; position < length;) {
+            inotify_event event {};
+            std::memcpy(&event, bytes.data() + position, sizeof event);
+            // With a name it is about a file in the directory.
+            openings += event.len == 0 ? 1 : 0;
+            position += static_cast<ssize_t>(sizeof event) + event.len;
+        }
+        return openings;
+    }
+
+private:
+    FileDescriptor descriptor_;
+};
+
+// As if nothing had been changed there for a minute.
+void settle(const std::string& directory)
+{
+    std::filesystem::last_write_time(directory,
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::minutes(1));
+}
+
+TEST(Bookmark, WhatIsMissingIsSoughtAgainOnceItsDirectoriesHaveChanged)
+{
+    const TemporaryDirectory files;
+    const Data bookmark = bookmarkOf(files.writeFile("up/dir/file"));
+    files.makeDirectory("up/sib");
+    files.rename("up/dir/file", "elsewhere");
+    for (const char* directory : { "up", "up/dir", "up/sib" })
+        settle(files.path(directory));
+    OpeningsOf siblings(files.path("up/sib"));
+    EXPECT_EQ(resolved(bookmark), "error 2");
+    EXPECT_EQ(siblings.count(), 1);
+    EXPECT_EQ(resolved(bookmark), "error 2");
+    EXPECT_EQ(siblings.count(), 0) << "nothing has changed";
+
+    files.writeFile("up/sib/other");
+    EXPECT_EQ(resolved(bookmark), "error 2");
+    EXPECT_EQ(siblings.count(), 1);
+    EXPECT_EQ(resolved(bookmark), "error 2");
+    EXPECT_EQ(siblings.count(), 1) << "so lately changed that the next change might not show";
+    files.rename("elsewhere", "up/sib/file");
+    EXPECT_EQ(resolved(bookmark), files.path("up/sib/file") + " (stale)");
+}
+
+TEST(Bookmark, SearchesOfOneOpeningShareOneBoundAndRepeatNothing)
+{
+    const TemporaryDirectory files;
+    const Data far = bookmarkOf(files.writeFile("big/dir/file"));
+    const Data near = bookmarkOf(files.writeFile("small/dir/file"));
+    for (int i = 0; i < kMaximumSearchedDirectories; ++i)
+        files.makeDirectory("big/" + std::to_string(i));
+    files.remove("big/dir/file");
+    const std::string renamed = files.rename("small/dir/file", "small/dir/renamed");
+    EXPECT_EQ(resolved(near), renamed + " (stale)");
+    {
+        const BookmarkSearchBound bound;
+        OpeningsOf directory(files.path("big/dir"));
+        EXPECT_EQ(resolved(far), "error 2");
+        EXPECT_EQ(resolved(far), "error 2");
+        EXPECT_EQ(directory.count(), 1);
+        EXPECT_EQ(resolved(near), "error 2") << "nothing is left for it";
+    }
+    EXPECT_EQ(resolved(near), renamed + " (stale)");
 }
 
 TEST(Bookmark, FollowsALiveReference)

@@ -129,7 +129,6 @@ TEST(BookmarkOnAVolume, IsNotLookedForBeyondTheBound)
     for (int i = 0; i < kMaximumSearchedEntries; ++i)
         std::filesystem::create_symlink("x", files.path("up/dir/" + std::to_string(i)));
     EXPECT_FALSE(URL::resolvingBookmarkData(bytes, isStale));
-    // The mounts of the machine that were looked at count too.
     for (int i = 0; i < kMaximumSearchedEntries / 2; ++i)
         files.remove("up/dir/" + std::to_string(i));
     EXPECT_TRUE(URL::resolvingBookmarkData(bytes, isStale));

@@ -49,7 +49,7 @@ void fillWithEveryKind(const TemporaryDirectory& files)
          { "plain.txt", ".dot", "secret", "File.app", "newline\nname", "bytes\xff\xfe", "Plain.desktop" })
         files.writeFile(name);
     for (const char* name : { "folder", ".dotfolder", "Program.app", "Pane.prefPane", "Odd.bundle", "Odd.plugin",
-                              "Tool.AppDir", "lower.APP", "secretfolder.app", "folder.desktop" })
+                              "Tool.AppDir", "lower.APP", "secretfolder.app", "folder.desktop", ".app", ".plugin" })
         files.makeDirectory(name);
     files.makeLink("link", "folder");
     files.makeLink("link.app", "Program.app");
@@ -66,8 +66,9 @@ TEST(DirectoryListing, TellsExactlyWhatALookTells)
     const TemporaryDirectory files;
     fillWithEveryKind(files);
     const Result<DirectoryListing> listing = list(files.path());
-    ASSERT_EQ(listing->count(), 25U);
-    const std::set<std::string_view> hidden { ".dot", ".dotfolder", ".hidden", "secret", "secretfolder.app" };
+    ASSERT_EQ(listing->count(), 27U);
+    const std::set<std::string_view> hidden { ".dot", ".dotfolder", ".hidden",         "secret",
+                                              ".app", ".plugin",    "secretfolder.app" };
     std::vector<std::string> visible;
     for (std::size_t i = 0; i < listing->count(); ++i) {
         const std::string name(listing->name(i));
@@ -76,6 +77,7 @@ TEST(DirectoryListing, TellsExactlyWhatALookTells)
         EXPECT_EQ(known.has_value(), !name.ends_with(".desktop")) << name;
         EXPECT_EQ(known.value_or(looked), looked) << name;
         EXPECT_EQ(looked.isHidden, hidden.contains(name)) << name;
+        EXPECT_FALSE(name.starts_with('.') && (*looked.isPackage || *looked.hasHiddenExtension)) << name;
         if (!hidden.contains(name))
             visible.push_back(name);
     }

@@ -20,6 +20,7 @@ namespace {
     static_assert(MenuOptionFlagsSv { menuOptionFlagsSv::sortByDate, menuOptionFlagsSv::ignoreArticles }.rawValue()
                   == 24);
     static_assert(menuOptionFlagsSv::showHiddenItems.rawValue() == 2);
+    static_assert(menuOptionFlagsSv::sortByDate.rawValue() == 8);
 
     std::string separatorLine()
     {
@@ -196,6 +197,30 @@ namespace {
             old.showPathAsTooltip = c.showPathAsTooltip;
             EXPECT_EQ(old.upgraded().optionFlags, c.flags);
         }
+    }
+
+    TEST(MainMenuItemSaver, AnOlderRecordKeepsAllItsOtherFields)
+    {
+        MainMenuItemSaver current = record("recentItems");
+        current.optionFlags = menuOptionFlagsSv::showPlaintextAsDisabled.rawValue();
+        MainMenuItemSaver_v1 old;
+        old.menuItemType = current.menuItemType;
+        old.displayString = current.displayString;
+        old.unixPath = current.unixPath;
+        old.bookmarkData = current.bookmarkData;
+        old.noRecentItemsOlderThan = current.noRecentItemsOlderThan;
+        old.maxNumberOfRecentItems = current.maxNumberOfRecentItems;
+        EXPECT_EQ(old.upgraded(), current);
+    }
+
+    TEST(MainMenuItem, WithoutABookmarkAPickedPathIsNotResolved)
+    {
+        const World world;
+        MainMenuItemSaver picked = record("arbitraryPath");
+        picked.unixPath = world.files.path();
+        picked.bookmarkData.clear();
+        EXPECT_FALSE(MainMenuItem::fromRecord(picked)->fileURL);
+        EXPECT_TRUE(Debug::errorLog().empty()) << "there was nothing that could fail";
     }
 
     TEST(Dump, OfTheLiveListIsExact)

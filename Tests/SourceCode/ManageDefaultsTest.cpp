@@ -270,6 +270,21 @@ namespace {
         EXPECT_EQ(World::loggedMessages().size(), 4U);
         EXPECT_EQ(MainMenuItemSaver::decodeList(*world.defaults.data("UserPickedMenuItems"))->at(1).bookmarkData,
                   damaged.bookmarkData);
+
+        const std::string written = world.files.readFile("settings/defaults.plist");
+        world.clock.advance(std::chrono::hours(1));
+        reload();
+        EXPECT_EQ(world.files.readFile("settings/defaults.plist"), written) << "once is enough";
+    }
+
+    TEST_F(PickedFile, ThatGetsACanonicallyEqualNameIsNoticed)
+    {
+        const std::string composed = world.files.rename("dir/picked.txt", "dir/\u00E9");
+        reload();
+        const std::string decomposed = world.files.rename("dir/\u00E9", "dir/e\u0301");
+        ASSERT_EQ(item()->unixPath, composed);
+        reload();
+        EXPECT_EQ(item()->unixPath, decomposed);
     }
 
 } // namespace

@@ -150,6 +150,7 @@ namespace {
 
     TEST(PreferencesWindow, TheAboutTextNamesVersionAndLinks)
     {
+        ASSERT_TRUE(Bundle::main().bundleIdentifier()) << "the resources are not where the build puts them";
         const AttributedString& text = PreferencesWindowVC::aboutText();
         EXPECT_EQ(text.runs()[0].text, "Quillbox\n");
         EXPECT_EQ(text.runs()[0].attributes.font->weight, FontAttribute::Weight::bold);

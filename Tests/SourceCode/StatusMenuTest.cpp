@@ -43,6 +43,8 @@ namespace {
 
         EXPECT_EQ(world.desktop.statusItem, world.controller->statusItem().get());
         EXPECT_EQ(world.controller->statusItem()->menu()->numberOfItems(), 0U);
+        ASSERT_TRUE(world.controller->statusItem()->button()->image);
+        EXPECT_TRUE(world.controller->statusItem()->button()->image->isTemplate());
         EXPECT_EQ(world.openedMenu(),
                   "Quillbox Preferences... (openAppPreferencesWindowWithSender:)\n"
                   "---\n"

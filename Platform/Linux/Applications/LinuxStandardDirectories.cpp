@@ -54,6 +54,12 @@ std::vector<URL> LinuxStandardDirectories::urls(SearchPathDirectory directory, S
         return userDirectory(G_USER_DIRECTORY_DOCUMENTS, "Documents", homeDirectory());
     case SearchPathDirectory::downloadsDirectory:
         return userDirectory(G_USER_DIRECTORY_DOWNLOAD, "Downloads", homeDirectory());
+    case SearchPathDirectory::moviesDirectory:
+        return userDirectory(G_USER_DIRECTORY_VIDEOS, "Videos", homeDirectory());
+    case SearchPathDirectory::musicDirectory:
+        return userDirectory(G_USER_DIRECTORY_MUSIC, "Music", homeDirectory());
+    case SearchPathDirectory::picturesDirectory:
+        return userDirectory(G_USER_DIRECTORY_PICTURES, "Pictures", homeDirectory());
     default:
         return {};
     }
@@ -82,7 +88,7 @@ std::vector<URL> LinuxStandardDirectories::bundleDirectories(BundleKind kind, Se
 
 URL LinuxStandardDirectories::homeDirectory()
 {
-    return URL::fileURLWithPath(g_get_home_dir()).standardized();
+    return URL::fileURLWithPath(g_get_home_dir());
 }
 
 } // namespace quillbox

@@ -148,13 +148,7 @@ bool ExportedMenu::openRoot()
 {
     if (onWillOpen)
         onWillOpen();
-    if (!tracking_.open(menu_))
-        return false;
-    if (menu_->itemArray().empty() && reserve_) {
-        tracking_.closeAll();
-        return tracking_.open(reserve_);
-    }
-    return true;
+    return tracking_.open(menu_, reserve_);
 }
 
 std::shared_ptr<NSMenuItem> ExportedMenu::itemAt(std::size_t level, const Choice::Step& step) const

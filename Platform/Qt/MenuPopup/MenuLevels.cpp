@@ -58,16 +58,11 @@ bool MenuLevels::open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const s
                       QWindow* owner)
 {
     closeToCount(0);
-    if (!tracking_.open(menu))
+    if (!tracking_.open(menu, reserve))
         return false;
-    if (menu->itemArray().empty()) {
+    if (tracking_.menu(0)->itemArray().empty()) {
         tracking_.closeAll();
-        if (!reserve || !tracking_.open(reserve))
-            return false;
-        if (reserve->itemArray().empty()) {
-            tracking_.closeAll();
-            return false;
-        }
+        return false;
     }
     anchor_ = anchor;
     owner_ = owner;

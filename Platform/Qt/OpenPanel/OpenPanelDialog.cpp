@@ -30,7 +30,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 #include <unordered_set>
 
@@ -62,11 +61,6 @@ namespace {
             return path;
         const Result<std::string> canonical = canonicalPath(end->path);
         return canonical ? *canonical : path;
-    }
-
-    QString reason(const Error& error)
-    {
-        return error.code != 0 ? QString::fromLocal8Bit(std::strerror(error.code)) : QString::fromStdString(error.what);
     }
 
     QLabel* makeNote(QWidget* parent)
@@ -247,7 +241,8 @@ void OpenPanelDialog::showDirectory(const std::string& directory, const std::vec
     const Result<void> result = model_->read(directory);
     emptyNote_->setEnabled(!result);
     if (!result)
-        emptyNote_->setText(QStringLiteral("This directory can't be shown: %1").arg(reason(result.error())));
+        emptyNote_->setText(
+            QStringLiteral("This directory can't be shown: %1").arg(QString::fromStdString(result.error().reason())));
     else
         emptyNote_->setText(QStringLiteral("Nothing here"));
     emptyNote_->setVisible(model_->rowCount() == 0);

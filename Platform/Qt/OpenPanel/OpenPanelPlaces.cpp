@@ -9,14 +9,9 @@
 #include "Unicode.h"
 #include "VolumeNames.h"
 
-#include <QFile>
 #include <QFontMetrics>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QStandardPaths>
-
-#include <algorithm>
-#include <array>
 
 namespace quillbox {
 
@@ -29,15 +24,6 @@ namespace {
     QString shownName(const std::string& path)
     {
         return shownOnOneLine(unicode::displayText(path::lastPathComponent(path)));
-    }
-
-    // Where desktops and people mount what they plug in or reach over a network.
-    bool isPersonsVolume(const std::string& mountPoint)
-    {
-        constexpr std::array<std::string_view, 3> kRoots { "/media/", "/run/media/", "/mnt/" };
-        return mountPoint == "/mnt" || std::any_of(kRoots.begin(), kRoots.end(), [&](std::string_view root) {
-                   return mountPoint.starts_with(root);
-               });
     }
 
     QByteArray bytes(const std::string& path)
@@ -60,15 +46,12 @@ OpenPanelPlaces::OpenPanelPlaces(QWidget* parent, std::function<void(const std::
     add(QStringLiteral("Home"), home);
     std::vector<std::string> paths;
     for (const auto directory : { SearchPathDirectory::desktopDirectory, SearchPathDirectory::documentDirectory,
-                                  SearchPathDirectory::downloadsDirectory }) {
+                                  SearchPathDirectory::downloadsDirectory, SearchPathDirectory::musicDirectory,
+                                  SearchPathDirectory::picturesDirectory, SearchPathDirectory::moviesDirectory }) {
         for (const URL& url : files.urls(directory, SearchPathDomainMask::userDomainMask))
             paths.push_back(url.path());
     }
-    for (const auto location :
-         { QStandardPaths::MusicLocation, QStandardPaths::PicturesLocation, QStandardPaths::MoviesLocation })
-        paths.push_back(QFile::encodeName(QStandardPaths::writableLocation(location)).toStdString());
     for (const std::string& path : paths) {
-        // A directory that a person does without is set to the home directory.
         if (path != home && files.fileExists(path))
             add(shownName(path), path);
     }
@@ -83,7 +66,7 @@ void OpenPanelPlaces::addVolumes()
 {
     VolumeNames* names = Installed<VolumeNames>::current();
     for (const MountTable::Mount& mount : MountTable::current().mounts()) {
-        if (!isPersonsVolume(mount.mountPoint))
+        if (!mount.isPersons())
             continue;
         const auto name = names ? names->localizedName(mount.mountPoint) : std::nullopt;
         add(name ? shownOnOneLine(unicode::displayText(*name)) : shownName(mount.mountPoint), mount.mountPoint,

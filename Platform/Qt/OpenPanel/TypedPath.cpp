@@ -1,5 +1,6 @@
 #include "TypedPath.h"
 
+#include "CanonicalPath.h"
 #include "FileManager.h"
 #include "Unicode.h"
 
@@ -68,7 +69,9 @@ std::string typedPath(const QString& text, const std::string& directory)
         if (name == QStringLiteral("."))
             continue;
         if (name == QStringLiteral("..")) {
-            path = path::deletingLastPathComponent(path);
+            // The kernel's meaning: above the directory that a link leads to.
+            const Result<std::string> canonical = canonicalPath(path);
+            path = path::deletingLastPathComponent(canonical ? *canonical : path);
             rest.reset();
             continue;
         }
