@@ -14,7 +14,7 @@ public:
     GlobalVars() = delete;
 
     static const std::string& systemSettingsAppName();
-    // The same for a system of that version.
+    // The name that the application has on a system of that version.
     static std::string systemSettingsAppName(OperatingSystemVersion version);
     // The title of every separator in the configuration.
     static const std::string& separatorDisplayString();

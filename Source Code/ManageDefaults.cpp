@@ -44,7 +44,7 @@ namespace {
         }
         for (const auto& [reference, recordedPath] : ManageDefaults::fileReferences()) {
             const auto path = reference.path();
-            // By their bytes: a rename between names that only Unicode takes for equal is a rename.
+            // Paths are compared by their bytes: a rename between names that Unicode takes for equal is a rename.
             if (path != recordedPath)
                 return true;
         }
@@ -123,7 +123,7 @@ namespace {
         return records;
     }
 
-    // None where nothing may change.
+    // Gives none where the list in use has to stay.
     std::optional<Load> readList()
     {
         UserDefaults& defaults = UserDefaults::standard();

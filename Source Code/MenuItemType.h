@@ -52,7 +52,7 @@ constexpr std::string_view rawValue(MenuItemType type)
     return index < kMenuItemTypeCount ? detail::menuItemTypeRawValues[index] : "unknown";
 }
 
-// None for any text but the 14 names, exactly so spelled.
+// There is a kind for the 14 names, spelled exactly so, and for no other text.
 constexpr std::optional<MenuItemType> menuItemType(std::string_view rawValue)
 {
     for (std::size_t index = 0; index < kMenuItemTypeCount; ++index) {

@@ -11,7 +11,7 @@ std::shared_ptr<NSMenuItemPlus> NSMenuItemPlus::make(std::string title, const Se
         item->~NSMenuItemPlus();
         Allocator().deallocate(item, 1);
     };
-    // Not std::allocate_shared: an item and its count in one cell would stay for as long as the list of
+    // std::allocate_shared would put an item and its count into one cell, which would stay for as long as the list of
     // built items refers to it weakly, and that is as long as the menu is open.
     auto* item = new (Allocator().allocate(1)) NSMenuItemPlus(std::move(title), action);
     return { item, release, SlabAllocator<char>() };

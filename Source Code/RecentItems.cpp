@@ -93,7 +93,7 @@ std::pair<PathList, PathList> recentlyUsedPaths(Date lastUsedSince, std::int64_t
         if (!path)
             continue;
         const std::string_view extension = path::pathExtension(*path);
-        // It could only be a document, and those are full: thousands of them may lie before the next application.
+        // This could only be a document, and their list is full. Thousands of them may lie before the next application.
         if (extension != "app" && !hasRoomFor(UseKind::document))
             continue;
         const auto kind = useKindOf(*path, extension);

@@ -100,7 +100,7 @@ void StatusMenuItemController::menuNeedsUpdate(NSMenu& menu)
     case menuDynamicContents::alreadyValid:
         return;
     case menuDynamicContents::topLevelMenu:
-        // Stays only if the menu can't be built at all.
+        // This row stays only if the menu can't be built at all.
         if (statusItem_->menu())
             statusItem_->menu()->addItem(textRow("Dynamic Init Menu Item"));
         populateTheTopLevelMenu();

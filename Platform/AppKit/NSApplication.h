@@ -38,8 +38,8 @@ public:
     // gone. The sender is held until the action ends.
     bool sendAction(const Selector* action, const std::shared_ptr<NSObject>& target, std::shared_ptr<NSObject> sender);
 
-    // Lets go of the object when the outermost event has ended; at once where none is running. For what an event
-    // may still be at work in.
+    // Lets go of the object when the outermost event has ended; at once where none is running. An event may still
+    // be at work in an object that it closes.
     void releaseAfterEvent(std::shared_ptr<void> object);
 
     // One event of the display or one call from outside. It is opened where these enter the program and nowhere

@@ -45,7 +45,7 @@ public:
     void setSubmenu(std::shared_ptr<NSMenu> submenu);
     bool hasSubmenu() const { return submenu_ != nullptr; }
 
-    // Empty where there is none.
+    // The text is empty where the row has no tool tip.
     const std::string& toolTip() const { return toolTip_; }
     void setToolTip(std::string toolTip) { toolTip_ = std::move(toolTip); }
 

@@ -23,7 +23,7 @@ public:
     NSStatusItem& operator=(const NSStatusItem&) = delete;
 
     double length() const { return length_; }
-    // Null where the status bar gave the item none.
+    // The pointer is null where the status bar gave the item no button.
     NSStatusBarButton* button() { return button_ ? &*button_ : nullptr; }
     // Tells the desktop when it is set.
     const std::shared_ptr<NSMenu>& menu() const { return menu_; }

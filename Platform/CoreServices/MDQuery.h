@@ -40,7 +40,7 @@ public:
     MDQuery(std::string queryText, std::vector<std::string_view> sortingAttributes);
     // Answers before it returns. False where the text is not understood or there is no index.
     bool execute();
-    // In the order of the sorting attribute, smallest first.
+    // Results are in the order of the sorting attribute, smallest first.
     std::size_t resultCount() const { return results_.size(); }
     const MDItem& result(std::size_t atIndex) const { return results_[atIndex]; }
 

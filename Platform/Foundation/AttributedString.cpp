@@ -21,7 +21,7 @@ void AttributedString::append(std::string_view text, TextAttributes attributes)
 
 void AttributedString::append(const AttributedString& other)
 {
-    // A copy, since `other` may be this very text.
+    // The runs are copied, since `other` may be this very text.
     const std::vector<Run> runs = other.runs_;
     for (const Run& run : runs)
         append(run.text, run.attributes);

@@ -14,7 +14,7 @@ struct FontAttribute {
 
     Role role = Role::system;
     Weight weight = Weight::regular;
-    // Points; 0 is the role's default size, kSmallSize the desktop's small system size.
+    // In points. 0 means the role's default size, kSmallSize the desktop's small system size.
     double size = 0;
     static constexpr double kSmallSize = -1;
 

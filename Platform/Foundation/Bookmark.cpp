@@ -114,7 +114,7 @@ namespace {
         if (::name_to_handle_at(AT_FDCWD, path.c_str(), handle, &mountId, 0) != 0
             || handle->handle_bytes > kMaximumHandle)
             return {};
-        // These make up the numbers in it afresh at every mounting.
+        // These file systems number their files afresh at every mounting, so that no handle of theirs lasts.
         constexpr std::array<std::string_view, 3> kPassing { "exfat", "msdos", "vfat" };
         const MountTable::Mount* mount = MountTable::current().find(static_cast<std::uint64_t>(mountId));
         if (mount

@@ -58,10 +58,10 @@ namespace {
         std::optional<std::string> atSamePlace();
         // Places in the volume that its path may have meant, where the volume has left its mount point.
         std::vector<std::string> placesInVolume();
-        // Whatever is there now, of the same kind.
+        // Whether an entry of the same kind is there now.
         bool isTaken(const std::string& place);
         std::optional<std::string> around(const std::string& place);
-        // The directories that around() has looked through, in sight of their changes.
+        // The directories that around() has looked through, each as it was before.
         std::vector<SearchedDirectory>& searched() { return searched_; }
 
     private:
@@ -88,7 +88,7 @@ namespace {
 
     std::optional<std::string> Search::atSamePlace()
     {
-        // A copy, since looking at a file may read the table anew.
+        // The list is copied, since looking at a file may read the table anew.
         const std::vector<MountTable::Mount> mounts = MountTable::current().mounts();
         for (const MountTable::Mount& mount : mounts) {
             if (mount.isRemote()
@@ -124,7 +124,7 @@ namespace {
         const MountTable::Mount* present = status ? table.find(status->mountId) : nullptr;
         if (!present || table.fileSystemUUID(*present) == wanted_.fileSystemUUID)
             return {};
-        // What is left of the way to it is the old mount point, or the directory that this was made in.
+        // The part of the path that is gone begins with the old mount point, or with the directory that it was made in.
         std::string_view tail = std::string_view(wanted_.path).substr(ancestor == "/" ? 0 : ancestor.size());
         std::vector<std::string> places;
         for (int i = 0; i < 2 && !tail.empty(); ++i) {
@@ -266,7 +266,7 @@ BookmarkSearchBound::~BookmarkSearchBound()
 
 std::optional<std::string> findMovedFile(const Bookmark& bookmark)
 {
-    // No file has the inode 0: such a bookmark knows a place only.
+    // No file has the inode 0, so a bookmark that has it knows a place and no file.
     if (bookmark.identity.inode == 0)
         return std::nullopt;
     const auto isWanted = [&](const FileIdentity& identity) {

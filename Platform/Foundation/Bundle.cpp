@@ -31,7 +31,7 @@ namespace {
         return kind && *kind == FileKind::file;
     }
 
-    // Empty where there is none.
+    // The result is empty where there is no such directory.
     std::string resourceDirectoryOfExecutable()
     {
         char target[PATH_MAX];
@@ -39,7 +39,7 @@ namespace {
         if (length <= 0)
             return {};
         const std::string executable(target, static_cast<std::size_t>(length));
-        // Beside the executable, installed, and from a build tree's preset directory up to the sources.
+        // They lie beside the executable, in the installed place, or between a build tree's directory and the sources.
         for (const char* place :
              { "Resources", "../share/quillbox", "../Resources", "../../Resources", "../../../Resources" }) {
             const std::string directory = path::appending(path::deletingLastPathComponent(executable), place);

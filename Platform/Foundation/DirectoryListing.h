@@ -35,7 +35,7 @@ public:
     // be listed but not searched). Values beyond the six of a menu entry are never told.
     std::optional<URLResourceValues> knownResourceValues(std::size_t index) const;
 
-    // For whoever fills a listing:
+    // What fills a listing calls these:
     void append(std::string_view name, EntryKind kind);
     void setNamesToldHidden(std::unordered_set<std::string> names) { hiddenNames_ = std::move(names); }
     void setMountPoints(std::unordered_set<std::string> names) { mountPoints_ = std::move(names); }
@@ -52,7 +52,7 @@ private:
     std::string directoryPath_;
     std::string names_;
     std::vector<Entry> entries_;
-    // From the directory's .hidden file.
+    // The names that the directory's .hidden file lists.
     std::unordered_set<std::string> hiddenNames_;
     // Names in this directory that other file systems are mounted on.
     std::unordered_set<std::string> mountPoints_;

@@ -31,13 +31,14 @@ struct FileStatus {
     bool isDirectory = false;
     // The mount it was reached through; none where the system doesn't tell.
     std::optional<std::uint64_t> mountId;
-    // Since 1970, when its contents and when anything of it was changed last; none where it wasn't told.
+    // When its contents, and when anything of it was changed last, counted from 1970; none where the system doesn't
+    // tell.
     std::optional<FileIdentity::Time> modified;
     std::optional<FileIdentity::Time> changed;
 };
 
 Result<FileStatus> lookAtFile(const std::string& path);
-// The same of an open descriptor.
+// Looks at what an open descriptor stands for.
 Result<FileStatus> lookAtDescriptor(int descriptor);
 
 } // namespace quillbox

@@ -33,7 +33,7 @@ enum class SearchPathDomainMask : unsigned {
 class StandardDirectories {
 public:
     virtual ~StandardDirectories() = default;
-    // In the order local, system, user; no entry where the system has none.
+    // The order is local, system, user. A domain that has no such directory gives no entry.
     virtual std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains) = 0;
     virtual URL homeDirectory() = 0;
 };

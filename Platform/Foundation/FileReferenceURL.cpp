@@ -44,7 +44,7 @@ namespace {
     {
         const std::string home = FileManager::defaultManager().homeDirectoryForCurrentUser().path();
         for (const std::string& place : { std::string("/"), home }) {
-            // By its ".", so that a home that is a link counts as the directory it leads to.
+            // The "." makes a home that is a link count as the directory it leads to.
             const Result<FileStatus> root = lookAtFile(path::appending(place, "."));
             if (file.mountId && root && root->mountId == file.mountId)
                 return true;
@@ -71,7 +71,7 @@ namespace {
         return candidate;
     }
 
-    // Empty where another file has taken the path meanwhile, or none may be held.
+    // The descriptor is empty where another file has taken the path meanwhile, or no more may be held.
     FileDescriptor descriptorFor(const FileStatus& file, const std::string& path)
     {
         const auto held = std::count_if(followedFiles().begin(), followedFiles().end(),

@@ -16,7 +16,7 @@ namespace {
 
 SearchedDirectory SearchedDirectory::at(const std::string& path)
 {
-    // By its ".", so that a link counts as the directory it leads to.
+    // The "." makes a link count as the directory it leads to.
     const Result<FileStatus> status = lookAtFile(path::appending(path, "."));
     return { path, status ? std::optional(*status) : std::nullopt };
 }

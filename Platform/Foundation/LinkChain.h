@@ -13,8 +13,8 @@ inline constexpr int kMaximumLinkElements = 20;
 
 // What a chain of symbolic links and alias files ends at.
 struct LinkEnd {
-    // As the chain led there. It may go through links to directories and have ".." in it, so it means what the kernel
-    // makes of it and can't be tidied up as text: see canonicalPath().
+    // The path as the chain led there. It may go through links to directories and have ".." in it, so it means what the
+    // kernel makes of it and can't be tidied up as text: see canonicalPath().
     std::string path;
     // isDirectory, isPackage, isAliasFile and isSymbolicLink of what is there.
     URLResourceValues values;

@@ -21,7 +21,7 @@ std::string Error::reason() const
 {
     if (code == 0)
         return what;
-    // Not strerror(): its text depends on the locale, and this program speaks English.
+    // The text of strerror() depends on the locale, and this program speaks English.
     const char* text = strerrordesc_np(code);
     return text ? std::string(text) : "error " + std::to_string(code);
 }

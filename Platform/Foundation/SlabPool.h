@@ -21,7 +21,7 @@ public:
 
     // Slabs held, the empty one included.
     std::size_t slabCount() const { return slabCount_; }
-    // Bytes of the cells in use, of all pools.
+    // The bytes of all cells in use, over all pools.
     static std::size_t bytesInUse();
     // Gives back to the system what the heap holds of the texts and lists that went with them, where many
     // slabs were given back since it was last called; takes about a millisecond then.
@@ -42,7 +42,7 @@ private:
     std::size_t emptyCount_ = 0;
 };
 
-// The same as an allocator of single objects, for std::shared_ptr's own blocks and the like.
+// The pool as an allocator of single objects, for std::shared_ptr's own blocks and the like.
 template <class T>
 class SlabAllocator {
 public:

@@ -110,7 +110,7 @@ namespace {
         return -1;
     }
 
-    // Nothing where an escape is damaged or stands for what no path component can have (NUL, slash), or
+    // Gives nothing where an escape is damaged or stands for what no path component can have (NUL, slash), or
     // where a query or fragment follows.
     std::optional<std::string> percentDecoded(std::string_view text)
     {

@@ -44,7 +44,8 @@ public:
     std::string_view lastPathComponent() const { return path::lastPathComponent(path_); }
     std::string_view pathExtension() const { return path::pathExtension(path_); }
     URL appendingPathComponent(std::string_view component) const;
-    // Without ".", ".." and repeated slashes, by the text alone.
+    // The URL without ".", ".." and repeated slashes, by the text alone: good to be read, but behind links it means
+    // another file than this one. Where the path is used, see canonicalPath().
     URL standardized() const;
 
     // One look at the entry itself (links are not followed). Fails where the entry can't be looked at.

@@ -200,7 +200,7 @@ public:
     {
         EXPECT_GE(::inotify_add_watch(descriptor_.get(), directory.c_str(), IN_OPEN | IN_ONLYDIR), 0);
     }
-    // Since the last call.
+    // How often it was opened since the last call.
     int count()
     {
         std::array<char, 4096> bytes {};
@@ -220,7 +220,7 @@ private:
     FileDescriptor descriptor_;
 };
 
-// As if nothing had been changed there for a minute.
+// Makes the directory look as if nothing had been changed there for a minute.
 void settle(const std::string& directory)
 {
     std::filesystem::last_write_time(directory,

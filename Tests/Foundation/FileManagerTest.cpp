@@ -164,7 +164,7 @@ TEST(ResourceValues, KnowVolumes)
     }
     installed.reset();
     EXPECT_FALSE(valuesOf("/proc", URLResourceKey::volumeLocalizedName).volumeLocalizedName);
-    // By whatever way the directory is reached, what is mounted in it is not told.
+    // The listing does not tell what is mounted in the directory, by whatever way that is reached.
     for (const std::string& path : { std::string("/"), rootLink }) {
         const Result<DirectoryListing> listing = list(path);
         for (std::size_t i = 0; i < listing->count(); ++i)

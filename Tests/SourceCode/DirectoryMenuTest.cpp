@@ -181,7 +181,7 @@ namespace {
         world.files.writeFile("listable/file");
         world.files.makeDirectory("listable/sub");
         world.files.makeDirectory("closed");
-        // Nobody may, the owner neither: these tests run as root and as an ordinary user.
+        // The owner is refused as well, since these tests run as root and as an ordinary user.
         namespace fs = std::filesystem;
         fs::permissions(world.files.path("listable"), fs::perms(0444));
         fs::permissions(world.files.path("closed"), fs::perms::none);
@@ -284,7 +284,7 @@ namespace {
         EXPECT_EQ(item("alias.desktop")->pathToOpen, target);
         EXPECT_TRUE(item("alias.desktop")->hasSubmenu());
         EXPECT_FALSE(item("program.desktop")->hasSubmenu());
-        // In a listing, too.
+        // A listing follows links in the same way.
         EXPECT_EQ(world.rows(world.files.path("d")),
                   "alias.desktop > [icon of alias.desktop] (openTheClickedFileWithSender:)\n"
                   "program.desktop [icon of program.desktop] (openTheClickedFileWithSender:)\n");

@@ -51,7 +51,7 @@ namespace {
         EXPECT_EQ(seen(world), "missing");
         ASSERT_TRUE(volume.mount(there));
         EXPECT_EQ(seen(world).substr(0, (there + rows).size()), there + rows);
-        // As after a restart, from what was saved meanwhile.
+        // Begins anew from what was saved meanwhile, as after a restart.
         ManageDefaults::fileReferences().clear();
         ManageDefaults::loadAllFromDisk();
         EXPECT_EQ(seen(world).substr(0, (there + rows).size()), there + rows);

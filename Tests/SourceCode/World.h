@@ -24,7 +24,7 @@ public:
     std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains) override;
     URL homeDirectory() override { return URL::fileURLWithPath(home); }
 
-    // By directory; domain is one of the single domains.
+    // The paths of each directory in each single domain.
     std::map<std::pair<SearchPathDirectory, SearchPathDomainMask>, std::vector<std::string>> paths;
     std::string home = "/nowhere";
 };

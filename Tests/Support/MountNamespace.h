@@ -27,7 +27,7 @@ public:
     const std::string& reasonItCannotBe() const { return reason_; }
     // Makes the directory where there is none; false where mounting fails.
     bool mount(const std::string& mountPoint);
-    // 0, else what umount2 reports. The directory is removed, as desktops do.
+    // Gives 0, or what umount2 reports. The directory is removed, as desktops do.
     int unmount();
 
 private:
