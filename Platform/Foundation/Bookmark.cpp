@@ -15,6 +15,22 @@ namespace quillbox {
 
 namespace {
 
+    // The bytes, version 1, all numbers big-endian:
+    //
+    //     4        the letters "QBbk"
+    //     1        the version, 1
+    //     1        bits: 1 the entry is a directory, 2 the URL was made with a trailing slash, 4 a birth time
+    //              is known; the others are 0
+    //     4 + n    length and bytes of the absolute path, as the file system has them
+    //     4 + n    length and text of the file system's UUID; empty where it is not known
+    //     4, 4     major and minor number of the device: a hint, since they may change at every boot
+    //     8        the inode
+    //     8, 4     seconds since 1970 (signed) and nanoseconds of the birth time; 0 where it is not known
+    //     4 + n    length and bytes of the file handle (the first four are its type); empty where there is none
+    //              that lasts
+    //     4        CRC-32 (the one of zip files) of everything before it
+    //
+    // Nothing may follow.
     constexpr std::string_view kMagic = "QBbk";
     constexpr std::uint8_t kVersion = 1;
     constexpr unsigned kIsDirectory = 1;

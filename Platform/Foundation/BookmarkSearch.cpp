@@ -223,6 +223,14 @@ namespace {
         return std::nullopt;
     }
 
+    // A search has these steps:
+    //
+    // 1. mounts of the file's file system at other places: the file itself at the same place in the volume; where the
+    //    UUID says that it is the same volume, whatever is there;
+    // 2. the file itself in its directory, in the one above, and in that one's direct sub-directories;
+    // 3. the same around its place on the other mounts of 1, where the UUID is known.
+    //
+    // Steps 2 and 3 are left out where they have failed before and their directories are as they were.
     std::optional<std::string> sought(const Bookmark& bookmark, const Data& key, Bound& bound)
     {
         Search search(bookmark, bound);

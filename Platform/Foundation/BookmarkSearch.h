@@ -7,19 +7,13 @@ namespace quillbox {
 
 struct Bookmark;
 
-// Where the file of a bookmark is now that nothing is at its path. Asked for by resolving, and so at every
-// opening of the menu while a picked file is missing: what it does is bounded and writes nothing. In order:
+// Where the file of a bookmark is now that nothing is at its path: known to a reference of this process, in its volume
+// mounted elsewhere, or near where it was. Asked for by resolving, and so at every opening of the menu while a picked
+// file is missing: it writes nothing and never enters another file system, a link or a remote mount.
 //
-// 1. a reference that follows the file in this process;
-// 2. mounts of its file system at other places: the file itself at the same place in the volume; where the
-//    UUID says that it is the same volume, whatever is there;
-// 3. the file itself in its directory, in the one above, and in that one's direct sub-directories;
-// 4. the same around its place on the other mounts of 2, where the UUID is known.
-//
-// It never enters another file system, a link or a remote mount. Steps 3 and 4 look at no more than
-// kMaximumSearchedEntries entries in kMaximumSearchedDirectories directories, step 2 at no more than
-// kMaximumSearchedPlaces paths; a file beyond that stays missing. A file that was not found is not sought by steps 3
-// and 4 again while the directories that they went through have not changed.
+// It looks at no more than kMaximumSearchedEntries entries in kMaximumSearchedDirectories directories, and at
+// kMaximumSearchedPlaces places of volumes; a file beyond that stays missing. Directories that were searched in vain
+// are searched again once they have changed.
 std::optional<std::string> findMovedFile(const Bookmark&);
 
 inline constexpr int kMaximumSearchedEntries = 20000;
