@@ -11,8 +11,8 @@ foreach(resource IN LISTS resources)
     endif()
 endforeach()
 
-foreach(file IN ITEMS service metainfo.xml)
-    configure_file("Packaging/${QUILLBOX_IDENTIFIER}.${file}.in" "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.${file}" @ONLY)
+foreach(file IN ITEMS ${QUILLBOX_IDENTIFIER}.service ${QUILLBOX_IDENTIFIER}.metainfo.xml quillbox.1)
+    configure_file("Packaging/${file}.in" "${CMAKE_BINARY_DIR}/Packaging/${file}" @ONLY)
 endforeach()
 
 install(TARGETS quillbox)
@@ -23,3 +23,5 @@ install(FILES "Packaging/${QUILLBOX_IDENTIFIER}.desktop" DESTINATION "${CMAKE_IN
 install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.metainfo.xml" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.service"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
+# Debian wants its manual pages compressed, other systems compress them themselves.
+install(FILES "${CMAKE_BINARY_DIR}/Packaging/quillbox.1$<$<BOOL:${QUILLBOX_DEB}>:.gz>" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")

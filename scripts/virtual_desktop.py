@@ -139,8 +139,12 @@ class VirtualDesktop:
 
     def _start(self):
         self._start_server()
-        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE)
-        address = bus.stdout.readline().decode().strip()
+        read_end, write_end = os.pipe()
+        # Its output is that of the programs that it starts.
+        self.start(["dbus-daemon", "--session", "--nofork", f"--print-address={write_end}"], pass_fds=[write_end])
+        os.close(write_end)
+        with os.fdopen(read_end) as line:
+            address = line.readline().strip()
         if not address:
             raise DesktopError("dbus-daemon did not start")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
