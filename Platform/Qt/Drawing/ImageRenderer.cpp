@@ -1,6 +1,8 @@
 #include "ImageRenderer.h"
 
 #include <QCache>
+#include <QDataStream>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHashFunctions>
@@ -21,10 +23,12 @@ namespace {
     // Past this, a picture asked for is a mistake of whoever asked.
     constexpr double kLargestSide = 4096;
     constexpr qsizetype kKeptBytes = qsizetype { 16 } << 20;
-    constexpr qsizetype kKeptContents = 4096;
+    // More than the rows that several open levels show at once.
+    constexpr qsizetype kKeptContents = 512;
 
     struct Key {
-        const ImageSource* source = nullptr;
+        // What the picture shows, see identityOf.
+        QByteArray identity;
         double width = 0;
         double height = 0;
         double devicePixelRatio = 1;
@@ -34,23 +38,22 @@ namespace {
         friend bool operator==(const Key&, const Key&) = default;
         friend std::size_t qHash(const Key& key, std::size_t seed = 0)
         {
-            return qHashMulti(seed, key.source, key.width, key.height, key.devicePixelRatio, key.colour);
+            return qHashMulti(seed, key.identity, key.width, key.height, key.devicePixelRatio, key.colour);
         }
     };
 
-    // Both hold the image, so that no other source takes the address they are kept by.
+    // Every opening of a menu makes sources anew. They are asked once each, and what they say decides which pixels
+    // are theirs, so that the next opening finds those of the one before.
     struct Content {
+        // Held so that no other source takes the address it is kept by.
         NSImage image;
         ImageContent content;
-    };
-    struct Pixels {
-        NSImage image;
-        QPixmap pixmap;
+        QByteArray identity;
     };
 
     struct Kept {
         QCache<const ImageSource*, Content> contents { kKeptContents };
-        QCache<Key, Pixels> pixels { kKeptBytes };
+        QCache<Key, QPixmap> pixels { kKeptBytes };
         QString themeName;
         qint64 paletteKey = 0;
     };
@@ -74,13 +77,60 @@ namespace {
         kept().paletteKey = paletteKey;
     }
 
-    ImageContent contentOf(const NSImage& image)
+    const Content& contentOf(const NSImage& image);
+
+    void write(QDataStream& out, NSRect rect)
+    {
+        out << rect.origin.x << rect.origin.y << rect.size.width << rect.size.height;
+    }
+
+    void write(QDataStream& out, const ThemedImage& themed)
+    {
+        for (const std::string& name : themed.names)
+            out << QByteArray::fromStdString(name);
+        out << QByteArray::fromStdString(themed.reserveFile);
+    }
+
+    // A file that was written anew is another picture.
+    void write(QDataStream& out, const ImageFile& file)
+    {
+        const QFileInfo info(QFile::decodeName(file.path.c_str()));
+        out << QByteArray::fromStdString(file.path) << info.size() << info.lastModified().toMSecsSinceEpoch();
+    }
+
+    void write(QDataStream& out, const DrawnImage& drawn)
+    {
+        out << drawn.size.width << drawn.size.height;
+        for (const DrawnImage::Layer& layer : drawn.layers) {
+            if (layer.image.isEmpty())
+                continue;
+            out << contentOf(layer.image).identity << layer.image.size().width << layer.image.size().height
+                << layer.image.isTemplate() << static_cast<int>(layer.operation) << layer.fraction
+                << layer.from.has_value();
+            write(out, layer.rect);
+            write(out, layer.from.value_or(NSRect {}));
+        }
+    }
+
+    // The same bytes for contents that show the same picture.
+    QByteArray identityOf(const ImageContent& content)
+    {
+        QByteArray identity;
+        QDataStream out(&identity, QIODevice::WriteOnly);
+        out << static_cast<quint64>(content.index());
+        std::visit([&out](const auto& kind) { write(out, kind); }, content);
+        return identity;
+    }
+
+    // Good until the next call: the cache may drop it then.
+    const Content& contentOf(const NSImage& image)
     {
         if (const Content* known = kept().contents.object(image.source()))
-            return known->content;
-        ImageContent content = image.source()->content();
-        kept().contents.insert(image.source(), new Content { image, content });
-        return content;
+            return *known;
+        auto* asked = new Content { image, image.source()->content(), {} };
+        asked->identity = identityOf(asked->content);
+        kept().contents.insert(image.source(), asked);
+        return *asked;
     }
 
     QImage canvas(NSSize size, double devicePixelRatio)
@@ -166,7 +216,8 @@ namespace {
         const double across = size.width() / from.width();
         const double down = size.height() / from.height();
         image.setSize({ image.size().width * across, image.size().height * down });
-        return render(image, contentOf(image), devicePixelRatio, templateColour,
+        const ImageContent content = contentOf(image).content;
+        return render(image, content, devicePixelRatio, templateColour,
                       QTransform::fromScale(across, down).mapRect(from));
     }
 
@@ -231,17 +282,18 @@ QPixmap ImageRenderer::pixmap(const NSImage& image, double devicePixelRatio, con
     if (image.isEmpty() || image.size().width <= 0 || image.size().height <= 0)
         return {};
     dropIfThemeChanged();
-    const ImageContent content = contentOf(image);
+    const Content& content = contentOf(image);
     // What a picture is drawn of may be a template itself.
-    const bool usesColour = image.isTemplate() || std::holds_alternative<DrawnImage>(content);
-    const Key key { image.source(), image.size().width, image.size().height, devicePixelRatio,
+    const bool usesColour = image.isTemplate() || std::holds_alternative<DrawnImage>(content.content);
+    const Key key { content.identity, image.size().width, image.size().height, devicePixelRatio,
                     usesColour ? templateColour.rgba() : 0 };
-    if (const Pixels* known = kept().pixels.object(key))
-        return known->pixmap;
-    QPixmap rendered = render(image, content, devicePixelRatio, templateColour);
+    if (const QPixmap* known = kept().pixels.object(key))
+        return *known;
+    // A copy, since drawing may ask other sources.
+    QPixmap rendered = render(image, ImageContent(content.content), devicePixelRatio, templateColour);
     // An image that can't be found is remembered too: it would be looked for at every paint.
     const qsizetype cost = 256 + static_cast<qsizetype>(rendered.width()) * rendered.height() * 4;
-    kept().pixels.insert(key, new Pixels { image, rendered }, cost);
+    kept().pixels.insert(key, new QPixmap(rendered), cost);
     return rendered;
 }
 

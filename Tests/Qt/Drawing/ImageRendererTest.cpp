@@ -5,9 +5,11 @@
 
 #include <QIcon>
 #include <QImage>
+#include <QSet>
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -116,6 +118,44 @@ TEST_F(Images, APartIsCutOutWithNothingOfItsNeighbours)
                 << x << " at " << scale << ": " << colour.name(QColor::HexArgb).toStdString();
         }
     }
+}
+
+// A source that lives as long as someone keeps it, and counts those that do.
+class CountedSource final : public ImageSource {
+public:
+    explicit CountedSource(ImageContent content) : content_(std::move(content)) { ++alive; }
+    ~CountedSource() override { --alive; }
+    ImageContent content() const override { return content_; }
+    std::string name() const override { return "counted"; }
+    static inline int alive = 0;
+
+private:
+    ImageContent content_;
+};
+
+TEST_F(Images, OfSourcesMadeAnewAreDrawnOnceAndTheSourcesLetGo)
+{
+    const ThemedImage dot { { "known" }, "" };
+    const std::string file = directory.writeFile("dot.svg", svg("#ff0000"));
+    QSet<qint64> drawn;
+    int mostAlive = 0;
+    for (int opening = 0; opening < 2000; ++opening) {
+        for (const ImageContent& content : { ImageContent(dot), ImageContent(ImageFile { file }) }) {
+            const NSImage picture(std::make_shared<CountedSource>(content), { 16, 16 });
+            NSImage around(NSSize { 32, 32 });
+            around.draw(picture, { { 0, 0 }, { 16, 16 } });
+            drawn += { ImageRenderer::pixmap(picture, 1, {}).cacheKey(),
+                       ImageRenderer::pixmap(around, 1, {}).cacheKey() };
+        }
+        mostAlive = std::max(mostAlive, CountedSource::alive);
+    }
+    EXPECT_EQ(drawn.size(), 4);
+    EXPECT_LE(mostAlive, 1024);
+    ImageRenderer::dropAll();
+    EXPECT_EQ(CountedSource::alive, 0);
+
+    directory.writeFile("dot.svg", svg("#0000ff"));
+    EXPECT_EQ(centre(ImageRenderer::pixmap(image(ImageFile { file }), 1, {})), QColor(Qt::blue));
 }
 
 TEST_F(Images, BadFilesShowNothing)
