@@ -18,6 +18,9 @@ namespace {
     // The side of the icons that rows have, in points. Rows have room for one whether they show one or not.
     constexpr int kIconSide = 16;
 
+    // Of the text that a style is asked about, in characters.
+    constexpr qsizetype kSampleLength = 100;
+
     // Whole pixels that hold every line: with unhinted fonts and fractional scales lines end between pixels, and
     // a line that is cut to less than it takes loses letters.
     int widestLine(const QFontMetricsF& metrics, const QStringList& lines)
@@ -50,13 +53,14 @@ MenuRowPainter::MenuRowPainter(const QWidget& popup) : popup_(&popup)
 
     QStyleOptionMenuItem row = option({});
     row.menuItemType = QStyleOptionMenuItem::SubMenu;
-    row.text = QStringLiteral("x");
     row.icon = QIcon(QPixmap(kIconSide, kIconSide));
-    // Wider than any least width of a style.
-    constexpr int kTextWidth = 1000;
-    const QSize size = style.sizeFromContents(QStyle::CT_MenuItem, &row, { kTextWidth, lineHeight_ }, &popup);
+    // Some styles go by the size of the contents, others measure the text by themselves: both have to say the same.
+    // It is wider than any least width of a style.
+    row.text = QString(kSampleLength, QChar('x'));
+    const int textWidth = widestLine(QFontMetricsF(row.font), { row.text });
+    const QSize size = style.sizeFromContents(QStyle::CT_MenuItem, &row, { textWidth, lineHeight_ }, &popup);
     ordinaryHeight_ = std::max({ size.height(), lineHeight_, kIconSide + 2 });
-    widthBesideText_ = std::max(size.width() - kTextWidth, kIconSide);
+    widthBesideText_ = std::max(size.width() - textWidth, kIconSide);
 
     QStyleOptionMenuItem separator = option({});
     separator.menuItemType = QStyleOptionMenuItem::Separator;
