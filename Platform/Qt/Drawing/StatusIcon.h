@@ -23,8 +23,9 @@ public:
     // A square of `size` logical pixels.
     QPixmap pixmap(int size, double devicePixelRatio, const QColor& templateColour) const;
 
-    // Readable on light and on dark panels alike (at least 3.9:1), for where the panel's colour is unknown.
-    static QColor neutralColour() { return { 128, 128, 128 }; }
+    // For panels whose colour is unknown: as far from a usual light one (#f6f5f4) as from a usual dark one (#202020), by
+    // 3.8:1, and no colour is farther from both.
+    static QColor neutralColour() { return { 123, 123, 123 }; }
 
 private:
     NSImage image_;
