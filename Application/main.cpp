@@ -30,8 +30,6 @@ namespace {
     void showMessage(const std::string& message, const std::string& detail)
     {
         NSAlert alert;
-        if (const auto icon = NSImage::imageNamed("Quillbox Icon"))
-            alert.setIcon(*icon);
         alert.setMessageText(message);
         alert.setInformativeText(detail);
         alert.runModal();

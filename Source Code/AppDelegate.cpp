@@ -18,8 +18,6 @@ namespace {
     void showSettingsAlert(const Error& error)
     {
         NSAlert alert;
-        if (const auto icon = NSImage::imageNamed("Quillbox Icon"))
-            alert.setIcon(*icon);
         alert.setMessageText("There is a problem with the settings of Quillbox");
         alert.setInformativeText(error.description());
         alert.runModal();

@@ -232,8 +232,6 @@ void StatusMenuItemController::openTheClickedFile(NSMenuItemPlus* sender)
         logError(__LINE__, "openTheClickedFile(sender:)", "This function was executed with an empty sender.pathToOpen");
     if (sender->isArbitraryPathInaccessible && !FileManager::defaultManager().fileExists(sender->pathToOpen)) {
         NSAlert alert;
-        if (const auto icon = NSImage::imageNamed("Quillbox Icon"))
-            alert.setIcon(*icon);
         alert.setMessageText("The application \"Quillbox\" could not find this file:\n\n"
                              + unicode::displayText(sender->pathToOpen) + "\n");
         alert.setInformativeText(

@@ -9,6 +9,8 @@ namespace {
     int runningAlerts = 0;
 }
 
+NSAlert::NSAlert() : icon_(NSImage::imageNamed("Quillbox Icon").value_or(NSImage())) { }
+
 NSRect NSAlert::windowFrame() const
 {
     return frame_ ? *frame_ : NSApplication::shared().desktop().naturalFrame(*this);

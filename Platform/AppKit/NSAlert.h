@@ -8,11 +8,13 @@
 
 namespace quillbox {
 
-// A message with an icon and one default button ("OK") that stops the application until it is answered.
+// A message with the application's icon and one default button ("OK") that stops the application until it is answered.
 class NSAlert {
 public:
+    NSAlert();
+
+    // Empty where the application has lost its pictures.
     const NSImage& icon() const { return icon_; }
-    void setIcon(NSImage icon) { icon_ = std::move(icon); }
     // The heading, in bold; may have several lines.
     const std::string& messageText() const { return messageText_; }
     void setMessageText(std::string text) { messageText_ = std::move(text); }
