@@ -3,6 +3,7 @@
 #include "SessionBus.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusPendingCallWatcher>
 #include <QDBusReply>
 #include <QDBusVirtualObject>
 #include <QTimer>
@@ -50,7 +51,7 @@ class SingleInstance::Service final : public QDBusVirtualObject {
 public:
     explicit Service(bool isStartedByBus) : isStartingCallDue_(isStartedByBus)
     {
-        // Before the name is ours: calls may follow at once.
+        // The object is there before the name is ours, since calls may follow at once.
         if (bus_.isConnected())
             bus_.connection().registerVirtualObject(kPath, this);
     }
@@ -67,13 +68,16 @@ private:
     enum class Taker { us, other, nobody };
 
     Taker requestName();
+    void awaitStartingCall();
     QDBusMessage callFirst(const std::string& activationToken);
     QDBusMessage activate(const QDBusMessage& call, const QVariantMap& platformData);
     QDBusMessage activateAction(const QDBusMessage& call);
     void later(const QVariantMap& platformData, std::function<void()> handler);
 
     SessionBus bus_;
+    // Until the calls that wait for the name have been delivered.
     bool isStartingCallDue_;
+    std::unique_ptr<QDBusPendingCallWatcher> delivered_;
 };
 
 SingleInstance::Service::Taker SingleInstance::Service::requestName()
@@ -84,6 +88,21 @@ SingleInstance::Service::Taker SingleInstance::Service::requestName()
     if (!reply.isValid())
         return Taker::nobody;
     return reply.value() == Interface::ServiceRegistered ? Taker::us : Taker::other;
+}
+
+// The bus keeps a call that starts a process until that takes the name, and delivers it then: before the answer to
+// anything that is asked afterwards. The mark that the bus sets is no proof of such a call, since programs which the
+// bus started, terminals among them, hand it on to what they start.
+void SingleInstance::Service::awaitStartingCall()
+{
+    if (!isStartingCallDue_)
+        return;
+    const QString bus = QStringLiteral("org.freedesktop.DBus");
+    const QDBusMessage question =
+        QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QStringLiteral("GetId"));
+    delivered_ = std::make_unique<QDBusPendingCallWatcher>(bus_.connection().asyncCall(question));
+    QObject::connect(delivered_.get(), &QDBusPendingCallWatcher::finished, this,
+                     [this] { isStartingCallDue_ = false; });
 }
 
 QDBusMessage SingleInstance::Service::callFirst(const std::string& activationToken)
@@ -107,6 +126,8 @@ SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activa
     // Twice at most: the one that has the name may end before it is asked.
     for (int attempt = 0; attempt < 2; ++attempt) {
         const Taker taker = requestName();
+        if (taker == Taker::us)
+            awaitStartingCall();
         if (taker != Taker::other)
             return taker == Taker::us ? Outcome::first : Outcome::unguarded;
         const QDBusMessage answer = callFirst(activationToken);

@@ -16,7 +16,7 @@ public:
     struct StartEnvironment {
         // The right to bring a window to the front, which whoever started the process gave it; or empty.
         std::string activationToken;
-        // The bus started the process in order to deliver a call.
+        // The bus may have started the process in order to deliver a call.
         bool isStartedByBus = false;
 
         // Takes the bus's mark out of the environment, so that no program started from here inherits it.
@@ -53,7 +53,8 @@ public:
     Outcome claim();
 
     // Calls that came since claim() wait in the event loop: set before it runs, all of them are handled.
-    // The call that made the bus start the process opens nothing where it is a bare activation.
+    // The call that made the bus start the process opens nothing where it is a bare activation; none that comes later
+    // is taken for it.
     void setHandlers(Handlers handlers);
 
 private:

@@ -13,6 +13,7 @@ namespace quillbox {
 namespace {
 
     constexpr int kDeadline = 20'000;
+    const QString kBus = QStringLiteral("org.freedesktop.DBus");
     const QString kWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     int clientCount = 0;
     const QString kWatcherPath = QStringLiteral("/StatusNotifierWatcher");
@@ -37,7 +38,8 @@ PrivateBus::PrivateBus()
     QFile file(configuration);
     QB_CHECK(file.open(QFile::WriteOnly));
     file.write("<busconfig><type>session</type><listen>unix:path=" + directory_.filePath("bus").toUtf8()
-               + "</listen><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+               + "</listen><servicedir>" + directory_.path().toUtf8()
+               + "</servicedir><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
     file.close();
     daemon_.start(QStringLiteral("dbus-daemon"),
@@ -48,6 +50,15 @@ PrivateBus::PrivateBus()
         address += daemon_.readAllStandardOutput();
     QB_CHECK(address.endsWith('\n'));
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.trimmed());
+}
+
+void PrivateBus::offer(const QString& name)
+{
+    QFile file(directory_.filePath(name + QStringLiteral(".service")));
+    QB_CHECK(file.open(QFile::WriteOnly));
+    file.write("[D-BUS Service]\nName=" + name.toUtf8() + "\nExec=/bin/true\n");
+    file.close();
+    BusClient().call(kBus, QStringLiteral("/org/freedesktop/DBus"), kBus, QStringLiteral("ReloadConfig"));
 }
 
 PrivateBus::~PrivateBus()

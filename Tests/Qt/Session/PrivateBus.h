@@ -19,6 +19,8 @@ public:
     PrivateBus();
     ~PrivateBus();
 
+    // Lets a call to `name` wait on the bus until someone takes it, as if a program were being started for it.
+    void offer(const QString& name);
     // Ends the bus daemon, as at the end of a session.
     void stop();
 

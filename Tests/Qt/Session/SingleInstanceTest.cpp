@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
 
 #include <atomic>
+#include <optional>
 #include <thread>
 
 using namespace quillbox;
@@ -76,15 +78,29 @@ TEST(SingleInstance, CallsThatComeBeforeTheHandlersAreKept)
 
 TEST(SingleInstance, TheActivationThatStartedItOpensNothing)
 {
-    PrivateBus bus;
-    SingleInstance first({ "", true });
-    ASSERT_EQ(first.claim(), Outcome::first);
-    QStringList calls;
-    first.setHandlers(recordInto(calls));
-    EXPECT_EQ(startAgain({ "first", false }), Outcome::handedOver);
-    EXPECT_EQ(startAgain({ "second", false }), Outcome::handedOver);
-    EXPECT_TRUE(waitUntil([&] { return calls.size() >= 2; }));
-    EXPECT_EQ(calls, (QStringList { "token second", "activate" }));
+    // A terminal that the bus has started hands its mark on, without any call.
+    for (const bool isCalled : { true, false }) {
+        PrivateBus bus;
+        bus.offer(kName);
+        BusClient launcher;
+        QDBusMessage activate = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
+        activate.setArguments({ QVariantMap { { "activation-token", "first" } } });
+        std::optional<QDBusPendingCallWatcher> answer;
+        if (isCalled)
+            answer.emplace(launcher.connection().asyncCall(activate));
+        // Answered once the bus has taken the call before it.
+        launcher.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+
+        SingleInstance first({ "", true });
+        ASSERT_EQ(first.claim(), Outcome::first);
+        QStringList calls;
+        first.setHandlers(recordInto(calls));
+        EXPECT_TRUE(waitUntil([&] { return !answer || answer->isFinished(); }));
+        EXPECT_FALSE(answer && answer->isError());
+        EXPECT_EQ(startAgain({ "second", false }), Outcome::handedOver);
+        EXPECT_TRUE(waitUntil([&] { return calls.size() >= 2; }));
+        EXPECT_EQ(calls, (QStringList { "token second", "activate" })) << isCalled;
+    }
 }
 
 TEST(SingleInstance, AnswersFilesAndActions)
