@@ -3,7 +3,6 @@
 #include "StatusItemPresenter.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QPixmapCache>
 #include <QWidget>
 
@@ -16,8 +15,6 @@ QtDesktop::QtDesktop(QApplication& application) : application_(application)
     // The toolkit's cache of pixels wakes a resting process half a minute after the last drawing. What is
     // worth keeping, ImageRenderer keeps.
     QPixmapCache::setCacheLimit(0);
-    // A session that names no icon theme would leave files and directories without icons.
-    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
 }
 
 QtDesktop::~QtDesktop() = default;

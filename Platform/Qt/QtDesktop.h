@@ -2,6 +2,7 @@
 
 #include "AlertPresenter.h"
 #include "Desktop.h"
+#include "DesktopAppearance.h"
 #include "MenuPresenter.h"
 #include "QtWindowDisplay.h"
 
@@ -41,6 +42,7 @@ public:
 
 private:
     QApplication& application_;
+    DesktopAppearance appearance_;
     MenuPresenter menuPresenter_;
     AlertPresenter alertPresenter_;
     QtWindowDisplay windows_;

@@ -18,12 +18,13 @@ namespace {
     // The part of the screen's width that a menu may take; longer titles are cut in the middle.
     constexpr double kWidestPart = 0.4;
     constexpr int kNarrowestInCharacters = 12;
-    // Of the widest, what is made ahead. The toolkit uses it for popups of half that and more.
+    // The part of the widest popup's width that is made ahead. The toolkit uses those pixels for popups of half that
+    // width and more.
     constexpr double kExpectedPart = 0.75;
-    // Of the mark that shows where a long list stands, in logical pixels.
+    // A mark shows where a long list stands; these are its measures in logical pixels.
     constexpr int kMarkWidth = 3;
     constexpr int kShortestMark = 12;
-    // Of the text's colour in the mark's; the rest is the background's.
+    // The mark's colour is mixed from the text's, by this part, and the background's.
     constexpr double kMarkShare = 0.4;
     // What one notch of a wheel scrolls by.
     constexpr int kRowsPerNotch = 3;
@@ -41,12 +42,20 @@ MenuPopup::MenuPopup(MenuPopupEvents& events, QRect available)
     setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    setPalette(QApplication::palette("QMenu"));
+    takeMenuColours();
     setFont(QApplication::font("QMenu"));
     painter_ = MenuRowPainter(*this);
 }
 
 MenuPopup::~MenuPopup() = default;
+
+// The desktop may change them while the menu is open.
+void MenuPopup::takeMenuColours()
+{
+    const QPalette colours = QApplication::palette("QMenu");
+    if (palette() != colours)
+        setPalette(colours);
+}
 
 void MenuPopup::makeWindow()
 {
@@ -224,6 +233,8 @@ void MenuPopup::resizeEvent(QResizeEvent*)
 void MenuPopup::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        takeMenuColours();
     if (event->type() != QEvent::StyleChange && event->type() != QEvent::FontChange)
         return;
     painter_ = MenuRowPainter(*this);
@@ -354,7 +365,7 @@ void MenuPopup::paintPositionMark(QPainter& painter) const
     const int top = rows.top() + static_cast<int>(progress * (rows.height() - length));
     const QRect mark(rows.right() - kMarkWidth - 1, top, kMarkWidth, length);
 
-    // Without transparency and smooth edges, which the toolkit would paint with threads that it then keeps for a while.
+    // Transparency and smooth edges are left out: the toolkit would paint them with threads that it keeps for a while.
     const QColor text = palette().color(QPalette::Text);
     const QColor base = palette().color(QPalette::Base);
     const auto mixed = [](int one, int other) { return static_cast<int>(one * kMarkShare + other * (1 - kMarkShare)); };

@@ -51,10 +51,10 @@ public:
     // Once, before anything else is asked of it.
     void setMenu(std::shared_ptr<NSMenu> menu);
 
-    // For whoever places it: the size that shows everything, as far as the screen has room; looks at as many
+    // The size that shows everything, as far as the screen has room, for whoever places it; this looks at as many
     // rows as fit on the screen. Then setGeometry and show.
     QSize wantedSize() const;
-    // From the upper edge of the popup to that of the first row.
+    // The distance from the upper edge of the popup to that of the first row.
     int firstRowTop() const;
     // The edge that stays where it is when wider rows come in sight: the one beside the anchor or the parent.
     Qt::Edge fixedEdge() const { return fixedEdge_; }
@@ -74,7 +74,7 @@ public:
 
     Zone zoneAt(QPoint global) const;
     std::optional<std::size_t> rowAt(QPoint global) const;
-    // Global; empty for a row out of sight. Only the part in sight counts.
+    // The part of the row that is in sight, in global coordinates; empty for a row out of sight.
     QRect rowRect(std::size_t row) const;
 
     // The highlighted row.
@@ -118,8 +118,9 @@ private:
         int vertical = 0;
         int scroller = 0;
     };
+    void takeMenuColours();
     Margins margins() const;
-    // Local; the whole width and the height between margins and scrollers.
+    // The room for rows in local coordinates: the width and the height between margins and scrollers.
     QRect rowsRect() const;
     QRect localRect(const MenuLayout::VisibleRow& row) const;
     int widestWidth() const;

@@ -1,5 +1,6 @@
 #include "StatusNotifierItem.h"
 
+#include "Palettes.h"
 #include "PrivateBus.h"
 #include "StatusNotifierRegistration.h"
 #include "TemporaryDirectory.h"
@@ -11,8 +12,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
-#include <algorithm>
-#include <cmath>
 #include <optional>
 
 using namespace quillbox;
@@ -60,19 +59,6 @@ TEST(StatusNotifierItem, HasThePropertiesOfTheTypesThatHostsExpect)
         EXPECT_EQ(pixmap.height, pixmap.width);
         EXPECT_EQ(pixmap.pixels, QByteArray("\xff\x11\x22\x33").repeated(qsizetype { pixmap.width } * pixmap.width));
     }
-}
-
-// Of two colours, from 1 to 21, as the guidelines for readable contents of the web measure it.
-double contrast(const QColor& one, const QColor& other)
-{
-    const auto luminance = [](const QColor& colour) {
-        const auto linear = [](double part) {
-            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-    };
-    const auto [darker, lighter] = std::minmax({ luminance(one), luminance(other) });
-    return (lighter + 0.05) / (darker + 0.05);
 }
 
 TEST(StatusIcon, CanBeReadOnLightAndOnDarkPanels)
