@@ -57,7 +57,7 @@ namespace {
         NSApplication::shared().terminate(nullptr);
     }
 
-    // For whoever works on the program, and for tests of the whole of it.
+    // These two are for whoever works on the program, and for tests of the whole of it.
     void printOpenMenus(QtDesktop& desktop)
     {
         std::printf("%s(no more open menus)\n", desktop.menuPresenter().describeOpenLevels().c_str());
@@ -81,11 +81,7 @@ namespace {
     public:
         explicit ShortMenu(QtDesktop& desktop) : desktop_(desktop) { }
 
-        void openTheMenu(NSObject*)
-        {
-            if (const auto& controller = AppDelegate::statusMenuItemController())
-                desktop_.menuPresenter().popUpAtPointer(controller->statusItem()->menu());
-        }
+        void openTheMenu(NSObject*) { desktop_.openMenu(); }
         void openThePreferences(NSObject*) { openPreferences(); }
         void quitTheApplication(NSObject*) { quit(); }
 
@@ -133,7 +129,11 @@ namespace {
         const auto shortMenu = std::make_shared<ShortMenu>(desktop);
         desktop.setShortMenu(ShortMenu::menu(shortMenu));
         desktop.setActivationTokenHandler(takeToken);
-        instance.setHandlers({ openPreferences,
+        const auto startAgain = [&desktop] {
+            desktop.startedAgain();
+            openPreferences();
+        };
+        instance.setHandlers({ startAgain,
                                { { "preferences", openPreferences },
                                  { "quit", quit },
                                  { "print-open-menus", [&desktop] { printOpenMenus(desktop); } },

@@ -33,6 +33,18 @@ void QtDesktop::setActivationTokenHandler(std::function<void(const std::string&)
         statusItem_->setActivationTokenHandler(takeActivationToken_);
 }
 
+void QtDesktop::openMenu()
+{
+    if (statusItem_)
+        statusItem_->openMenu();
+}
+
+void QtDesktop::startedAgain()
+{
+    if (statusItem_)
+        statusItem_->showStripAgain();
+}
+
 void QtDesktop::hideStatusItem(NSStatusItem&)
 {
     menuPresenter_.close();
@@ -45,6 +57,8 @@ void QtDesktop::runModal(const NSAlert& alert)
     menuPresenter_.close();
     if (!isStopped_)
         alertPresenter_.run(alert);
+    if (statusItem_)
+        statusItem_->alertHasEnded();
 }
 
 NSRect QtDesktop::naturalFrame(const NSAlert& alert)

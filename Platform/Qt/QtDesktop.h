@@ -29,7 +29,12 @@ public:
     // `handler` gets the right to take the focus that a host hands over with a click.
     void setActivationTokenHandler(std::function<void(const std::string&)> handler);
 
-    MenuPresenter& menuPresenter() { return menuPresenter_; }
+    // Does what a click on the icon does.
+    void openMenu();
+    // The person has started the program once more: what was closed of it comes back.
+    void startedAgain();
+
+    const MenuPresenter& menuPresenter() const { return menuPresenter_; }
 
     void showStatusItem(NSStatusItem& item) override;
     void hideStatusItem(NSStatusItem& item) override;

@@ -32,7 +32,8 @@ ExportedMenu::ExportedMenu(std::shared_ptr<NSMenu> menu, std::shared_ptr<NSMenu>
 bool ExportedMenu::fill()
 {
     settleClosing();
-    if (!open_.empty() || NSAlert::isAnyRunning())
+    isFillDue_ = NSAlert::isAnyRunning() || (isShownElsewhere && isShownElsewhere());
+    if (!open_.empty() || isFillDue_)
         return false;
     dropClosedLevels({ kRoot });
     if (!openLevel(kRoot))

@@ -26,9 +26,11 @@ public:
     const ExportedTree& tree() const { return tree_; }
 
     // Gives the root its rows by one opening and closing of the model, for hosts never ask an empty menu
-    // anything. True where the rows are others than before. Nothing happens while the host has the menu open
-    // or an alert runs.
+    // anything. True where the rows are others than before. Nothing happens while the host has the menu open;
+    // while an alert runs or the menu is shown in another way, filling falls due.
     bool fill();
+    // Whether a filling had to be put off.
+    bool isFillDue() const { return isFillDue_; }
     bool isFilled() const { return isFilled_; }
     // The host is gone, or the menu is about to be shown in another way.
     void close();
@@ -69,6 +71,8 @@ public:
     std::function<void(int id)> onLayoutChanged;
     // Called before the model's menu is opened at the top.
     std::function<void()> onWillOpen;
+    // Whether the model's menu is open in another way, which no filling may disturb.
+    std::function<bool()> isShownElsewhere;
 
 private:
     // A level that is open in the model, or, with `isMore`, the part of the one before that it goes on with.
@@ -95,6 +99,7 @@ private:
     MenuTracking tracking_;
     ExportedTree tree_;
     bool isFilled_ = false;
+    bool isFillDue_ = false;
     // From the root down, each below the one before.
     std::vector<OpenLevel> open_;
     // Levels that closed and whose rows the host may still click; dropped at the next opening.

@@ -122,6 +122,12 @@ void MenuExporter::fill()
         tellLayoutUpdated(kRoot);
 }
 
+void MenuExporter::fillIfDue()
+{
+    if (menu_.isFillDue())
+        fill();
+}
+
 // A host may ask before it has been announced.
 void MenuExporter::fillOnce()
 {

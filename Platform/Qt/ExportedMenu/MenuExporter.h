@@ -28,10 +28,17 @@ public:
 
     // A host has come; its first question finds the rows there.
     void fill();
+    // An alert has ended, or the menu is no longer shown in another way: fills what could not be filled meanwhile.
+    void fillIfDue();
     // The host is gone, or the menu is about to be shown in another way.
     void close() { menu_.close(); }
-    // Called before the model's menu is opened at the top.
-    void setWillOpenHandler(std::function<void()> handler) { menu_.onWillOpen = std::move(handler); }
+    // `willOpen` is called before the model's menu is opened for the host; `isOpen` tells whether it is open in another
+    // way, which a host's questions alone don't disturb.
+    void setOtherWay(std::function<bool()> isOpen, std::function<void()> willOpen)
+    {
+        menu_.isShownElsewhere = std::move(isOpen);
+        menu_.onWillOpen = std::move(willOpen);
+    }
 
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;

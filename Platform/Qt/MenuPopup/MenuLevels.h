@@ -43,8 +43,6 @@ public:
     MenuPopup& popup(std::size_t level) { return *popups_[level]; }
     const MenuPopup& popup(std::size_t level) const { return *popups_[level]; }
     QRect anchor() const { return anchor_; }
-    // Of the last opening; null where it had none, or that window has gone.
-    QWindow* owner() const { return owner_; }
     // The topmost popup there; none outside.
     std::optional<std::size_t> levelAt(QPoint global) const;
     // The row of `level` whose submenu is the next level; none for the last level.
@@ -81,7 +79,7 @@ private:
     MenuAccessibility accessibility_;
     MenuTracking tracking_;
     std::vector<std::unique_ptr<MenuPopup>> popups_;
-    // For the submenu that is opened next: a popup without a menu that has its window already. Null for a moment
+    // A popup without a menu that has its window already, for the submenu that is opened next. Null for a moment
     // after each opening.
     std::unique_ptr<MenuPopup> spare_;
     std::unique_ptr<Clock::Timer> spareTimer_;
@@ -90,7 +88,7 @@ private:
     QPointer<QWindow> owner_;
     QRect available_;
     std::size_t activeLevel_ = 0;
-    // As assistive technologies know it.
+    // What assistive technologies were told last.
     Focus focus_;
 };
 

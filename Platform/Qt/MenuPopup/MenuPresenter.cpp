@@ -153,11 +153,6 @@ bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::share
     return session_->open(menu, anchor, reserve, owner);
 }
 
-bool MenuPresenter::popUpAtPointer(std::shared_ptr<NSMenu> menu)
-{
-    return popUp(std::move(menu), { QCursor::pos(), QSize(0, 0) }, nullptr, session_->levels.owner());
-}
-
 bool MenuPresenter::isOpen() const
 {
     return session_->levels.isOpen();

@@ -35,8 +35,6 @@ public:
     // `owner` is the window of ours that the anchor lies in, null where it lies in a panel; Wayland shows no popup
     // without one.
     bool popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner = nullptr);
-    // The same for a menu that is asked for from another menu: it opens at the pointer, for the owner of the last one.
-    bool popUpAtPointer(std::shared_ptr<NSMenu> menu);
     bool isOpen() const;
     void close();
 

@@ -5,10 +5,15 @@
 
 namespace quillbox {
 
+bool waitsForSecondClick(const QString& desktops)
+{
+    return desktops.split(u':').contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
+}
+
 MenuDrawing menuDrawing(const QString& platform, const QString& sessionType, const QString& desktops)
 {
     const bool isByHost = platform.startsWith(QLatin1String("wayland")) || sessionType == QLatin1String("wayland")
-        || desktops.split(u':').contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
+        || waitsForSecondClick(desktops);
     return isByHost ? MenuDrawing::byHost : MenuDrawing::byUs;
 }
 

@@ -13,4 +13,8 @@ enum class MenuDrawing { byUs, byHost };
 MenuDrawing menuDrawing(const QString& platform, const QString& sessionType, const QString& desktops);
 MenuDrawing menuDrawingOfSession();
 
+// Whether that desktop's host, once it knows of an item that can be activated, waits at each click whether a second one
+// follows. Clicks must seem not to exist there.
+bool waitsForSecondClick(const QString& desktops);
+
 } // namespace quillbox

@@ -13,8 +13,13 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QObject>
 #include <QScreen>
+#include <QTimer>
 
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
 #include <utility>
 
 namespace quillbox {
@@ -27,19 +32,33 @@ namespace {
     const QString kMenuPath = QStringLiteral("/StatusNotifierItem/Menu");
     const QString kNoMenu = QStringLiteral("/");
 
-    // The pointer's place in logical pixels, from a host's device pixels. A screen's origin is the same in
-    // both; (0, 0) comes from hosts that don't say where the click was.
-    QPoint pointOfClick(QPoint devicePixels)
+    // Hosts may tell of any point of the icon; this is the side of a large one, in logical pixels.
+    constexpr int kIconSide = 64;
+
+    // From a host's device pixels to logical ones; a screen's origin is the same in both. None where there is no screen
+    // there, and at (0, 0), which comes from hosts that don't say where the click was.
+    std::optional<QPoint> toldPoint(QPoint devicePixels)
     {
         if (devicePixels.isNull())
-            return QCursor::pos();
+            return std::nullopt;
         for (const QScreen* screen : QGuiApplication::screens()) {
             const QRect logical = screen->geometry();
             const double scale = screen->devicePixelRatio();
             if (QRect(logical.topLeft(), logical.size() * scale).contains(devicePixels))
                 return logical.topLeft() + ((devicePixels - logical.topLeft()).toPointF() / scale).toPoint();
         }
-        return QCursor::pos();
+        return std::nullopt;
+    }
+
+    // Where the icon was clicked. Some panels tell of another place than that; an X server knows where the pointer is,
+    // other displays only while it is over a window of ours.
+    QPoint pointOfClick(QPoint devicePixels)
+    {
+        const QPoint pointer = QCursor::pos();
+        const QPoint told = toldPoint(devicePixels).value_or(pointer);
+        const QPoint difference = told - pointer;
+        const bool isNear = std::max(std::abs(difference.x()), std::abs(difference.y())) <= kIconSide;
+        return isNear || QGuiApplication::platformName() != QLatin1String("xcb") ? told : pointer;
     }
 
     QRect atPoint(QPoint point)
@@ -54,6 +73,10 @@ namespace {
 struct StatusItemPresenter::State {
     State(NSStatusItem& shownItem, MenuPresenter& presenter, std::shared_ptr<NSMenu> shortMenuOfItem,
           MenuDrawing menuDrawing);
+    ~State() { menus.onClosed = nullptr; }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+
     void showOnBus();
 
     void hostsChanged();
@@ -61,6 +84,10 @@ struct StatusItemPresenter::State {
     void clicked(Qt::MouseButton button, QRect anchor);
     void openMenu(QRect anchor);
     void openShortMenu(QRect anchor);
+    void openMenuAgain();
+    void openAtStrip();
+    void showStrip();
+    void menuHasClosed();
     void open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve);
 
     NSStatusItem& item;
@@ -83,6 +110,10 @@ struct StatusItemPresenter::State {
     std::unique_ptr<Clock::Timer> grace;
     enum class Host { none, statusBar, tray };
     Host host = Host::none;
+    // Where the short menu was opened last by a click on the icon.
+    std::optional<QRect> shortMenuAnchor;
+    // What waits in the event loop goes with it.
+    QObject context;
 };
 
 StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presenter,
@@ -94,12 +125,13 @@ StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presen
       icon(item.button() && item.button()->image ? *item.button()->image : NSImage()),
       tray(TrayIcon::create(icon))
 {
+    menus.onClosed = [this] { QTimer::singleShot(0, &context, [this] { menuHasClosed(); }); };
     if (bus.isConnected())
         showOnBus();
     if (tray) {
         tray->onChanged = [this] { hostsChanged(); };
         tray->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
-        // Without a bus no better place will come.
+        // The tray is the best place there will be where there is no bus.
         tray->setWanted(!registration);
     }
     hostsChanged();
@@ -111,15 +143,20 @@ void StatusItemPresenter::State::showOnBus()
     const std::shared_ptr<NSMenu> exported = isByHost && item.menu() ? item.menu() : shortMenu;
     notifierItem = std::make_unique<StatusNotifierItem>(bus.connection(), icon, exported ? kMenuPath : kNoMenu,
                                                         exported ? drawing : MenuDrawing::byUs);
-    notifierItem->onActivate = [this](QPoint point) { openMenu(atPoint(pointOfClick(point))); };
-    notifierItem->onContextMenu = [this](QPoint point) { openShortMenu(atPoint(pointOfClick(point))); };
+    if (!isByHost) {
+        notifierItem->onActivate = [this](QPoint point) { openMenu(atPoint(pointOfClick(point))); };
+        notifierItem->onContextMenu = [this](QPoint point) { openShortMenu(atPoint(pointOfClick(point))); };
+    } else if (!waitsForSecondClick(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
+        // Some hosts tell of a click and open nothing, whatever the item says of itself.
+        notifierItem->onActivate = [this](QPoint) { openAtStrip(); };
+    }
     notifierItem->onActivationToken = [this](const QString& token) {
         if (onActivationToken)
             onActivationToken(token.toStdString());
     };
     if (exported) {
         exporter = std::make_unique<MenuExporter>(bus.connection(), kMenuPath, exported, shortMenu);
-        exporter->setWillOpenHandler([this] { menus.close(); });
+        exporter->setOtherWay([this] { return menus.isOpen(); }, [this] { menus.close(); });
     }
     registration = std::make_unique<StatusNotifierRegistration>(bus.connection());
     registration->onShownChanged = [this] { hostsChanged(); };
@@ -155,9 +192,40 @@ void StatusItemPresenter::State::graceIsOver()
             return;
         }
     }
-    strip = std::make_unique<StatusStrip>(icon);
-    strip->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
+    showStrip();
+}
+
+void StatusItemPresenter::State::showStrip()
+{
+    if (!strip) {
+        strip = std::make_unique<StatusStrip>(icon);
+        strip->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
+    }
     strip->show();
+}
+
+// Popups of ours need a window to belong to where the session's hosts draw menus; this is the one we have.
+void StatusItemPresenter::State::openAtStrip()
+{
+    const NSApplication::EventScope event;
+    if (menus.isOpen() || NSAlert::isAnyRunning()) {
+        openMenu({});
+        return;
+    }
+    showStrip();
+    strip->activateWindow();
+    strip->whenDrawn([this](QRect rect) { openMenu(rect); });
+}
+
+void StatusItemPresenter::State::menuHasClosed()
+{
+    if (menus.isOpen())
+        return;
+    if (exporter)
+        exporter->fillIfDue();
+    // It was there for the menu alone.
+    if (host != Host::none)
+        strip.reset();
 }
 
 void StatusItemPresenter::State::clicked(Qt::MouseButton button, QRect anchor)
@@ -173,8 +241,18 @@ void StatusItemPresenter::State::openMenu(QRect anchor)
     open(item.menu() ? item.menu() : shortMenu, anchor, shortMenu);
 }
 
+void StatusItemPresenter::State::openMenuAgain()
+{
+    const std::optional<QRect> anchor = std::exchange(shortMenuAnchor, std::nullopt);
+    if (drawing == MenuDrawing::byHost)
+        openAtStrip();
+    else
+        openMenu(anchor.value_or(atPoint(QCursor::pos())));
+}
+
 void StatusItemPresenter::State::openShortMenu(QRect anchor)
 {
+    shortMenuAnchor = anchor;
     open(shortMenu, anchor, nullptr);
 }
 
@@ -204,6 +282,27 @@ StatusItemPresenter::~StatusItemPresenter() = default;
 void StatusItemPresenter::setActivationTokenHandler(std::function<void(const std::string&)> handler)
 {
     state_->onActivationToken = std::move(handler);
+}
+
+void StatusItemPresenter::openMenu()
+{
+    state_->openMenuAgain();
+}
+
+void StatusItemPresenter::showStripAgain()
+{
+    if (state_->strip)
+        state_->strip->show();
+}
+
+void StatusItemPresenter::alertHasEnded()
+{
+    State& state = *state_;
+    // The alert counts as running until its caller goes on.
+    QTimer::singleShot(0, &state.context, [&state] {
+        if (state.exporter)
+            state.exporter->fillIfDue();
+    });
 }
 
 } // namespace quillbox

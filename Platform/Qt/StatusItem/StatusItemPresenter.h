@@ -28,6 +28,13 @@ public:
     // `handler` gets the activation token that a host hands over before a click, for what the click starts.
     void setActivationTokenHandler(std::function<void(const std::string&)> handler);
 
+    // Does what a click on the icon does; for the short menu, which opens where that was opened.
+    void openMenu();
+    // The strip that the person has closed comes back; nothing where something else shows the icon.
+    void showStripAgain();
+    // Hosts may have asked for the menu while the alert did not let it open.
+    void alertHasEnded();
+
 private:
     struct State;
     std::unique_ptr<State> state_;

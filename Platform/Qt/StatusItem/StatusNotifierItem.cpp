@@ -137,9 +137,9 @@ bool StatusNotifierItem::answerClicks(const QDBusMessage& message, const QDBusCo
 {
     const auto click = [this](const QDBusMessage& call) { return answerClick(call, onActivate); };
     const auto contextMenu = [this](const QDBusMessage& call) { return answerClick(call, onContextMenu); };
-    const bool isClick =
-        message.member() == QLatin1String("Activate") || message.member() == QLatin1String("ContextMenu");
-    return isClick && drawing_ == MenuDrawing::byUs
+    const bool isHeard = (message.member() == QLatin1String("Activate") && onActivate)
+        || (message.member() == QLatin1String("ContextMenu") && onContextMenu);
+    return isHeard
         && answerCall(message, connection, kInterface,
                       { { "Activate", "ii", click }, { "ContextMenu", "ii", contextMenu } });
 }

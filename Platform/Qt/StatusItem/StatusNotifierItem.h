@@ -34,8 +34,8 @@ const QDBusArgument& operator>>(const QDBusArgument& in, NotifierToolTip& toolTi
 // Clicks are answered at once and reported from the event loop, so that no host waits for a menu.
 // Registering it with a watcher is StatusNotifierRegistration's work.
 //
-// Where the host draws the menu, clicks are refused as methods that are not there: that is what makes hosts
-// open the menu that asked us first, or that would wait for a second click.
+// Where the host draws the menu, clicks are said not to exist: that is what makes hosts open the menu that would ask us
+// first, or would wait for a second click. Hosts that tell of a click all the same are heard where someone listens.
 class StatusNotifierItem final : public QDBusVirtualObject {
 public:
     // `menuPath` is the object that exports a menu on the same connection: the whole one where the host
@@ -43,7 +43,8 @@ public:
     StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath, MenuDrawing drawing);
     ~StatusNotifierItem() override;
 
-    // A click where we draw the menu, with the host's position in device pixels; (0, 0) from hosts that know none.
+    // A click, with the host's position in device pixels; (0, 0) from hosts that know none. Without a handler the
+    // method is refused as one that is not there; so is a context menu where the host draws menus.
     std::function<void(QPoint)> onActivate;
     std::function<void(QPoint)> onContextMenu;
     // The right to bring a window to the front, handed over just before the click it belongs to.

@@ -62,7 +62,7 @@ void StatusNotifierRegistration::follow(std::unique_ptr<QDBusPendingCallWatcher>
 
 void StatusNotifierRegistration::registerItem()
 {
-    // By the unique name: it needs no permission to own a name, which sandboxes refuse.
+    // The unique name needs no permission to own a name, which sandboxes refuse.
     const QDBusMessage call =
         callToWatcher(kInterface, QStringLiteral("RegisterStatusNotifierItem"), { connection_.baseService() });
     follow(registering_, connection_.asyncCall(call),

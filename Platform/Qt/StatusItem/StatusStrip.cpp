@@ -4,7 +4,10 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
+#include <QTimer>
 #include <QToolButton>
+
+#include <utility>
 
 namespace quillbox {
 
@@ -12,6 +15,8 @@ namespace {
 
     constexpr int kIconSize = 24;
     constexpr int kMargin = 4;
+    // Room for a title bar with a name and a button, which the toolkit may draw itself, in logical pixels.
+    constexpr int kLeastWidthBelowTitle = 200;
 
     bool canPlaceWindows()
     {
@@ -20,8 +25,9 @@ namespace {
 
     Qt::WindowFlags flagsForSession()
     {
-        return canPlaceWindows() ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
-                                 : Qt::WindowFlags(Qt::Window);
+        return canPlaceWindows()
+            ? Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+            : Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint;
     }
 
 } // namespace
@@ -38,6 +44,12 @@ StatusStrip::StatusStrip(const StatusIcon& icon)
     button_->setToolTip(windowTitle());
     button_->setAutoRaise(true);
     button_->setIconSize({ kIconSize, kIconSize });
+    if (!canPlaceWindows()) {
+        button_->setText(QStringLiteral("Open Menu"));
+        button_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        button_->setMinimumWidth(kLeastWidthBelowTitle);
+        button_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    }
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     layout->addWidget(button_);
@@ -85,6 +97,19 @@ void StatusStrip::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     moveToEdge();
+}
+
+void StatusStrip::whenDrawn(std::function<void(QRect)> action)
+{
+    whenDrawn_ = std::move(action);
+    update();
+}
+
+void StatusStrip::paintEvent(QPaintEvent* event)
+{
+    QWidget::paintEvent(event);
+    if (whenDrawn_)
+        QTimer::singleShot(0, this, [this, action = std::exchange(whenDrawn_, nullptr)] { action(iconRect()); });
 }
 
 void StatusStrip::contextMenuEvent(QContextMenuEvent* event)

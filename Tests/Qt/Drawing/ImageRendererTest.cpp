@@ -1,4 +1,5 @@
 #include "ImageRenderer.h"
+#include "CountedSource.h"
 #include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -120,19 +121,6 @@ TEST_F(Images, APartIsCutOutWithNothingOfItsNeighbours)
     }
 }
 
-// A source that lives as long as someone keeps it, and counts those that do.
-class CountedSource final : public ImageSource {
-public:
-    explicit CountedSource(ImageContent content) : content_(std::move(content)) { ++alive; }
-    ~CountedSource() override { --alive; }
-    ImageContent content() const override { return content_; }
-    std::string name() const override { return "counted"; }
-    static inline int alive = 0;
-
-private:
-    ImageContent content_;
-};
-
 TEST_F(Images, OfSourcesMadeAnewAreDrawnOnceAndTheSourcesLetGo)
 {
     const ThemedImage dot { { "known" }, "" };
@@ -144,8 +132,8 @@ TEST_F(Images, OfSourcesMadeAnewAreDrawnOnceAndTheSourcesLetGo)
             const NSImage picture(std::make_shared<CountedSource>(content), { 16, 16 });
             NSImage around(NSSize { 32, 32 });
             around.draw(picture, { { 0, 0 }, { 16, 16 } });
-            drawn += { ImageRenderer::pixmap(picture, 1, {}).cacheKey(),
-                       ImageRenderer::pixmap(around, 1, {}).cacheKey() };
+            drawn +=
+                { ImageRenderer::pixmap(picture, 1, {}).cacheKey(), ImageRenderer::pixmap(around, 1, {}).cacheKey() };
         }
         mostAlive = std::max(mostAlive, CountedSource::alive);
     }

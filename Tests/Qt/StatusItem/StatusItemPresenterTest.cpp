@@ -44,6 +44,12 @@ protected:
         return menu;
     }
 
+    void letHostsDraw()
+    {
+        presenter.reset();
+        presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short"), MenuDrawing::byHost);
+    }
+
     static QWidget* strip()
     {
         for (QWidget* window : QApplication::topLevelWidgets())
@@ -139,7 +145,7 @@ TEST_F(StatusItemPresenterTest, AClickWhileAnAlertRunsBringsTheAlertForward)
 
 TEST_F(StatusItemPresenterTest, AHostThatDrawsTheMenuFindsItFilledAndOpensItAlone)
 {
-    presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short"), MenuDrawing::byHost);
+    letHostsDraw();
     auto statusBar = std::make_unique<FakeStatusBar>();
     // Of the icon before this one too.
     ASSERT_TRUE(waitUntil([&] { return log->lines == QStringList { "main opened", "main closed" }; }));
@@ -161,6 +167,82 @@ TEST_F(StatusItemPresenterTest, AHostThatDrawsTheMenuFindsItFilledAndOpensItAlon
     EXPECT_EQ(
         log->lines,
         (QStringList { "main opened", "main closed", "main opened", "main closed", "main opened", "main closed" }));
+}
+
+TEST_F(StatusItemPresenterTest, AHostThatAsksDuringAnAlertIsToldOnceTheMenuIsThere)
+{
+    letHostsDraw();
+    std::unique_ptr<FakeStatusBar> statusBar;
+    std::unique_ptr<MenuHost> panel;
+    desktop.duringAlert = [&] {
+        statusBar = std::make_unique<FakeStatusBar>();
+        ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
+        panel = std::make_unique<MenuHost>(statusBar->registeredItems.value(0), "/StatusNotifierItem/Menu");
+        EXPECT_EQ(panel->layout(0, -1), "");
+    };
+    NSAlert().runModal();
+    presenter->alertHasEnded();
+    QStringList updates;
+    EXPECT_TRUE(waitUntil([&] { return !(updates += panel->takeUpdates()).isEmpty(); }));
+    EXPECT_EQ(updates, QStringList { "r2 below 0" });
+    EXPECT_EQ(panel->layout(0, -1), "1 row");
+}
+
+TEST_F(StatusItemPresenterTest, AHostsFirstQuestionClosesNoMenu)
+{
+    const FakeStatusBar statusBar;
+    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
+    click(statusBar);
+    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
+    MenuHost panel(statusBar.registeredItems.value(0), "/StatusNotifierItem/Menu");
+    panel.layout(0, -1);
+    EXPECT_TRUE(menus.isOpen());
+    menus.close();
+    QStringList updates;
+    EXPECT_TRUE(waitUntil([&] { return !(updates += panel.takeUpdates()).isEmpty(); }));
+    EXPECT_EQ(panel.layout(0, -1), "1 row");
+}
+
+TEST_F(StatusItemPresenterTest, AClickFromAHostThatShouldDrawTheMenuOpensItAtAStripThatGoesWithIt)
+{
+    letHostsDraw();
+    const FakeStatusBar statusBar;
+    ASSERT_TRUE(waitUntil([&] { return log->lines.size() == 2; }));
+    ASSERT_FALSE(strip());
+    click(statusBar);
+    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
+    EXPECT_TRUE(strip());
+    click(statusBar);
+    ASSERT_TRUE(waitUntil([&] { return !strip(); }));
+    EXPECT_FALSE(menus.isOpen());
+    EXPECT_EQ(log->lines, (QStringList { "main opened", "main closed", "main opened", "main closed" }));
+}
+
+TEST_F(StatusItemPresenterTest, AStripThatWasClosedComesBackWhenAskedFor)
+{
+    presenter->showStripAgain();
+    EXPECT_FALSE(strip());
+    clock.advance(3s);
+    ASSERT_TRUE(strip());
+    strip()->close();
+    EXPECT_FALSE(strip());
+    presenter->showStripAgain();
+    EXPECT_TRUE(strip());
+}
+
+TEST_F(StatusItemPresenterTest, TheShortMenusOpenDoesAsTheClickDoesAlsoWithoutRows)
+{
+    const FakeStatusBar statusBar;
+    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
+    for (const bool isEmpty : { false, true }) {
+        if (isEmpty)
+            item.menu()->removeAllItems();
+        log->lines.clear();
+        presenter->openMenu();
+        EXPECT_TRUE(menus.isOpen());
+        menus.close();
+        EXPECT_EQ(log->lines.contains("short opened"), isEmpty);
+    }
 }
 
 TEST(MenuDrawing, FollowsFromTheSessionAlone)
