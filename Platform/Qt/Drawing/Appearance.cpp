@@ -13,10 +13,10 @@ namespace quillbox {
 
 namespace {
 
-    // The small size as a part of the default one.
+    // The small size is this part of the default one.
     constexpr double kSmallPart = 11.0 / 13;
     constexpr int kLargestOrdinarySize = 17;
-    // Of 255 greys.
+    // Colours are compared by their grey, 0 to 255.
     constexpr int kDarkBelow = 128;
     constexpr int kReadableDifference = 80;
 

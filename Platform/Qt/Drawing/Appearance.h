@@ -23,7 +23,7 @@ QFont shownFont(const FontAttribute& font, const QFont& ordinary);
 QColor shownColour(CGColor colour, const QPalette& palette);
 // The palette's, unless that can't be read on the colour of its windows: many dark themes leave it as it is.
 QColor shownLinkColour(const QPalette& palette);
-// Edges to the nearest pixel, so that neighbours stay neighbours.
+// Each edge goes to the nearest pixel, so that neighbours stay neighbours.
 QRect shownRect(NSRect rect);
 // Replaces the document's content: runs in their fonts, links in `linkColour`.
 void setDocumentText(QTextDocument& document, const AttributedString& text, const QFont& font,

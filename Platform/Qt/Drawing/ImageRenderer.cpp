@@ -20,7 +20,7 @@ namespace quillbox {
 
 namespace {
 
-    // Past this, a picture asked for is a mistake of whoever asked.
+    // Whoever asks for a larger picture, in pixels, has made a mistake.
     constexpr double kLargestSide = 4096;
     constexpr qsizetype kKeptBytes = qsizetype { 16 } << 20;
     // More than the rows that several open levels show at once.
@@ -248,7 +248,7 @@ namespace {
         return isAnythingPainted;
     }
 
-    // Without a part, all of the image; the part is in points of the image's size.
+    // Draws that part of the image, in points of its size, or all of it.
     QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
                    const QColor& templateColour, const std::optional<QRectF>& part)
     {

@@ -20,13 +20,13 @@ class ShownText {
 public:
     ShownText(const AttributedString& text, const QFont& font, bool isOneLine, const QColor& linkColour = {});
 
-    // In whole pixels: as wide as its longest line, at most `widthLimit`, and as high as that makes it.
+    // The size in whole pixels: as wide as the longest line, at most `widthLimit`, and as high as that makes it.
     NSSize size(double widthLimit);
     void paint(QPainter& painter, const QRect& rect, const QColor& colour);
 
 private:
     QFont font_;
-    // Of a text on one line.
+    // The text where it is on one line.
     QString line_;
     std::unique_ptr<QTextDocument> lines_;
 };

@@ -23,8 +23,8 @@ public:
     // A square of `size` logical pixels.
     QPixmap pixmap(int size, double devicePixelRatio, const QColor& templateColour) const;
 
-    // For panels whose colour is unknown: as far from a usual light one (#f6f5f4) as from a usual dark one (#202020), by
-    // 3.8:1, and no colour is farther from both.
+    // The colour for panels whose own is unknown. It stands out by 3.8:1 from a usual light one (#f6f5f4) and from a
+    // usual dark one (#202020), and no colour stands out more from both.
     static QColor neutralColour() { return { 123, 123, 123 }; }
 
 private:

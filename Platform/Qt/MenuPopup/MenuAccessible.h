@@ -53,7 +53,7 @@ private:
     MenuPopup& popup_;
 };
 
-// Where what happens to a menu is told. The toolkit's bridge to whoever listens, unless a test gives another.
+// Takes what happens to a menu. It is the toolkit's bridge to whoever listens, unless a test gives another.
 struct AssistiveTechnology {
     bool (*isListening)() = QAccessible::isActive;
     void (*tell)(QAccessibleEvent* event) = QAccessible::updateAccessibility;
@@ -70,7 +70,7 @@ public:
     void closing(MenuPopup& popup) const;
     // The submenu of that row was opened or closed.
     void submenuChanged(MenuPopup& popup, std::size_t row) const;
-    // To the popup itself where no row of it is highlighted.
+    // The focus is the popup's own where no row of it is highlighted.
     void focusMoved(MenuPopup& popup, std::optional<std::size_t> row) const;
 
 private:

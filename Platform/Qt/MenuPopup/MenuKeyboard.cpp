@@ -11,7 +11,7 @@
 namespace quillbox {
 
 namespace {
-    // After this, what is typed begins another name.
+    // What is typed after such a pause begins another name.
     constexpr std::chrono::milliseconds kTypingPause { 1000 };
 } // namespace
 

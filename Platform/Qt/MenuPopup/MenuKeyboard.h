@@ -24,7 +24,7 @@ public:
 
     // True where the key meant something to the menu. The menu may be closed afterwards.
     bool pressed(const QKeyEvent& event);
-    // As Return and Right do with the highlighted row. The menu may be closed after the first.
+    // These do what Return and Right do with the highlighted row. The menu may be closed after the first.
     void activateSelected();
     void openSelected();
     // The menu has closed.

@@ -18,7 +18,7 @@ public:
 
     struct VisibleRow {
         std::size_t row = 0;
-        // Of the row's upper edge, from the upper edge of the part in sight; negative where the row begins above.
+        // The row's upper edge, counted from that of the part in sight; negative where the row begins above.
         int top = 0;
         int height = 0;
         friend bool operator==(const VisibleRow&, const VisibleRow&) = default;
@@ -30,7 +30,6 @@ public:
     // The height of all rows together, or `limit` where that is less; looks at no more rows than fit in.
     int heightOfRows(int limit) const;
     void setViewportHeight(int height);
-    int viewportHeight() const { return viewportHeight_; }
 
     const std::vector<VisibleRow>& visibleRows() const { return visible_; }
     std::optional<VisibleRow> visibleRow(std::size_t row) const;

@@ -16,7 +16,7 @@ namespace {
 
     // How far a submenu lies over the menu it belongs to, so that the pointer never leaves both on its way.
     constexpr int kSubmenuOverlap = 3;
-    // After a popup was opened; by then it has been painted.
+    // A popup that was opened has been painted by then.
     constexpr std::chrono::milliseconds kUntilSpare { 50 };
 
     // The screen nearest to `point`; an icon in a panel may lie at the very edge.

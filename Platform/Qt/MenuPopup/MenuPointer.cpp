@@ -215,7 +215,7 @@ bool MenuPointer::isOnTheWayToSubmenu(std::size_t level) const
     if (!parent.contains(wayStart_))
         return false;
     const bool isOnTheRight = submenu.center().x() > parent.center().x();
-    // Of a slanting way, single steps may go straight up or down.
+    // Single steps of a slanting way may go straight up or down.
     const int startX = wayStart_.x() + (isOnTheRight ? -kStepsAside : kStepsAside);
     const int distance = isOnTheRight ? submenu.left() - startX : startX - submenu.right();
     const int gone = isOnTheRight ? position_.x() - startX : startX - position_.x();

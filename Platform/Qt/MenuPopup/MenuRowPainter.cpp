@@ -18,7 +18,7 @@ namespace {
     // The side of the icons that rows have, in points. Rows have room for one whether they show one or not.
     constexpr int kIconSide = 16;
 
-    // Of the text that a style is asked about, in characters.
+    // The length of the text that a style is asked about, in characters.
     constexpr qsizetype kSampleLength = 100;
 
     // Whole pixels that hold every line: with unhinted fonts and fractional scales lines end between pixels, and

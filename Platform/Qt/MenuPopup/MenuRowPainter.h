@@ -21,7 +21,7 @@ class MenuRowPainter {
 public:
     explicit MenuRowPainter(const QWidget& popup);
 
-    // Without looking at titles or images of ordinary rows.
+    // Looks at no titles or images of ordinary rows.
     int heightOf(const NSMenuItem& item) const;
     int widthOf(const NSMenuItem& item) const;
     int ordinaryHeight() const { return ordinaryHeight_; }

@@ -14,7 +14,7 @@ namespace quillbox {
 // of several it gives the whole of each, since window managers announce one rectangle for all of them together.
 // There this asks the X server what each panel reserves. Nothing is kept: a menu asks when it opens.
 
-// Global logical pixels.
+// The free part of the screen in global logical pixels.
 QRect workAreaOf(const QScreen& screen);
 
 // The room that a panel reserves, as it says so (_NET_WM_STRUT_PARTIAL), in device pixels: how deep it is from the
