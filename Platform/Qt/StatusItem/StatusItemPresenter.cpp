@@ -207,7 +207,6 @@ void StatusItemPresenter::State::showStrip()
 // Popups of ours need a window to belong to where the session's hosts draw menus; this is the one we have.
 void StatusItemPresenter::State::openAtStrip()
 {
-    const NSApplication::EventScope event;
     if (menus.isOpen() || NSAlert::isAnyRunning()) {
         openMenu({});
         return;
