@@ -89,8 +89,8 @@ struct DrawnImage {
 
 using ImageContent = std::variant<ThemedImage, ImageFile, DrawnImage>;
 
-// Where an image comes from. Sources are shared between images that show the same thing where that is cheap to tell; the
-// display keeps pixels by what their content says.
+// Where an image comes from. Sources are shared between images that show the same thing where that is cheap to tell;
+// the display keeps pixels by what their content says.
 class ImageSource {
 public:
     virtual ~ImageSource() = default;

@@ -65,7 +65,8 @@ TEST_P(RowsInStyle, HaveRoomForTheirTitlesAndTheArrow)
             item.setSubmenu(submenu);
         QImage image((QSizeF(width, painter.ordinaryHeight()) * scale).toSize(), QImage::Format_RGB32);
         image.setDevicePixelRatio(scale);
-        image.fill(Qt::white);
+        // Neither of the colours in which styles draw text.
+        image.fill(Qt::darkGreen);
         QPainter canvas(&image);
         painter.paint(canvas, QRect(0, 0, width, painter.ordinaryHeight()), item, false, false);
         canvas.end();
