@@ -277,6 +277,19 @@ namespace {
         EXPECT_EQ(world.files.readFile("settings/defaults.plist"), written) << "once is enough";
     }
 
+    TEST_F(PickedFile, WithoutABookmarkIsNeitherResolvedNorReported)
+    {
+        auto bare = MainMenuItemSaver(*loaded);
+        bare.bookmarkData.clear();
+        store(world, { bare });
+        const auto stored = *world.defaults.data("UserPickedMenuItems");
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_EQ(item()->unixPath, world.files.path("dir/picked.txt"));
+        EXPECT_FALSE(item()->fileURL);
+        EXPECT_TRUE(World::loggedMessages().empty() && ManageDefaults::fileReferences().empty());
+        EXPECT_EQ(*world.defaults.data("UserPickedMenuItems"), stored);
+    }
+
     TEST_F(PickedFile, ThatGetsACanonicallyEqualNameIsNoticed)
     {
         const std::string composed = world.files.rename("dir/picked.txt", "dir/\u00E9");
