@@ -15,6 +15,8 @@ public:
     explicit DragTracking(NSPasteboard pasteboard) : pasteboard_(std::move(pasteboard)) { }
 
     const NSPasteboard& pasteboard() const { return pasteboard_; }
+    // What another program promised has arrived, at the drop.
+    void setPasteboard(NSPasteboard pasteboard) { pasteboard_ = std::move(pasteboard); }
 
     // The drag is over `view` (null: over nothing of ours), at a point of `view`'s coordinates. The destination
     // is the nearest view at or above it that takes a type of the drag; it hears of entering, moving and leaving.

@@ -71,7 +71,7 @@ void NSButton::setKeyEquivalent(std::string key)
 
 void NSButton::performClick()
 {
-    if (!isEnabled())
+    if (!isEnabled() || isHeld())
         return;
     if (buttonType_ == ButtonType::switchButton)
         setOn(!isOn_);

@@ -12,7 +12,6 @@ namespace quillbox {
 class NSButton : public NSControl {
 public:
     enum class ButtonType { switchButton = 3, momentaryPushIn = 7 };
-    enum class BezelStyle { rounded = 1 };
     enum class ImagePosition { noImage = 0, imageOnly = 1 };
     enum class ImageScaling { proportionallyDown = 0, axesIndependently = 1, none = 2, proportionallyUpOrDown = 3 };
 
@@ -24,7 +23,6 @@ public:
 
     ButtonType buttonType() const { return buttonType_; }
     void setButtonType(ButtonType type);
-    BezelStyle bezelStyle() const { return BezelStyle::rounded; }
     const std::string& title() const { return title_; }
     void setTitle(std::string title);
     const std::optional<NSImage>& image() const { return image_; }
@@ -43,7 +41,7 @@ public:
     const std::string& keyEquivalent() const { return keyEquivalent_; }
     void setKeyEquivalent(std::string key);
 
-    // The person pressed it; nothing happens while it is disabled.
+    // The person pressed it; nothing happens while it is disabled or its window is held.
     void performClick();
 
 private:

@@ -11,10 +11,12 @@
 namespace quillbox {
 
 // A sheet in which the person chooses files and directories that exist. Whoever wants them sets what may be chosen,
-// begins the sheet and reads urls() once it has ended with OK. The display holds the panel until then. Nothing is
-// looked at before it is shown.
-class NSOpenPanel final : public std::enable_shared_from_this<NSOpenPanel> {
+// begins the sheet and reads urls() once it has ended with OK. Nothing is looked at before it is shown. To the model
+// it is a sheet without contents: what is in it is the display's.
+class NSOpenPanel final : public NSWindow {
 public:
+    NSOpenPanel();
+
     static constexpr NSModalResponse OK = NSModalResponseOK;
     static constexpr NSModalResponse cancel = NSModalResponseCancel;
 
@@ -38,8 +40,8 @@ public:
     bool resolvesAliases() const { return resolvesAliases_; }
     void setResolvesAliases(bool resolves) { resolvesAliases_ = resolves; }
 
-    // Shows the panel on `parent`, which takes no input meanwhile; all else does. `completion` is called once, later,
-    // with OK or cancel; cancel also where the parent is closed meanwhile.
+    // Shows the panel on `parent`, which has no sheet. `completion` is called once, later, with OK or cancel; cancel
+    // also where the parent is closed meanwhile.
     void beginSheetModal(NSWindow& parent, std::function<void(NSModalResponse)> completion);
     // What was chosen, in the order shown; with the file system's bytes. Empty unless the panel ended with OK.
     const std::vector<URL>& urls() const { return urls_; }

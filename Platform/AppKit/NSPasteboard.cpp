@@ -4,6 +4,19 @@
 
 namespace quillbox {
 
+NSPasteboardItem::NSPasteboardItem(std::shared_ptr<const NSPasteboardWriting> writer) : writer_(std::move(writer))
+{
+    for (const std::string& type : writer_->writableTypes()) {
+        if (auto value = writer_->pasteboardPropertyList(type))
+            setPropertyList(std::move(*value), type);
+    }
+}
+
+NSPasteboardItem::NSPasteboardItem(URL fileURL, std::string text) : fileURL_(std::move(fileURL))
+{
+    setPropertyList(std::move(text), NSPasteboardTypeFileURL);
+}
+
 void NSPasteboardItem::setPropertyList(PropertyList value, std::string forType)
 {
     const auto known = std::find_if(values_.begin(), values_.end(),
@@ -32,36 +45,40 @@ std::vector<std::string> NSPasteboardItem::types() const
     return result;
 }
 
+bool NSPasteboardItem::hasType(std::string_view type) const
+{
+    return std::any_of(values_.begin(), values_.end(),
+                       [&](const auto& typeAndValue) { return typeAndValue.first == type; });
+}
+
 NSPasteboard::NSPasteboard(const std::vector<std::shared_ptr<NSPasteboardWriting>>& writers)
 {
     items_.reserve(writers.size());
-    for (const auto& writer : writers) {
-        NSPasteboardItem item;
-        for (const std::string& type : writer->writableTypes()) {
-            if (auto value = writer->pasteboardPropertyList(type))
-                item.setPropertyList(std::move(*value), type);
-        }
-        items_.push_back(std::move(item));
-    }
+    for (const auto& writer : writers)
+        items_.emplace_back(writer);
 }
 
 NSPasteboard NSPasteboard::ofFiles(const std::vector<std::string>& urlTexts)
 {
     NSPasteboard result;
+    result.items_.reserve(urlTexts.size());
     for (const std::string& text : urlTexts) {
-        if (!URL::fromString(text))
-            continue;
-        NSPasteboardItem item;
-        item.setPropertyList(text, NSPasteboardTypeFileURL);
-        result.items_.push_back(std::move(item));
+        if (auto url = URL::fromString(text))
+            result.items_.emplace_back(std::move(*url), text);
     }
+    return result;
+}
+
+NSPasteboard NSPasteboard::promising(const std::string& type)
+{
+    NSPasteboard result;
+    result.items_.emplace_back().setPropertyList(std::string(), type);
     return result;
 }
 
 bool NSPasteboard::hasType(std::string_view type) const
 {
-    return std::any_of(items_.begin(), items_.end(),
-                       [&](const NSPasteboardItem& item) { return item.propertyList(std::string(type)).has_value(); });
+    return std::any_of(items_.begin(), items_.end(), [&](const NSPasteboardItem& item) { return item.hasType(type); });
 }
 
 std::vector<PropertyList> NSPasteboard::propertyLists(const std::string& forType) const
@@ -74,16 +91,14 @@ std::vector<PropertyList> NSPasteboard::propertyLists(const std::string& forType
     return result;
 }
 
-std::optional<std::vector<URL>> NSPasteboard::urls() const
+std::optional<std::vector<URL>> NSPasteboard::fileURLs() const
 {
     std::vector<URL> result;
+    result.reserve(items_.size());
     for (const NSPasteboardItem& item : items_) {
-        const auto value = item.propertyList(NSPasteboardTypeFileURL);
-        const std::string* text = value ? value->as<std::string>() : nullptr;
-        auto url = text ? URL::fromString(*text) : Result<URL>(Error {});
-        if (!url)
+        if (!item.fileURL())
             return std::nullopt;
-        result.push_back(std::move(*url));
+        result.push_back(*item.fileURL());
     }
     return result;
 }

@@ -41,6 +41,8 @@ std::string NSPopUpButton::titleOfSelectedItem() const
 
 void NSPopUpButton::userSelectsItem(int at)
 {
+    if (isHeld() || !isEnabled())
+        return;
     selectItem(at);
     sendAction();
 }

@@ -2,6 +2,7 @@
 
 #include "Desktop.h"
 #include "NSApplication.h"
+#include "NSWindow.h"
 #include "WindowDisplay.h"
 
 namespace quillbox {
@@ -26,8 +27,21 @@ void NSTabView::selectTabViewItem(int at)
     const std::shared_ptr<NSTabViewItem> item = items_[static_cast<std::size_t>(at)];
     item->view()->setHidden(false);
     setNeedsDisplay();
+    const auto shownIn = window();
+    const auto responder = shownIn ? shownIn->firstResponder() : nullptr;
+    if (responder && responder->isHiddenOrHasHiddenAncestor())
+        shownIn->makeFirstResponder(shared_from_this());
     if (const auto delegate = delegate_.lock())
         delegate->tabViewDidSelect(*this, *item);
+}
+
+void NSTabView::userSelectsTabViewItem(int at)
+{
+    const int count = static_cast<int>(items_.size());
+    if (isHeld() || count == 0)
+        setNeedsDisplay();
+    else
+        selectTabViewItem((at % count + count) % count);
 }
 
 NSRect NSTabView::contentRect() const

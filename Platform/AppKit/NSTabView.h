@@ -29,16 +29,14 @@ public:
     virtual void tabViewDidSelect(NSTabView& tabView, const NSTabViewItem& item) = 0;
 };
 
-// Tabs at the top of a bordered area. All tabs' views are laid out; those that are not selected are hidden.
+// Tabs at the top of a bordered area. All tabs' views are laid out; those that are not selected are hidden, and a
+// keyboard that was in one of them goes to the tabs.
 class NSTabView final : public NSView {
 public:
-    enum class TabViewType { topTabsBezelBorder = 0 };
-
     const char* className() const override { return "NSTabView"; }
     void layout() override;
 
     void setDelegate(std::weak_ptr<NSTabViewDelegate> delegate) { delegate_ = std::move(delegate); }
-    TabViewType tabViewType() const { return TabViewType::topTabsBezelBorder; }
 
     const std::vector<std::shared_ptr<NSTabViewItem>>& tabViewItems() const { return items_; }
     void addTabViewItem(std::shared_ptr<NSTabViewItem> item);
@@ -46,6 +44,8 @@ public:
     int indexOfSelectedItem() const { return selected_; }
     // Tells the delegate; selecting the selected tab changes nothing.
     void selectTabViewItem(int at);
+    // The person did, unless the window is held. Numbers go around.
+    void userSelectsTabViewItem(int at);
     // Where the tabs' views lie.
     NSRect contentRect() const;
 

@@ -55,12 +55,6 @@ void NSTextField::setBezeled(bool bezeled)
     naturalSizeDidChange();
 }
 
-void NSTextField::setDrawsBackground(bool draws)
-{
-    drawsBackground_ = draws;
-    setNeedsDisplay();
-}
-
 void NSTextField::setTextColor(CGColor colour)
 {
     textColor_ = colour;
@@ -71,6 +65,14 @@ void NSTextField::setMaximumNumberOfLines(int count)
 {
     maximumNumberOfLines_ = count;
     naturalSizeDidChange();
+}
+
+void NSTextField::userEdits(const std::string& text)
+{
+    if (isHeld())
+        setNeedsDisplay();
+    else
+        text_ = AttributedString(text);
 }
 
 void NSTextField::selectText()

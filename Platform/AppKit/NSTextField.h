@@ -38,8 +38,6 @@ public:
     // In plain text everything is in the field's font.
     const AttributedString& attributedStringValue() const { return text_; }
     void setAttributedStringValue(AttributedString text);
-    bool allowsEditingTextAttributes() const { return allowsEditingTextAttributes_; }
-    void setAllowsEditingTextAttributes(bool allows) { allowsEditingTextAttributes_ = allows; }
 
     bool isSelectable() const { return isSelectable_; }
     void setSelectable(bool selectable);
@@ -47,8 +45,6 @@ public:
     void setEditable(bool editable);
     bool isBezeled() const { return isBezeled_; }
     void setBezeled(bool bezeled);
-    bool drawsBackground() const { return drawsBackground_; }
-    void setDrawsBackground(bool draws);
     CGColor textColor() const { return textColor_; }
     void setTextColor(CGColor colour);
     // 0: as many as the text needs.
@@ -61,16 +57,15 @@ public:
     Editor* currentEditor();
     const Editor& editor() const { return editor_; }
 
-    // The person changed the text; the display shows it already.
-    void userEdits(const std::string& text) { text_ = AttributedString(text); }
+    // The person changed the text, or an assistive technology did; the display shows it already. In a window that is
+    // held the field keeps its text, and the display shows that again.
+    void userEdits(const std::string& text);
 
 private:
     AttributedString text_;
-    bool allowsEditingTextAttributes_ = false;
     bool isSelectable_ = false;
     bool isEditable_ = false;
     bool isBezeled_ = false;
-    bool drawsBackground_ = false;
     CGColor textColor_ = CGColor::label;
     int maximumNumberOfLines_ = 0;
     Editor editor_;

@@ -67,6 +67,12 @@ std::shared_ptr<NSWindow> NSView::window() const
     return topmost->window_.lock();
 }
 
+bool NSView::isHeld() const
+{
+    const auto shownIn = window();
+    return shownIn && shownIn->attachedSheet();
+}
+
 // Geometry
 
 void NSView::setFrame(NSRect frame)

@@ -42,6 +42,8 @@ public:
     void removeFromSuperview();
     // Null for a view that is in no window.
     std::shared_ptr<NSWindow> window() const;
+    // Whether a sheet keeps what the person does from this view.
+    bool isHeld() const;
     // Called by the window for its topmost view.
     void setWindow(std::weak_ptr<NSWindow> window) { window_ = std::move(window); }
 

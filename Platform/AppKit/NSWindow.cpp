@@ -25,8 +25,7 @@ namespace {
 
 std::shared_ptr<NSWindow> NSWindow::create(std::shared_ptr<NSViewController> contentViewController)
 {
-    std::shared_ptr<NSWindow> window(new NSWindow);
-    window->contentViewController_ = std::move(contentViewController);
+    std::shared_ptr<NSWindow> window(new NSWindow(std::move(contentViewController)));
     window->contentView()->setWindow(window);
     openWindows().push_back(window);
     return window;
@@ -88,13 +87,21 @@ void NSWindow::close()
 
 void NSWindow::beginSheet(const std::shared_ptr<NSWindow>& sheet, std::function<void(NSModalResponse)> completion)
 {
-    QB_CHECK(!attachedSheet());
-    sheet_ = sheet;
-    sheet->sheetParent_ = weak_from_this();
-    sheet->sheetCompletion_ = std::move(completion);
     sheet->layoutIfNeeded();
-    sheet->isVisible_ = true;
+    sheet->attachTo(*this, std::move(completion));
     display().beginSheet(*sheet, *this);
+}
+
+void NSWindow::attachTo(NSWindow& parent, std::function<void(NSModalResponse)> completion)
+{
+    QB_CHECK(!parent.attachedSheet());
+    const std::shared_ptr<NSWindow> self = shared_from_this();
+    if (std::find(openWindows().begin(), openWindows().end(), self) == openWindows().end())
+        openWindows().push_back(self);
+    parent.sheet_ = self;
+    sheetParent_ = parent.weak_from_this();
+    sheetCompletion_ = std::move(completion);
+    isVisible_ = true;
 }
 
 void NSWindow::endSheet(const std::shared_ptr<NSWindow>& sheet, NSModalResponse returnCode)

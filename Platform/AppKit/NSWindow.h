@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NSGeometry.h"
+#include "NSUndoManager.h"
 #include "NSViewController.h"
 
 #include <functional>
@@ -17,7 +18,9 @@ inline constexpr NSModalResponse NSModalResponseOK = 1;
 
 // A window of the application, or a sheet on one. It lives from its creation until it is closed, whoever refers to
 // it, and then until the event that closed it has ended; refer to it weakly. It keeps its content's controller.
-class NSWindow final : public NSObject, public std::enable_shared_from_this<NSWindow> {
+// While a sheet is attached to a window, that window is held: what the person or an assistive technology does to it
+// has no effect. An open panel is such a sheet.
+class NSWindow : public NSObject, public std::enable_shared_from_this<NSWindow> {
 public:
     enum StyleMask : unsigned { titled = 1, closable = 2, miniaturizable = 4, resizable = 8 };
 
@@ -54,7 +57,7 @@ public:
     void beginSheet(const std::shared_ptr<NSWindow>& sheet, std::function<void(NSModalResponse)> completion);
     // Called on the window that the sheet is on; closes the sheet.
     void endSheet(const std::shared_ptr<NSWindow>& sheet, NSModalResponse returnCode);
-    // Null where there is none.
+    // The sheet or open panel that holds this window. Null where there is none.
     std::shared_ptr<NSWindow> attachedSheet() const { return sheet_.lock(); }
     std::shared_ptr<NSWindow> sheetParent() const { return sheetParent_.lock(); }
 
@@ -66,14 +69,23 @@ public:
     // The person gave the keyboard to another view; the display shows it already.
     void userFocuses(const std::shared_ptr<NSView>& view) { firstResponder_ = view; }
 
+    // The changes that were made in this window.
+    NSUndoManager& undoManager() { return undoManager_; }
+
     // Settles all frames, also where laying out one view changes what another one wants.
     void layoutIfNeeded();
     // Called by the views.
     void setViewsNeedDisplay();
 
-private:
-    NSWindow() = default;
+protected:
+    explicit NSWindow(std::shared_ptr<NSViewController> contentViewController)
+        : contentViewController_(std::move(contentViewController))
+    {
+    }
+    // Makes this window the sheet of `parent`; showing it is the caller's.
+    void attachTo(NSWindow& parent, std::function<void(NSModalResponse)> completion);
 
+private:
     std::shared_ptr<NSViewController> contentViewController_;
     std::string title_;
     unsigned styleMask_ = titled | closable | miniaturizable | resizable;
@@ -85,6 +97,7 @@ private:
     std::function<void(NSModalResponse)> sheetCompletion_;
     std::weak_ptr<NSView> firstResponder_;
     unsigned firstResponderCount_ = 0;
+    NSUndoManager undoManager_;
 };
 
 // Shows a window; not kept once it has.

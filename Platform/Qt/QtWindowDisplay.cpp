@@ -38,7 +38,8 @@ void QtWindowDisplay::orderFront(NSWindow& window)
 {
     WindowPresenter* presenter = presenterOf(window);
     (presenter ? *presenter : makePresenter(window, nullptr)).orderFront();
-    if (const auto sheet = window.attachedSheet())
+    // An open panel comes forward with the window that it holds.
+    if (const auto sheet = window.attachedSheet(); sheet && presenterOf(*sheet))
         orderFront(*sheet);
 }
 

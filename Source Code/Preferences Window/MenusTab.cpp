@@ -6,6 +6,7 @@
 #include "TentativeMenuItemDeleter.h"
 #include "TentativeMenuItemsTable.h"
 #include "TesselUtilityFunctions.h"
+#include "UtilityFunctions.h"
 
 namespace quillbox {
 
@@ -30,11 +31,8 @@ std::shared_ptr<NSTextField> MenusTab::addText(const std::string& text, bool isS
 
 std::shared_ptr<NSScrollView> MenusTab::addScrollView()
 {
-    auto scrollView = NSScrollView::create();
+    auto scrollView = UtilityFunctions::makeScrollView();
     scrollView->setBorderType(NSScrollView::BorderType::bezelBorder);
-    scrollView->setDrawsBackground(false);
-    scrollView->setHasVerticalScroller(true);
-    scrollView->setVerticalScrollerControlSize(NSScrollView::ControlSize::small);
     scrollView->setTranslatesAutoresizingMaskIntoConstraints(false);
     tab_->addSubview(scrollView);
     return scrollView;
@@ -51,9 +49,18 @@ void MenusTab::makeViews()
     rightScrollView_ = addScrollView();
     tentativeTable_ = TentativeMenuItemsTable::create(leftScrollView_);
     tentativeTable_->setAccessibilityLabel("Your Quillbox");
+    tentativeTable_->setToolTip("Alt+Up, Alt+Down: move the selected items\n"
+                                "Delete: remove them\n"
+                                "Space or F2: an item's settings\n"
+                                "Ctrl+V: add copied files\n"
+                                "Ctrl+Z, Ctrl+Shift+Z: undo, redo\n"
+                                "Ctrl+Tab: the next tab");
     leftScrollView_->setDocumentView(tentativeTable_);
     const auto suggestedTable = SuggestedMenuItemsTable::create();
     suggestedTable->setAccessibilityLabel("Suggested Menu Items");
+    suggestedTable->setToolTip(
+        "Return or Insert: add the selected items to your Quillbox, below what is selected there");
+    suggestedTable->tableWithTentativeMenus = tentativeTable_;
     rightScrollView_->setDocumentView(suggestedTable);
 
     instructions_ = addText("Drag items from the right (suggested) menus to the left (actual) menus, and/or\n"

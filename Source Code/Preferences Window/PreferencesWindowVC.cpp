@@ -17,18 +17,20 @@ namespace quillbox {
 
 namespace {
 
-    using Controller = PreferencesWindowVC;
-
     namespace actions {
-        const Selector reset = makeSelector<&Controller::resetTentativeMenus>("resetTentativeMenusWithSender:");
-        const Selector cancel = makeSelector<&Controller::cancelPreferences>("cancelPreferencesWithSender:");
-        const Selector save = makeSelector<&Controller::savePreferences>("savePreferencesWithSender:");
-        const Selector quit = makeSelector<&Controller::quitTheApp>("quitTheAppWithSender:");
+        const Selector reset =
+            makeSelector<&PreferencesWindowVC::resetTentativeMenus>("resetTentativeMenusWithSender:");
+        const Selector cancel = makeSelector<&PreferencesWindowVC::cancelPreferences>("cancelPreferencesWithSender:");
+        const Selector save = makeSelector<&PreferencesWindowVC::savePreferences>("savePreferencesWithSender:");
+        const Selector quit = makeSelector<&PreferencesWindowVC::quitTheApp>("quitTheAppWithSender:");
         const Selector readAll =
-            makeSelector<&Controller::readAllFromUserDefaults>("readAllFromUserDefaultsWithSender:");
-        const Selector printActual = makeSelector<&Controller::printActualMenuItems>("printActualMenuItemsWithSender:");
-        const Selector printPlus = makeSelector<&Controller::printMenuItemPlus>("printMenuItemPlusWithSender:");
-        const Selector deletePrefs = makeSelector<&Controller::deletePrefsAndQuit>("deletePrefsAndQuitWithSender:");
+            makeSelector<&PreferencesWindowVC::readAllFromUserDefaults>("readAllFromUserDefaultsWithSender:");
+        const Selector printActual =
+            makeSelector<&PreferencesWindowVC::printActualMenuItems>("printActualMenuItemsWithSender:");
+        const Selector printPlus =
+            makeSelector<&PreferencesWindowVC::printMenuItemPlus>("printMenuItemPlusWithSender:");
+        const Selector deletePrefs =
+            makeSelector<&PreferencesWindowVC::deletePrefsAndQuit>("deletePrefsAndQuitWithSender:");
     } // namespace actions
 
     constexpr const char* kErrorLogLabel = "Error Log";
@@ -99,7 +101,7 @@ namespace {
 
 } // namespace
 
-std::shared_ptr<PreferencesWindowVC> Controller::create()
+std::shared_ptr<PreferencesWindowVC> PreferencesWindowVC::create()
 {
     std::shared_ptr<PreferencesWindowVC> controller(new PreferencesWindowVC);
     controller->buildView();
@@ -114,13 +116,13 @@ std::shared_ptr<PreferencesWindowVC> Controller::create()
     return controller;
 }
 
-std::weak_ptr<NSWindow>& Controller::preferencesWindow()
+std::weak_ptr<NSWindow>& PreferencesWindowVC::preferencesWindow()
 {
     static std::weak_ptr<NSWindow> window;
     return window;
 }
 
-const AttributedString& Controller::aboutText()
+const AttributedString& PreferencesWindowVC::aboutText()
 {
     static const AttributedString text = [] {
         const Bundle& bundle = Bundle::main();
@@ -146,7 +148,7 @@ const AttributedString& Controller::aboutText()
 
 // Building the window
 
-void Controller::buildView()
+void PreferencesWindowVC::buildView()
 {
     setView(std::make_shared<NSView>());
     const auto tabView = std::make_shared<NSTabView>();
@@ -159,24 +161,26 @@ void Controller::buildView()
         tabView->topAnchor().constraintEqualTo(view()->topAnchor(), 30),
         tabView->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -80),
     });
-    const auto addTab = [&](const std::string& label, void (Controller::*fill)(const std::shared_ptr<NSView>&)) {
+    const auto addTab = [&](const std::string& label,
+                            void (PreferencesWindowVC::*fill)(const std::shared_ptr<NSView>&)) {
         auto item = std::make_shared<NSTabViewItem>(label);
         item->view()->setIdentifier(label);
         (this->*fill)(item->view());
         tabView->addTabViewItem(std::move(item));
     };
-    addTab("Menus", &Controller::fillMenusTab);
-    addTab("About", &Controller::fillAboutTab);
-    addTab("Quit", &Controller::fillQuitTab);
+    addTab("Menus", &PreferencesWindowVC::fillMenusTab);
+    addTab("About", &PreferencesWindowVC::fillAboutTab);
+    addTab("Quit", &PreferencesWindowVC::fillQuitTab);
     if (ManageDefaults::showDebugTab()) {
-        addTab("Debug", &Controller::fillDebugTab);
-        addTab(kErrorLogLabel + (" (" + std::to_string(Debug::errorLog().size()) + ")"), &Controller::fillErrorLogTab);
+        addTab("Debug", &PreferencesWindowVC::fillDebugTab);
+        addTab(kErrorLogLabel + (" (" + std::to_string(Debug::errorLog().size()) + ")"),
+               &PreferencesWindowVC::fillErrorLogTab);
     }
     addApplyAndCancel();
 }
 
-std::shared_ptr<NSButton> Controller::addButton(const std::shared_ptr<NSView>& view, const std::string& title,
-                                                const Selector& action)
+std::shared_ptr<NSButton> PreferencesWindowVC::addButton(const std::shared_ptr<NSView>& view, const std::string& title,
+                                                         const Selector& action)
 {
     auto button = std::make_shared<NSButton>();
     button->setButtonType(NSButton::ButtonType::momentaryPushIn);
@@ -187,18 +191,18 @@ std::shared_ptr<NSButton> Controller::addButton(const std::shared_ptr<NSView>& v
     return button;
 }
 
-void Controller::fillMenusTab(const std::shared_ptr<NSView>& tab)
+void PreferencesWindowVC::fillMenusTab(const std::shared_ptr<NSView>& tab)
 {
     const MenusTab menus(tab, addButton(tab, "Reset", actions::reset));
     tableWithTentativeMenus = menus.tentativeTable();
 }
 
-void Controller::fillAboutTab(const std::shared_ptr<NSView>& tab)
+void PreferencesWindowVC::fillAboutTab(const std::shared_ptr<NSView>& tab)
 {
     aboutTextField = fillWithText(tab, aboutText());
 }
 
-void Controller::fillQuitTab(const std::shared_ptr<NSView>& tab)
+void PreferencesWindowVC::fillQuitTab(const std::shared_ptr<NSView>& tab)
 {
     const auto quit = addButton(tab, "Quit", actions::quit);
     NSLayoutConstraint::activate({
@@ -207,7 +211,7 @@ void Controller::fillQuitTab(const std::shared_ptr<NSView>& tab)
     });
 }
 
-void Controller::fillDebugTab(const std::shared_ptr<NSView>& tab)
+void PreferencesWindowVC::fillDebugTab(const std::shared_ptr<NSView>& tab)
 {
     const auto anchor = std::make_shared<NSView>();
     anchor->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -246,12 +250,12 @@ void Controller::fillDebugTab(const std::shared_ptr<NSView>& tab)
     debugTextField = paths;
 }
 
-void Controller::fillErrorLogTab(const std::shared_ptr<NSView>& tab)
+void PreferencesWindowVC::fillErrorLogTab(const std::shared_ptr<NSView>& tab)
 {
     errorLogTextField = fillWithText(tab, errorLogText());
 }
 
-void Controller::addApplyAndCancel()
+void PreferencesWindowVC::addApplyAndCancel()
 {
     const auto cancel = addButton(view(), "Cancel", actions::cancel);
     cancel->setKeyEquivalent("\x1b");
@@ -273,24 +277,19 @@ void Controller::addApplyAndCancel()
 
 // Actions
 
-void Controller::resetTentativeMenus(NSObject*)
+void PreferencesWindowVC::resetTentativeMenus(NSObject*)
 {
-    const auto table = tableWithTentativeMenus.lock();
-    if (!table)
-        return;
-    table->tentativeMenuItems = ManageDefaults::defaultMenuItems();
-    table->reloadData();
-    if (const auto button = table->savePreferencesButton.lock())
-        button->setEnabled(true);
+    if (const auto table = tableWithTentativeMenus.lock())
+        table->changeList(ManageDefaults::defaultMenuItems(), NSTableView::Animation::gap);
 }
 
-void Controller::cancelPreferences(NSObject* sender)
+void PreferencesWindowVC::cancelPreferences(NSObject* sender)
 {
     if (const auto window = view()->window())
         window->performClose(sender);
 }
 
-void Controller::savePreferences(NSObject* sender)
+void PreferencesWindowVC::savePreferences(NSObject* sender)
 {
     if (const auto table = tableWithTentativeMenus.lock())
         MainMenuItem::actualMenuItems() = table->tentativeMenuItems;
@@ -300,12 +299,12 @@ void Controller::savePreferences(NSObject* sender)
         window->performClose(sender);
 }
 
-void Controller::quitTheApp(NSObject*)
+void PreferencesWindowVC::quitTheApp(NSObject*)
 {
     NSApplication::shared().terminate(this);
 }
 
-void Controller::readAllFromUserDefaults(NSObject*)
+void PreferencesWindowVC::readAllFromUserDefaults(NSObject*)
 {
     ManageDefaults::loadAllFromDisk();
     const auto table = tableWithTentativeMenus.lock();
@@ -319,17 +318,17 @@ void Controller::readAllFromUserDefaults(NSObject*)
     }
 }
 
-void Controller::printActualMenuItems(NSObject*)
+void PreferencesWindowVC::printActualMenuItems(NSObject*)
 {
     MainMenuItem::dumpActualMenuItems();
 }
 
-void Controller::printMenuItemPlus(NSObject*)
+void PreferencesWindowVC::printMenuItemPlus(NSObject*)
 {
     Debug::dumpDynamicMenuItems();
 }
 
-void Controller::deletePrefsAndQuit(NSObject*)
+void PreferencesWindowVC::deletePrefsAndQuit(NSObject*)
 {
     // Without an identifier there is no domain of our own to remove.
     if (const auto identifier = Bundle::main().bundleIdentifier())
@@ -337,13 +336,13 @@ void Controller::deletePrefsAndQuit(NSObject*)
     NSApplication::shared().terminate(this);
 }
 
-void Controller::eraseUserDefaults(NSObject*)
+void PreferencesWindowVC::eraseUserDefaults(NSObject*)
 {
     for (const auto& [key, value] : UserDefaults::standard().dictionaryRepresentation())
         UserDefaults::standard().removeObject(key);
 }
 
-void Controller::tabViewDidSelect(NSTabView&, const NSTabViewItem& item)
+void PreferencesWindowVC::tabViewDidSelect(NSTabView&, const NSTabViewItem& item)
 {
     std::shared_ptr<NSTextField> field;
     if (item.label() == "About")

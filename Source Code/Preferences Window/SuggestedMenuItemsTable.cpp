@@ -3,6 +3,7 @@
 #include "GlobalVars.h"
 #include "MainMenuItem.h"
 #include "NSTextField.h"
+#include "TentativeMenuItemsTable.h"
 
 namespace quillbox {
 
@@ -28,7 +29,6 @@ namespace {
 std::shared_ptr<SuggestedMenuItemsTable> SuggestedMenuItemsTable::create()
 {
     auto table = std::make_shared<SuggestedMenuItemsTable>();
-    table->setUsesAlternatingRowBackgroundColors(false);
     table->setAllowsMultipleSelection(true);
     table->setDelegate(table);
     table->setDataSource(table);
@@ -57,6 +57,8 @@ std::shared_ptr<NSView> SuggestedMenuItemsTable::viewForRow(NSTableView&, int ro
     label->setMaximumNumberOfLines(1);
     if (!info->description.empty())
         label->setToolTip(info->description);
+    if (kind == MenuItemType::separator)
+        label->setAccessibilityLabel("Separator");
     label->setTranslatesAutoresizingMaskIntoConstraints(false);
     container->addSubview(label);
     NSLayoutConstraint::activate({
@@ -71,6 +73,21 @@ std::shared_ptr<NSPasteboardWriting> SuggestedMenuItemsTable::pasteboardWriterFo
 {
     const MenuItemType kind = suggestedKinds[static_cast<std::size_t>(row)];
     return std::make_shared<SuggestedMenuItemsPasteboardWriter>(std::string(rawValue(kind)));
+}
+
+bool SuggestedMenuItemsTable::canPerform(Command command, int) const
+{
+    return command == Command::add && !tableWithTentativeMenus.expired();
+}
+
+void SuggestedMenuItemsTable::perform(Command, const std::set<int>& rows)
+{
+    std::vector<MenuItemType> kinds;
+    for (const int row : rows)
+        kinds.push_back(suggestedKinds[static_cast<std::size_t>(row)]);
+    if (const auto table = tableWithTentativeMenus.lock())
+        table->addKinds(kinds);
+    announce(kinds.size() == 1 ? "Added" : "Added " + std::to_string(kinds.size()) + " items");
 }
 
 std::vector<std::string> SuggestedMenuItemsPasteboardWriter::writableTypes() const

@@ -8,8 +8,10 @@
 
 namespace quillbox {
 
-// The table of the kinds of items that can be added to the menu. Rows are dragged out of it; nothing is dropped
-// on it. Its own data source and delegate.
+class TentativeMenuItemsTable;
+
+// The table of the kinds of items that can be added to the menu, by dragging them out of it or with the keyboard.
+// Nothing is dropped on it. Its own data source and delegate.
 class SuggestedMenuItemsTable final : public NSTableView, public NSTableViewDataSource, public NSTableViewDelegate {
 public:
     // A row each, in this order.
@@ -29,6 +31,13 @@ public:
     int numberOfRows(NSTableView& tableView) override;
     std::shared_ptr<NSView> viewForRow(NSTableView& tableView, int row) override;
     std::shared_ptr<NSPasteboardWriting> pasteboardWriterForRow(NSTableView& tableView, int row) override;
+    bool canPerform(Command command, int row) const override;
+
+    // The table that gets what is added.
+    std::weak_ptr<TentativeMenuItemsTable> tableWithTentativeMenus;
+
+protected:
+    void perform(Command command, const std::set<int>& rows) override;
 };
 
 // One dragged suggestion.

@@ -77,16 +77,14 @@ void TentativeMenuItemDeleter::draggingExited()
 
 bool TentativeMenuItemDeleter::performDragOperation(const NSDraggingInfo& info)
 {
-    std::vector<int> rowNums;
-    for (const PropertyList& value :
-         info.draggingPasteboard.propertyLists(GlobalVars::tentativeMenuItemPasteboardType())) {
-        if (const auto row = value.asInt64())
-            rowNums.push_back(static_cast<int>(*row));
-    }
-    if (rowNums.empty())
+    if (!info.draggingPasteboard.hasType(GlobalVars::tentativeMenuItemPasteboardType()))
         return false;
-    if (const auto table = tableWithTentativeMenus.lock())
+    if (const auto table = tableWithTentativeMenus.lock()) {
+        std::vector<int> rowNums = table->rowsOfDrag(info.draggingPasteboard);
+        if (rowNums.empty())
+            return false;
         table->deleteMenuItems(std::move(rowNums));
+    }
     shouldShowSmokeExplosion = true;
     return true;
 }

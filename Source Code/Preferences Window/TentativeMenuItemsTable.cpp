@@ -8,39 +8,24 @@
 #include "NSTextField.h"
 #include "NSWindow.h"
 #include "PreferencesWindowVC.h"
+#include "TentativeMenuItemsTablePasteboardWriter.h"
 
 #include <algorithm>
+#include <set>
+#include <unordered_map>
 
 namespace quillbox {
 
 namespace {
 
-    using Table = TentativeMenuItemsTable;
-
     const Selector handleEditMenuItemButtonSelector =
-        makeSelector<&Table::handleEditMenuItemButton>("handleEditMenuItemButtonWithSender:");
-    const Selector doubleClickTableRowSelector = makeSelector<&Table::doubleClickTableRow>("doubleClickTableRow");
+        makeSelector<&TentativeMenuItemsTable::handleEditMenuItemButton>("handleEditMenuItemButtonWithSender:");
+    const Selector doubleClickTableRowSelector =
+        makeSelector<&TentativeMenuItemsTable::doubleClickTableRow>("doubleClickTableRow");
 
     void logError(int line, std::string_view function, const std::string& message)
     {
         Debug::addErrorLogEntry("TentativeMenuItemsTable", function, __FILE__, line, false, message);
-    }
-
-    // The rows of this table that a drag carries, in its order; empty for a drag from elsewhere.
-    std::vector<int> draggedRowNumbers(const NSPasteboard& pasteboard)
-    {
-        std::vector<int> rows;
-        for (const PropertyList& value : pasteboard.propertyLists(GlobalVars::tentativeMenuItemPasteboardType())) {
-            if (const auto row = value.asInt64())
-                rows.push_back(static_cast<int>(*row));
-        }
-        return rows;
-    }
-
-    bool isConsecutive(const std::vector<int>& rows)
-    {
-        return std::adjacent_find(rows.begin(), rows.end(), [](int row, int next) { return next != row + 1; })
-            == rows.end();
     }
 
     std::string displayString(const URL& url)
@@ -53,13 +38,13 @@ namespace {
 
 } // namespace
 
-std::shared_ptr<TentativeMenuItemsTable> Table::create(const std::shared_ptr<NSScrollView>& scrollView)
+std::shared_ptr<TentativeMenuItemsTable>
+TentativeMenuItemsTable::create(const std::shared_ptr<NSScrollView>& scrollView)
 {
-    auto table = std::make_shared<Table>();
+    auto table = std::make_shared<TentativeMenuItemsTable>();
     table->tentativeMenuItems = MainMenuItem::actualMenuItems();
     if (scrollView)
         table->scrollViewContentView = scrollView->contentView();
-    table->setUsesAlternatingRowBackgroundColors(false);
     table->setAllowsMultipleSelection(true);
     table->setTarget(table, nullptr);
     table->setDoubleAction(&doubleClickTableRowSelector);
@@ -72,7 +57,7 @@ std::shared_ptr<TentativeMenuItemsTable> Table::create(const std::shared_ptr<NSS
     return table;
 }
 
-void Table::enableSaving()
+void TentativeMenuItemsTable::enableSaving()
 {
     if (const auto button = savePreferencesButton.lock())
         button->setEnabled(true);
@@ -80,12 +65,12 @@ void Table::enableSaving()
 
 // Rows
 
-int Table::numberOfRows(NSTableView&)
+int TentativeMenuItemsTable::numberOfRows(NSTableView&)
 {
     return static_cast<int>(tentativeMenuItems.size());
 }
 
-std::shared_ptr<NSView> Table::viewForRow(NSTableView&, int row)
+std::shared_ptr<NSView> TentativeMenuItemsTable::viewForRow(NSTableView&, int row)
 {
     if (static_cast<std::size_t>(row) >= tentativeMenuItems.size()) {
         auto label = NSTextField::label("error: rowNum=" + std::to_string(row) + " is past the table size ("
@@ -106,6 +91,8 @@ std::shared_ptr<NSView> Table::viewForRow(NSTableView&, int row)
     }
     const auto text = NSTextField::label(rowTitle(item));
     text->setMaximumNumberOfLines(1);
+    if (isSeparator)
+        text->setAccessibilityLabel("Separator");
     text->setTranslatesAutoresizingMaskIntoConstraints(false);
     container->addSubview(text);
     NSLayoutConstraint::activate({
@@ -116,7 +103,15 @@ std::shared_ptr<NSView> Table::viewForRow(NSTableView&, int row)
     return container;
 }
 
-std::shared_ptr<NSButton> Table::makeEditButton(const MainMenuItem& item, int row)
+void TentativeMenuItemsTable::rowViewDidMove(NSTableView&, NSView& view, int row)
+{
+    for (const auto& subview : view.subviews()) {
+        if (const auto button = std::dynamic_pointer_cast<NSButtonPlusCursor>(subview))
+            button->setTag(row);
+    }
+}
+
+std::shared_ptr<NSButton> TentativeMenuItemsTable::makeEditButton(const MainMenuItem& item, int row)
 {
     auto image = NSImage::imageNamed(NSImageNameInfo);
     if (!image)
@@ -138,7 +133,7 @@ std::shared_ptr<NSButton> Table::makeEditButton(const MainMenuItem& item, int ro
     return button;
 }
 
-std::string Table::rowTitle(const MainMenuItem& item)
+std::string TentativeMenuItemsTable::rowTitle(const MainMenuItem& item)
 {
     if (!item.displayString.empty())
         return item.displayString;
@@ -151,13 +146,13 @@ std::string Table::rowTitle(const MainMenuItem& item)
 
 // Editing an item
 
-void Table::handleEditMenuItemButton(NSButton* sender)
+void TentativeMenuItemsTable::handleEditMenuItemButton(NSButton* sender)
 {
     QB_CHECK(sender);
     editMenuItemProperties(sender->tag());
 }
 
-void Table::editMenuItemProperties(int rowNum)
+void TentativeMenuItemsTable::editMenuItemProperties(int rowNum)
 {
     if (rowNum < 0)
         return;
@@ -175,127 +170,20 @@ void Table::editMenuItemProperties(int rowNum)
     if (!sheet)
         return;
     parent->beginSheet(sheet, [self = std::weak_ptr(shared_from_this()), rowNum](NSModalResponse response) {
-        const auto table = std::dynamic_pointer_cast<Table>(self.lock());
+        const auto table = std::dynamic_pointer_cast<TentativeMenuItemsTable>(self.lock());
         if (!table)
             return;
         if (response == NSModalResponseOK)
             table->enableSaving();
-        table->reloadData(rowNum, 0);
+        table->reloadData(rowNum);
     });
 }
 
-// Dragging
+// Adding files
 
-std::shared_ptr<NSPasteboardWriting> Table::pasteboardWriterForRow(NSTableView&, int row)
+bool TentativeMenuItemsTable::addFiles(const NSPasteboard& pasteboard, int row)
 {
-    if (row < 1)
-        return nullptr;
-    return std::make_shared<TentativeMenuItemsTablePasteboardWriter>(
-        row, tentativeMenuItems[static_cast<std::size_t>(row)]->displayString);
-}
-
-NSDragOperation Table::validateDrop(NSTableView&, const NSDraggingInfo& info, int row, DropOperation dropOperation)
-{
-    if (dropOperation != DropOperation::above || info.draggingPasteboard.items().empty() || row < 1)
-        return NSDragOperation::none;
-    const std::vector<int> dragged = draggedRowNumbers(info.draggingPasteboard);
-    if (dragged.empty())
-        return NSDragOperation::copy;
-    // A block that would land where it is.
-    if (isConsecutive(dragged) && dragged.front() <= row && row <= dragged.back() + 1)
-        return NSDragOperation::none;
-    return NSDragOperation::move;
-}
-
-bool Table::acceptDrop(NSTableView&, const NSDraggingInfo& info, int row, DropOperation)
-{
-    const NSPasteboard& pasteboard = info.draggingPasteboard;
-    if (pasteboard.items().empty())
-        return false;
-    if (std::vector<int> dragged = draggedRowNumbers(pasteboard); !dragged.empty()) {
-        std::sort(dragged.begin(), dragged.end());
-        moveItems(dragged, row);
-        animateMove(dragged, row);
-        enableSaving();
-        return true;
-    }
-    return addSuggestedItems(pasteboard, row) || addFiles(pasteboard, row);
-}
-
-void Table::moveItems(const std::vector<int>& draggedRows, int aboveRow)
-{
-    const auto above = std::lower_bound(draggedRows.begin(), draggedRows.end(), aboveRow) - draggedRows.begin();
-    const auto target = static_cast<std::size_t>(aboveRow - above);
-    MainMenuItem::List moved;
-    moved.reserve(tentativeMenuItems.size());
-    for (std::size_t index = 0; index <= tentativeMenuItems.size(); ++index) {
-        if (moved.size() == target) {
-            for (const int row : draggedRows)
-                moved.push_back(tentativeMenuItems[static_cast<std::size_t>(row)]);
-        }
-        if (index < tentativeMenuItems.size()
-            && !std::binary_search(draggedRows.begin(), draggedRows.end(), static_cast<int>(index)))
-            moved.push_back(tentativeMenuItems[index]);
-    }
-    tentativeMenuItems = std::move(moved);
-}
-
-void Table::animateMove(std::vector<int> draggedRows, int aboveRow)
-{
-    int row = aboveRow;
-    if (draggedRows.size() == 1) {
-        moveRow(draggedRows[0], draggedRows[0] < row ? row - 1 : row);
-        return;
-    }
-    // Rows keep their selection on the way. First they come together, then the block moves.
-    for (std::size_t k = 0; k + 1 < draggedRows.size(); ++k) {
-        const int next = draggedRows[k] + 1;
-        if (draggedRows[k + 1] == next)
-            continue;
-        if (next < row && row <= draggedRows[k + 1])
-            ++row;
-        moveRow(draggedRows[k + 1], next);
-        draggedRows[k + 1] = next;
-    }
-    for (std::size_t count = 0; count < draggedRows.size(); ++count) {
-        if (draggedRows.front() < row)
-            moveRow(draggedRows.front(), row - 1);
-        else
-            moveRow(draggedRows.back(), row);
-    }
-    reloadData();
-}
-
-bool Table::addSuggestedItems(const NSPasteboard& pasteboard, int row)
-{
-    MainMenuItem::List items;
-    bool isToPickFiles = false;
-    for (const PropertyList& value : pasteboard.propertyLists(GlobalVars::suggestedMenuItemPasteboardType())) {
-        const auto* text = value.as<std::string>();
-        const auto kind = text ? menuItemType(*text) : std::nullopt;
-        if (!kind)
-            continue;
-        if (*kind == MenuItemType::arbitraryPath) {
-            isToPickFiles = true;
-            continue;
-        }
-        MenuOptionFlagsSv options;
-        if (*kind == MenuItemType::plaintext)
-            options = menuOptionFlagsSv::showPlaintextAsDisabled;
-        items.push_back(std::make_shared<MainMenuItem>(*kind, std::nullopt, std::nullopt, std::nullopt, options));
-    }
-    if (isToPickFiles)
-        beginPickingFiles(row);
-    if (items.empty())
-        return false;
-    insertMenuItems(items, row);
-    enableSaving();
-    return true;
-}
-
-bool Table::addFiles(const NSPasteboard& pasteboard, int row)
-{
-    const auto urls = pasteboard.urls();
+    const auto urls = pasteboard.fileURLs();
     if (!urls)
         return false;
     if (const auto preferences = PreferencesWindowVC::preferencesWindow().lock())
@@ -304,14 +192,13 @@ bool Table::addFiles(const NSPasteboard& pasteboard, int row)
     if (items.empty())
         return false;
     insertMenuItems(items, row);
-    enableSaving();
     return true;
 }
 
-void Table::beginPickingFiles(int row)
+void TentativeMenuItemsTable::beginPickingFiles(int row)
 {
     const auto parent = window();
-    if (!parent)
+    if (!parent || parent->attachedSheet())
         return;
     const auto panel = std::make_shared<NSOpenPanel>();
     panel->setMessage("Select a File or Directory to Add to the Quillbox");
@@ -322,7 +209,7 @@ void Table::beginPickingFiles(int row)
     panel->setResolvesAliases(true);
     panel->setAllowsMultipleSelection(true);
     panel->beginSheetModal(*parent, [self = std::weak_ptr(shared_from_this()), panel, row](NSModalResponse response) {
-        const auto table = std::dynamic_pointer_cast<Table>(self.lock());
+        const auto table = std::dynamic_pointer_cast<TentativeMenuItemsTable>(self.lock());
         if (!table || response != NSModalResponseOK)
             return;
         if (panel->urls().empty()) {
@@ -335,19 +222,42 @@ void Table::beginPickingFiles(int row)
             return;
         // The list may have become shorter meanwhile.
         table->insertMenuItems(items, std::min(row, table->numberOfRows(*table)));
-        table->enableSaving();
     });
 }
 
 // Changing the list
 
-void Table::insertMenuItems(const MainMenuItem::List& items, int atRow)
+void TentativeMenuItemsTable::changeList(MainMenuItem::List list, Animation animation)
 {
-    tentativeMenuItems.insert(tentativeMenuItems.begin() + atRow, items.begin(), items.end());
-    insertRows({ static_cast<std::size_t>(atRow), items.size() }, Animation::slideDown);
+    std::unordered_map<const MainMenuItem*, int> places;
+    for (std::size_t row = 0; row < list.size(); ++row)
+        places.emplace(list[row].get(), static_cast<int>(row));
+    std::vector<int> newRows;
+    newRows.reserve(tentativeMenuItems.size());
+    for (const auto& item : tentativeMenuItems) {
+        // Each place is taken once, also where an item is in the list twice.
+        const auto place = places.extract(item.get());
+        newRows.push_back(place ? place.mapped() : -1);
+    }
+    if (const auto shownIn = window()) {
+        shownIn->undoManager().registerUndo([weakTable = weak_from_this(), before = tentativeMenuItems] {
+            if (const auto table = std::static_pointer_cast<TentativeMenuItemsTable>(weakTable.lock()))
+                table->restoreList(before);
+        });
+    }
+    tentativeMenuItems = std::move(list);
+    rearrangeRows(newRows, static_cast<int>(tentativeMenuItems.size()), animation);
+    enableSaving();
 }
 
-MainMenuItem::List Table::menuItemsFromURLs(const std::vector<URL>& urls)
+void TentativeMenuItemsTable::insertMenuItems(const MainMenuItem::List& items, int atRow)
+{
+    MainMenuItem::List list = tentativeMenuItems;
+    list.insert(list.begin() + atRow, items.begin(), items.end());
+    changeList(std::move(list), Animation::slideDown);
+}
+
+MainMenuItem::List TentativeMenuItemsTable::menuItemsFromURLs(const std::vector<URL>& urls)
 {
     MainMenuItem::List items;
     items.reserve(urls.size());
@@ -357,7 +267,7 @@ MainMenuItem::List Table::menuItemsFromURLs(const std::vector<URL>& urls)
     return items;
 }
 
-void Table::deleteMenuItems(std::vector<int> rowNums)
+void TentativeMenuItemsTable::deleteMenuItems(std::vector<int> rowNums)
 {
     if (tentativeMenuItems.empty() || rowNums.empty())
         return;
@@ -368,32 +278,13 @@ void Table::deleteMenuItems(std::vector<int> rowNums)
                  "tentativeMenuItems that doesn't exist");
         return;
     }
-    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
-        tentativeMenuItems.erase(tentativeMenuItems.begin() + *row);
-    removeRows(rows, Animation::slideUp);
-    enableSaving();
-}
-
-void Table::deleteBackward()
-{
-    std::vector<int> rows(selectedRowIndexes().begin(), selectedRowIndexes().end());
-    std::erase(rows, 0);
-    deleteMenuItems(std::move(rows));
-}
-
-std::vector<std::string> TentativeMenuItemsTablePasteboardWriter::writableTypes() const
-{
-    return { GlobalVars::tentativeMenuItemPasteboardType(), NSPasteboardTypeString };
-}
-
-std::optional<PropertyList>
-TentativeMenuItemsTablePasteboardWriter::pasteboardPropertyList(const std::string& forType) const
-{
-    if (forType == GlobalVars::tentativeMenuItemPasteboardType())
-        return std::int64_t { rowNumber };
-    if (forType == NSPasteboardTypeString)
-        return stringToDrop;
-    return std::nullopt;
+    MainMenuItem::List kept;
+    kept.reserve(tentativeMenuItems.size());
+    for (std::size_t row = 0; row < tentativeMenuItems.size(); ++row) {
+        if (!rows.contains(static_cast<int>(row)))
+            kept.push_back(tentativeMenuItems[row]);
+    }
+    changeList(std::move(kept), Animation::slideUp);
 }
 
 } // namespace quillbox

@@ -29,13 +29,10 @@ std::shared_ptr<NSTextField> TesselUtilityFunctions::addTextFieldToView(const Te
     field->setSelectable(options.selectable || options.editable);
     field->setEditable(options.editable);
     field->setBezeled(options.editable);
-    field->setDrawsBackground(false);
-    if (options.attributedText) {
-        field->setAllowsEditingTextAttributes(true);
+    if (options.attributedText)
         field->setAttributedStringValue(*options.attributedText);
-    } else {
+    else
         field->setStringValue(options.text.value_or("addTextFieldToView text"));
-    }
     field->setFont(options.font.value_or(NSFont::userFont(0)));
     field->setTranslatesAutoresizingMaskIntoConstraints(false);
     if (options.view)

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <sstream>
 
 namespace quillbox {
@@ -78,14 +79,9 @@ namespace {
         EXPECT_EQ(list.inSight(), std::pair(1990, 1999));
         // Rows below the sight go: the list is scrolled back to its new end.
         list.numbers->count = 500;
-        list.table->removeRows(
-            [] {
-                std::set<int> rows;
-                for (int row = 500; row < 2000; ++row)
-                    rows.insert(row);
-                return rows;
-            }(),
-            NSTableView::Animation::slideUp);
+        std::vector<int> newRows(2000, -1);
+        std::iota(newRows.begin(), newRows.begin() + 500, 0);
+        list.table->rearrangeRows(newRows, 500, NSTableView::Animation::slideUp);
         list.window->layoutIfNeeded();
         EXPECT_EQ(list.inSight(), std::pair(490, 499));
         EXPECT_LT(list.numbers->viewsMade, 60);
@@ -126,14 +122,18 @@ namespace {
 
     TEST(TableView, TheSelectionGoesWithItsRows)
     {
-        NumberedTable list(20);
-        list.table->selectRowIndexes({ 3, 8 }, false);
-        list.table->insertRows({ 4, 2 }, NSTableView::Animation::slideDown);
-        EXPECT_EQ(list.selection(), "3 10 ");
-        list.table->moveRow(3, 12);
-        EXPECT_EQ(list.selection(), "9 12 ");
-        list.table->removeRows({ 0, 9, 11 }, NSTableView::Animation::slideUp);
-        EXPECT_EQ(list.selection(), "9 ");
+        NumberedTable list(6);
+        list.table->selectRowIndexes({ 1, 4 }, false);
+        // Two new rows before the last two, of which the one with the keyboard goes first.
+        list.table->rearrangeRows({ 0, 1, 2, 3, 6, 7 }, 8, NSTableView::Animation::slideDown);
+        EXPECT_EQ(list.selection(), "1 6 ");
+        list.table->rearrangeRows({ 0, 7, 2, 3, 4, 5, 1, 6 }, 8, NSTableView::Animation::gap);
+        EXPECT_EQ(list.selection(), "1 7 ");
+        EXPECT_EQ(list.table->leadRow(), 1);
+        // The keyboard's row goes: the next one came up to its place.
+        list.table->rearrangeRows({ 0, -1, 1, 2, 3, 4, 5, 6 }, 7, NSTableView::Animation::slideUp);
+        EXPECT_EQ(list.selection(), "6 ");
+        EXPECT_EQ(list.table->leadRow(), 1);
         list.numbers->count = 5;
         list.table->reloadData();
         EXPECT_EQ(list.selection(), "");

@@ -110,10 +110,10 @@ namespace {
         EXPECT_EQ(user.table().selectedRowIndexes(), std::set<int> { 1 });
         EXPECT_FALSE(user.table().beginDragging(0));
         user.table().selectAll();
-        user.table().deleteBackward();
+        user.table().userPerforms(NSTableView::Command::remove);
         EXPECT_EQ(user.list(), Strings { "fixedAppPreferences:Quillbox Preferences..." });
         EXPECT_TRUE(user.button("Apply").isEnabled());
-        user.table().deleteBackward();
+        user.table().userPerforms(NSTableView::Command::remove);
         EXPECT_EQ(user.list().size(), 1U);
     }
 
@@ -259,6 +259,14 @@ namespace {
         away.end();
         EXPECT_TRUE(puffs().empty());
         EXPECT_FALSE(user.dropFiles({ "file:///a" }, 0));
+        // What is no row of the list is refused, and there is no puff.
+        for (NSPasteboard refused : { NSPasteboard::ofFiles({ "file:///a" }), NSPasteboard(),
+                                      NSPasteboard::promising(GlobalVars::tentativeMenuItemPasteboardType()) }) {
+            EXPECT_FALSE(trash.performDragOperation({ refused, {} }));
+            trash.draggingEnded();
+        }
+        EXPECT_TRUE(puffs().empty());
+        EXPECT_EQ(user.list().size(), 6U);
 
         ASSERT_EQ(trash.smokeImages().size(), 10U);
         DragTracking drag(rows());

@@ -11,19 +11,38 @@ namespace quillbox {
 
 namespace {
 
-    // Space presses it; Return is left to the window, which has a button of its own for it.
-    template <class Button>
-    class SpaceButton final : public Button {
+    bool isReturn(const QKeyEvent& event)
+    {
+        return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    }
+
+    // Return presses it as Space does.
+    class PushButton final : public QPushButton {
     public:
-        using Button::Button;
+        using QPushButton::QPushButton;
 
     protected:
         void keyPressEvent(QKeyEvent* event) override
         {
-            if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            if (isReturn(*event))
+                click();
+            else
+                QPushButton::keyPressEvent(event);
+        }
+    };
+
+    // Space changes it; Return is the window's, which has a default button for it.
+    class CheckBox final : public QCheckBox {
+    public:
+        using QCheckBox::QCheckBox;
+
+    protected:
+        void keyPressEvent(QKeyEvent* event) override
+        {
+            if (isReturn(*event))
                 event->ignore();
             else
-                Button::keyPressEvent(event);
+                QCheckBox::keyPressEvent(event);
         }
     };
 
@@ -41,13 +60,13 @@ QWidget* ButtonPresenter::makeWidget(const std::shared_ptr<NSButton>& button, QW
     QAbstractButton* widget = nullptr;
     switch (kindOf(*button)) {
     case Kind::push: {
-        auto* push = new SpaceButton<QPushButton>(&parent);
+        auto* push = new PushButton(&parent);
         push->setAutoDefault(false);
         widget = push;
         break;
     }
     case Kind::checkbox:
-        widget = new SpaceButton<QCheckBox>(&parent);
+        widget = new CheckBox(&parent);
         break;
     case Kind::picture:
         widget = new ImageButton(&parent);

@@ -42,9 +42,8 @@ void ImageButton::paintEvent(QPaintEvent*)
 
 void ImageButton::keyPressEvent(QKeyEvent* event)
 {
-    // Return is the window's.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        event->ignore();
+        click();
     else
         QAbstractButton::keyPressEvent(event);
 }

@@ -24,7 +24,7 @@ namespace {
             bar->setUsesScrollButtons(true);
             connect(bar, &QTabBar::currentChanged, this, [this](int at) {
                 if (const auto shown = view_.lock(); shown && at >= 0)
-                    shown->selectTabViewItem(at);
+                    shown->userSelectsTabViewItem(at);
                 update();
             });
         }

@@ -28,32 +28,69 @@ namespace {
         return state;
     }
 
-    // Selects the row alone, as a click would.
+    // Selects the row alone, as a click would, or does with it what else can be done by a key.
     class RowActions : public QAccessibleActionInterface {
     public:
-        QStringList actionNames() const override { return { pressAction() }; }
-        QStringList keyBindingsForAction(const QString&) const override { return {}; }
-
-    protected:
-        static void press(const TableViewWidget& widget, int row)
+        QStringList actionNames() const override
         {
-            if (const auto table = widget.table())
-                table->selectRowIndexes({ row }, false);
+            QStringList names { pressAction() };
+            const auto table = tableOfRow().table();
+            for (const auto command : NSTableView::kCommands) {
+                if (table && table->canPerform(command, row()))
+                    names.append(QString::fromUtf8(NSTableView::titleOf(command)));
+            }
+            return names;
         }
+        QString localizedActionName(const QString& name) const override
+        {
+            return name == pressAction() ? QAccessibleActionInterface::localizedActionName(name) : name;
+        }
+        QString localizedActionDescription(const QString& name) const override
+        {
+            return name == pressAction() ? QAccessibleActionInterface::localizedActionDescription(name) : name;
+        }
+        QStringList keyBindingsForAction(const QString&) const override { return {}; }
+        void doAction(const QString& name) override
+        {
+            const auto table = tableOfRow().table();
+            if (!table)
+                return;
+            if (name == pressAction())
+                table->userSelects(row());
+            for (const auto command : NSTableView::kCommands) {
+                if (name == QString::fromUtf8(NSTableView::titleOf(command)))
+                    table->userPerforms(command, row());
+            }
+        }
+
+        virtual int row() const = 0;
+        virtual const TableViewWidget& tableOfRow() const = 0;
     };
 
     class RowInSight final : public QAccessibleWidget, public RowActions {
     public:
         explicit RowInSight(QWidget& row) : QAccessibleWidget(&row, QAccessible::ListItem) { }
 
-        int row() const { return table().rowOf(widget()); }
+        int row() const override { return tableOfRow().rowOf(widget()); }
+        const TableViewWidget& tableOfRow() const override
+        {
+            return *static_cast<const TableViewWidget*>(widget()->parentWidget());
+        }
         QString text(QAccessible::Text kind) const override
         {
-            return kind == QAccessible::Name ? nameOf(table(), row()) : QAccessibleWidget::text(kind);
+            return kind == QAccessible::Name ? nameOf(tableOfRow(), row()) : QAccessibleWidget::text(kind);
         }
-        QAccessible::State state() const override { return stateOf(table(), row()); }
-        void doAction(const QString&) override { press(table(), row()); }
+        QAccessible::State state() const override { return stateOf(tableOfRow(), row()); }
+        void doAction(const QString& name) override { RowActions::doAction(name); }
         QStringList actionNames() const override { return RowActions::actionNames(); }
+        QString localizedActionName(const QString& name) const override
+        {
+            return RowActions::localizedActionName(name);
+        }
+        QString localizedActionDescription(const QString& name) const override
+        {
+            return RowActions::localizedActionDescription(name);
+        }
         QStringList keyBindingsForAction(const QString& name) const override
         {
             return RowActions::keyBindingsForAction(name);
@@ -63,16 +100,14 @@ namespace {
             return type == QAccessible::ActionInterface ? static_cast<RowActions*>(this)
                                                         : QAccessibleWidget::interface_cast(type);
         }
-
-    private:
-        TableViewWidget& table() const { return *static_cast<TableViewWidget*>(widget()->parentWidget()); }
     };
 
     class RowOutOfSight final : public QAccessibleInterface, public RowActions {
     public:
         RowOutOfSight(TableViewWidget& table, int row) : table_(table), row_(row) { }
 
-        int row() const { return row_; }
+        int row() const override { return row_; }
+        const TableViewWidget& tableOfRow() const override { return table_; }
         bool isValid() const override { return !state().invalid; }
         // No object of the toolkit.
         QObject* object() const override { return nullptr; }
@@ -90,7 +125,6 @@ namespace {
             return kind == QAccessible::Name ? nameOf(table_, row_) : QString();
         }
         QAccessible::State state() const override { return stateOf(table_, row_); }
-        void doAction(const QString&) override { press(table_, row_); }
         void* interface_cast(QAccessible::InterfaceType type) override
         {
             return type == QAccessible::ActionInterface ? static_cast<RowActions*>(this) : nullptr;
@@ -161,6 +195,14 @@ QAccessible::State TableViewAccessible::state() const
     return state;
 }
 
+QString TableViewAccessible::text(QAccessible::Text kind) const
+{
+    const auto shown = table().table();
+    if (kind == QAccessible::Description && shown && !shown->announcement().empty())
+        return QString::fromStdString(shown->announcement());
+    return QAccessibleWidget::text(kind);
+}
+
 QAccessibleInterface* makeRowAccessible(QWidget& row)
 {
     return new RowInSight(row);
@@ -173,6 +215,18 @@ void tellRowFocus(TableViewWidget& widget, int row)
     if (!focused)
         return;
     QAccessibleEvent event(focused, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
+void tellAnnouncement(TableViewWidget& widget, const std::string& text)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    QAccessibleAnnouncementEvent event(&widget, QString::fromStdString(text));
+#else
+    // Screen readers read out the new description of what has the keyboard.
+    static_cast<void>(text);
+    QAccessibleEvent event(&widget, QAccessible::DescriptionChanged);
+#endif
     QAccessible::updateAccessibility(&event);
 }
 

@@ -5,6 +5,7 @@
 #include <QAccessibleWidget>
 
 #include <map>
+#include <string>
 
 namespace quillbox {
 
@@ -21,6 +22,8 @@ public:
     QAccessibleInterface* childAt(int x, int y) const override;
     QAccessibleInterface* focusChild() const override;
     QAccessible::State state() const override;
+    // The last thing that was done with the rows counts as the description.
+    QString text(QAccessible::Text kind) const override;
 
 private:
     TableViewWidget& table() const { return *static_cast<TableViewWidget*>(widget()); }
@@ -31,6 +34,8 @@ private:
 // Of a row's widget.
 QAccessibleInterface* makeRowAccessible(QWidget& row);
 
+// Something was done with the rows that the person may not see.
+void tellAnnouncement(TableViewWidget& widget, const std::string& text);
 // The keyboard has moved to that row.
 void tellRowFocus(TableViewWidget& widget, int row);
 

@@ -1,5 +1,6 @@
 #include "TableViewPresenter.h"
 
+#include "Animations.h"
 #include "TableViewAccessible.h"
 #include "TableViewWidget.h"
 
@@ -18,12 +19,19 @@ namespace {
 } // namespace
 
 TableViewPresenter::TableViewPresenter(const std::shared_ptr<NSTableView>& table, QWidget& parent)
-    : ViewPresenter(table, new TableViewWidget(table, &parent))
+    : ViewPresenter(table, new TableViewWidget(table, &parent)),
+      slide_(*widget()),
+      shownSlides_(table->slideCount())
 {
+    // The desktop's answer is there by the time that something moves.
+    static_cast<void>(animationDuration(*widget()));
 }
 
-void TableViewPresenter::showContent(NSView&)
+void TableViewPresenter::showContent(NSView& view)
 {
+    const auto& table = dynamic_cast<const NSTableView&>(view);
+    if (std::exchange(shownSlides_, table.slideCount()) != table.slideCount())
+        slide_.rowsWillChange(below());
     widget()->update();
 }
 
@@ -43,8 +51,11 @@ void TableViewPresenter::subviewsShown(NSView& view)
     }
     auto* tableWidget = static_cast<TableViewWidget*>(widget());
     tableWidget->setRowWidgets(std::move(widgets));
+    slide_.rowsShown(table, below());
     if (const int row = std::exchange(toldRow_, table.leadRow()); row != table.leadRow() && tableWidget->hasFocus())
         tellRowFocus(*tableWidget, table.leadRow());
+    if (std::exchange(toldAnnouncements_, table.announcementCount()) != table.announcementCount())
+        tellAnnouncement(*tableWidget, table.announcement());
 }
 
 } // namespace quillbox

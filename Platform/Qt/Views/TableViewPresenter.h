@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NSTableView.h"
+#include "RowSlide.h"
 #include "ViewPresenter.h"
 
 namespace quillbox {
@@ -16,7 +17,10 @@ protected:
     void subviewsShown(NSView& view) override;
 
 private:
+    RowSlide slide_;
+    unsigned shownSlides_ = 0;
     int toldRow_ = -1;
+    unsigned toldAnnouncements_ = 0;
 };
 
 } // namespace quillbox

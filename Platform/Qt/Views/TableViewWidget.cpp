@@ -1,7 +1,9 @@
 #include "TableViewWidget.h"
 
 #include "Appearance.h"
+#include "DragPicture.h"
 #include "NSScrollView.h"
+#include "OfferedFiles.h"
 #include "RowDrag.h"
 
 #include <QApplication>
@@ -22,8 +24,6 @@ namespace {
     // Logical pixels.
     constexpr double kDropLine = 2;
     constexpr double kDropRing = 3;
-    constexpr int kMostRowsInPicture = 12;
-    constexpr double kPictureOpacity = 0.65;
     constexpr int kPictureGap = 14;
 
     std::optional<NSTableView::Key> movingKey(int key)
@@ -41,6 +41,31 @@ namespace {
             return NSTableView::Key::home;
         case Qt::Key_End:
             return NSTableView::Key::end;
+        default:
+            return std::nullopt;
+        }
+    }
+
+    std::optional<NSTableView::Command> commandOf(const QKeyEvent& event)
+    {
+        const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+        if (modifiers == Qt::AltModifier && event.key() == Qt::Key_Up)
+            return NSTableView::Command::moveUp;
+        if (modifiers == Qt::AltModifier && event.key() == Qt::Key_Down)
+            return NSTableView::Command::moveDown;
+        if (modifiers != Qt::NoModifier)
+            return std::nullopt;
+        switch (event.key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Insert:
+            return NSTableView::Command::add;
+        case Qt::Key_Space:
+        case Qt::Key_F2:
+            return NSTableView::Command::settings;
+        case Qt::Key_Delete:
+        case Qt::Key_Backspace:
+            return NSTableView::Command::remove;
         default:
             return std::nullopt;
         }
@@ -99,25 +124,27 @@ void TableViewWidget::paintEvent(QPaintEvent* event)
 void TableViewWidget::paintRows(QPainter& painter, const NSTableView& shown, const QRect& damaged)
 {
     const auto& selection = shown.selectedRowIndexes();
-    const int first = static_cast<int>(damaged.top() / shown.rowHeight());
-    const int last = std::min(shown.numberOfRows() - 1, static_cast<int>(damaged.bottom() / shown.rowHeight()));
-    for (int row = first; row <= last; ++row) {
-        const bool isSelected = selection.contains(row);
-        const bool isAlternate = shown.usesAlternatingRowBackgroundColors() && row % 2 == 1;
-        if (!isSelected && !isAlternate)
+    for (const auto& [row, widget] : rowWidgets_) {
+        if (!selection.contains(row) || !seenRect(shown, row).intersects(damaged))
             continue;
         QStyleOptionViewItem option;
         option.initFrom(this);
-        option.rect = shownRect(shown.rectOfRow(row));
+        option.rect = seenRect(shown, row);
         option.showDecorationSelected = true;
         option.viewItemPosition = QStyleOptionViewItem::OnlyOne;
-        option.state.setFlag(QStyle::State_Selected, isSelected);
+        option.state.setFlag(QStyle::State_Selected, true);
         option.state.setFlag(QStyle::State_HasFocus, false);
         option.state.setFlag(QStyle::State_MouseOver, false);
-        option.features.setFlag(QStyleOptionViewItem::Alternate, isAlternate);
-        style()->drawPrimitive(isSelected ? QStyle::PE_PanelItemViewItem : QStyle::PE_PanelItemViewRow, &option,
-                               &painter, this);
+        style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, &painter, this);
     }
+}
+
+QRect TableViewWidget::seenRect(const NSTableView& shown, int row) const
+{
+    QRect rect = shownRect(shown.rectOfRow(row));
+    if (const QWidget* widget = rowWidget(row))
+        rect.moveTop(widget->y());
+    return rect;
 }
 
 void TableViewWidget::paintFocus(QPainter& painter, const NSTableView& shown)
@@ -132,7 +159,7 @@ void TableViewWidget::paintFocus(QPainter& painter, const NSTableView& shown)
     }
     QStyleOptionFocusRect option;
     option.initFrom(this);
-    option.rect = shownRect(shown.rectOfRow(row));
+    option.rect = seenRect(shown, row);
     option.state |= QStyle::State_KeyboardFocusChange | QStyle::State_Item;
     option.backgroundColor =
         palette().color(shown.selectedRowIndexes().contains(row) ? QPalette::Highlight : QPalette::Base);
@@ -217,33 +244,11 @@ void TableViewWidget::beginDrag(int row)
     }();
     if (!pasteboard)
         return;
-    const auto& rows = shown->draggedRows();
-    const auto rowsAbove =
-        std::min<std::ptrdiff_t>(std::find(rows.begin(), rows.end(), row) - rows.begin(), kMostRowsInPicture - 1);
+    const DragPicture picture(*this, *shown, row);
     const int inRow = mapFromGlobal(pressedAt_).y() - shownRect(shown->rectOfRow(row)).top();
     // Right of the pointer, where it leaves the drop line to be seen.
-    RowDrag::run(std::move(*pasteboard), shown->draggingSourceOperationMaskOutside(), dragPicture(*shown),
-                 QPoint(-kPictureGap, inRow + static_cast<int>(rowsAbove) * static_cast<int>(shown->rowHeight())));
-}
-
-QPixmap TableViewWidget::dragPicture(const NSTableView& shown) const
-{
-    const int rowHeight = static_cast<int>(shown.rowHeight());
-    const int count = std::min(static_cast<int>(shown.draggedRows().size()), kMostRowsInPicture);
-    QPixmap picture(QSize(width(), count * rowHeight) * devicePixelRatioF());
-    picture.setDevicePixelRatio(devicePixelRatioF());
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setOpacity(kPictureOpacity);
-    for (int place = 0; place < count; ++place) {
-        const int row = shown.draggedRows()[static_cast<std::size_t>(place)];
-        const QRect rect(0, place * rowHeight, width(), rowHeight);
-        const bool isSelected = shown.selectedRowIndexes().contains(row);
-        painter.fillRect(rect, palette().color(isSelected ? QPalette::Highlight : QPalette::Base));
-        if (QWidget* widget = rowWidget(row))
-            widget->render(&painter, rect.topLeft(), QRegion(), QWidget::DrawChildren);
-    }
-    return picture;
+    RowDrag::run(std::move(*pasteboard), shown->draggingSourceOperationMaskOutside(), picture.pixmap(),
+                 QPoint(-kPictureGap, picture.topOfPressedRow() + inRow));
 }
 
 // Keys
@@ -253,12 +258,16 @@ void TableViewWidget::keyPressEvent(QKeyEvent* event)
     const auto shown = table();
     const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
     const auto key = isPlain ? movingKey(event->key()) : std::nullopt;
-    if (shown && key) {
+    if (!shown) {
+        event->ignore();
+    } else if (const auto command = commandOf(*event)) {
+        event->setAccepted(shown->userPerforms(*command));
+    } else if (key) {
         shown->keyDown(*key, event->modifiers() & Qt::ShiftModifier);
-    } else if (shown && event->matches(QKeySequence::SelectAll)) {
+    } else if (event->matches(QKeySequence::SelectAll)) {
         shown->selectAll();
-    } else if (shown && isPlain && (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace)) {
-        shown->deleteBackward();
+    } else if (event->matches(QKeySequence::Paste)) {
+        shown->paste(NSPasteboard::ofFiles(copiedFiles(window()->winId())));
     } else {
         event->ignore();
     }

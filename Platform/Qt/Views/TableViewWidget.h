@@ -37,8 +37,9 @@ private:
     void repaintFor(QFocusEvent* event);
     void press(const QMouseEvent& event);
     void beginDrag(int row);
-    QPixmap dragPicture(const NSTableView& table) const;
     void paintRows(QPainter& painter, const NSTableView& table, const QRect& damaged);
+    // Where the row is, which may be on its way to its place.
+    QRect seenRect(const NSTableView& table, int row) const;
     void paintFocus(QPainter& painter, const NSTableView& table);
     void paintDropLine(QPainter& painter, const NSTableView& table, int row) const;
 

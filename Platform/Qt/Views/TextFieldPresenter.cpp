@@ -64,9 +64,11 @@ namespace {
     QWidget* makeEditable(const std::shared_ptr<NSTextField>& field, QWidget& parent)
     {
         auto* line = new QLineEdit(&parent);
-        QObject::connect(line, &QLineEdit::textEdited, line,
+        // Also what an assistive technology or an on-screen keyboard puts there, which counts as no edit to the widget.
+        QObject::connect(line, &QLineEdit::textChanged, line,
                          [shown = std::weak_ptr<NSTextField>(field)](const QString& text) {
-                             if (const auto known = shown.lock())
+                             const auto known = shown.lock();
+                             if (known && known->stringValue() != text.toStdString())
                                  known->userEdits(text.toStdString());
                          });
         return line;

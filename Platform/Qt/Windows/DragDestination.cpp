@@ -1,9 +1,11 @@
 #include "DragDestination.h"
 
 #include "NSWindow.h"
+#include "OfferedFiles.h"
 #include "RowDrag.h"
 
 #include <QDropEvent>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -17,24 +19,12 @@ namespace {
     constexpr double kLargestStep = 12;
     constexpr std::chrono::milliseconds kScrollInterval(25);
 
-    // As the bytes came, so that a path keeps them.
-    std::vector<std::string> urlTexts(const QMimeData& data)
+    // What the drag may be told that is dropped: it stays where it is, whatever happens to it here.
+    Qt::DropAction harmlessAction(Qt::DropActions offered)
     {
-        std::vector<std::string> texts;
-        for (const QByteArray& line : data.data(QStringLiteral("text/uri-list")).split('\n')) {
-            const QByteArray text = line.trimmed();
-            if (!text.isEmpty() && !text.startsWith('#'))
-                texts.push_back(text.toStdString());
-        }
-        return texts;
-    }
-
-    // Whatever the drop does here, to where the drag comes from it is no more than a copy.
-    Qt::DropAction dropAction(NSDragOperation operation, Qt::DropActions offered)
-    {
-        if (operation == NSDragOperation::none)
-            return Qt::IgnoreAction;
-        return offered & Qt::CopyAction || !(offered & Qt::LinkAction) ? Qt::CopyAction : Qt::LinkAction;
+        if (offered & Qt::CopyAction)
+            return Qt::CopyAction;
+        return offered & Qt::LinkAction ? Qt::LinkAction : Qt::IgnoreAction;
     }
 
     NSPoint pointOf(const QDropEvent& event)
@@ -44,20 +34,53 @@ namespace {
 
 } // namespace
 
-void DragDestination::move(QDragMoveEvent& event)
+void DragDestination::enter(QDragMoveEvent& event)
+{
+    // The one before may have ended without a word.
+    if (tracking_)
+        finish();
+    move(event);
+}
+
+void DragDestination::track(const QDropEvent& event)
 {
     const auto* own = dynamic_cast<const RowDrag*>(event.mimeData());
+    // Texts that are dragged out of our own windows are no files.
+    const bool hasFiles = !own && !event.source() && offersFiles(*event.mimeData());
+    if (tracking_ && (own ? tracking_ == own->tracking() : !isOwn_ && hasFiles == hasFiles_))
+        return;
+    if (tracking_)
+        finish();
+    isOwn_ = own != nullptr;
+    ownDrag_ = own;
+    hasFiles_ = hasFiles;
     if (own)
         tracking_ = own->tracking();
-    else if (!tracking_ || isOwn_)
-        tracking_ = std::make_shared<DragTracking>(NSPasteboard::ofFiles(urlTexts(*event.mimeData())));
-    isOwn_ = own != nullptr;
-    const NSDragOperation operation = moveTo(pointOf(event));
-    if (own)
-        own->showOperation(operation);
-    const Qt::DropAction action = dropAction(operation, event.possibleActions());
+    else
+        tracking_ = std::make_shared<DragTracking>(hasFiles ? NSPasteboard::promising(NSPasteboardTypeFileURL)
+                                                            : NSPasteboard());
+}
+
+void DragDestination::move(QDragMoveEvent& event)
+{
+    track(event);
+    const Qt::DropAction action = answer(event, pointOf(event));
     event.setDropAction(action);
     event.setAccepted(action != Qt::IgnoreAction);
+}
+
+Qt::DropAction DragDestination::answer(QDropEvent& event, NSPoint point)
+{
+    const Qt::DropAction action = harmlessAction(event.possibleActions());
+    if (action == Qt::IgnoreAction) {
+        tracking_->move(nullptr, {});
+        return action;
+    }
+    const NSDragOperation operation = moveTo(point);
+    if (ownDrag_)
+        ownDrag_->showOperation(operation);
+    // What scrolls under a pointer that rests may come to take the drop, and nobody asks again until the pointer moves.
+    return operation == NSDragOperation::none && !timer_ ? Qt::IgnoreAction : action;
 }
 
 NSDragOperation DragDestination::moveTo(NSPoint point)
@@ -106,31 +129,42 @@ void DragDestination::scrollStep(double step)
     clip->scroll(clip->bounds().minY() + step);
     window->layoutIfNeeded();
     // Other rows have come under the pointer.
-    moveTo(point_);
+    const NSDragOperation operation = moveTo(point_);
+    if (ownDrag_)
+        ownDrag_->showOperation(operation);
 }
 
 void DragDestination::leave()
 {
-    if (!tracking_)
-        return;
-    tracking_->move(nullptr, {});
-    finish();
+    if (tracking_)
+        finish();
+}
+
+void DragDestination::pointerCame()
+{
+    if (tracking_ && !isOwn_)
+        finish();
 }
 
 void DragDestination::drop(QDropEvent& event)
 {
-    if (!tracking_)
-        return;
-    const Qt::DropAction action = dropAction(moveTo(pointOf(event)), event.possibleActions());
+    track(event);
+    const Qt::DropAction action = answer(event, pointOf(event));
     timer_.reset();
     event.setDropAction(action);
-    event.setAccepted(tracking_->drop());
+    event.ignore();
+    // Asked of the program that drops now, whoever promised what before.
+    if (!isOwn_ && hasFiles_ && action != Qt::IgnoreAction)
+        tracking_->setPasteboard(NSPasteboard::ofFiles(droppedFiles(*event.mimeData(), widget_.winId())));
+    if (tracking_->drop())
+        event.accept();
     finish();
 }
 
 void DragDestination::finish()
 {
     timer_.reset();
+    tracking_->move(nullptr, {});
     // A drag of our own ends when its source is done with it.
     if (!isOwn_)
         tracking_->end();

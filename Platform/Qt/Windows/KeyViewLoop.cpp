@@ -7,22 +7,21 @@
 
 namespace quillbox {
 
-namespace {
-
-    // Those whose top is above the first one's middle are on one line with it.
-    void sortAsRead(std::vector<QWidget*>& widgets)
-    {
-        std::sort(widgets.begin(), widgets.end(),
-                  [](const QWidget* one, const QWidget* other) { return one->y() < other->y(); });
-        for (auto line = widgets.begin(); line != widgets.end();) {
-            const int middle = (*line)->geometry().center().y();
-            const auto next =
-                std::find_if(line, widgets.end(), [middle](const QWidget* widget) { return widget->y() > middle; });
-            std::stable_sort(line, next,
-                             [](const QWidget* one, const QWidget* other) { return one->x() < other->x(); });
-            line = next;
-        }
+void sortAsRead(std::vector<QWidget*>& widgets)
+{
+    std::sort(widgets.begin(), widgets.end(),
+              [](const QWidget* one, const QWidget* other) { return one->y() < other->y(); });
+    for (auto line = widgets.begin(); line != widgets.end();) {
+        // Those whose top is above the first one's middle are on one line with it.
+        const int middle = (*line)->geometry().center().y();
+        const auto next =
+            std::find_if(line, widgets.end(), [middle](const QWidget* widget) { return widget->y() > middle; });
+        std::stable_sort(line, next, [](const QWidget* one, const QWidget* other) { return one->x() < other->x(); });
+        line = next;
     }
+}
+
+namespace {
 
     void collect(const QWidget& around, std::vector<QWidget*>& found)
     {

@@ -5,11 +5,16 @@
 
 namespace quillbox {
 
+namespace {
+    constexpr const char* kIsSheet = "quillboxIsSheet";
+} // namespace
+
 SheetShield::SheetShield(QWidget& window, QWidget& sheet)
     : QWidget(&window),
       sheet_(&sheet),
       hadFocus_(window.focusWidget())
 {
+    sheet.setProperty(kIsSheet, true);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::ArrowCursor);
     setGeometry(window.rect());
@@ -23,6 +28,11 @@ SheetShield::~SheetShield()
 {
     if (hadFocus_ && hadFocus_->isVisible())
         hadFocus_->setFocus(Qt::OtherFocusReason);
+}
+
+bool SheetShield::isSheet(const QWidget& widget)
+{
+    return widget.property(kIsSheet).toBool();
 }
 
 void SheetShield::bringSheetForward()

@@ -13,6 +13,9 @@ public:
     SheetShield(QWidget& window, QWidget& sheet);
     ~SheetShield() override;
 
+    // Whether the widget is the sheet of some window. Assistive technologies are told that it is modal.
+    static bool isSheet(const QWidget& widget);
+
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* window, QEvent* event) override;

@@ -1,13 +1,20 @@
 #include "WindowAccessible.h"
 
 #include "ImageViewPresenter.h"
+#include "KeyViewLoop.h"
+#include "LayerOverlay.h"
 #include "ScrollViewPresenter.h"
+#include "SheetShield.h"
 #include "TableViewAccessible.h"
 #include "TableViewWidget.h"
 #include "TextLabel.h"
 #include "WindowPresenter.h"
 
+#include <QAbstractItemView>
 #include <QAccessibleWidget>
+#include <QComboBox>
+
+#include <algorithm>
 
 namespace quillbox {
 
@@ -20,7 +27,88 @@ namespace {
         QString text(QAccessible::Text kind) const override
         {
             const auto* label = static_cast<const TextLabel*>(widget());
-            return kind == QAccessible::Name ? label->text() : QAccessibleWidget::text(kind);
+            return kind == QAccessible::Name && label->accessibleName().isEmpty() ? label->text()
+                                                                                  : QAccessibleWidget::text(kind);
+        }
+    };
+
+    // The toolkit's own says the chosen value in place of the name.
+    class PopUpAccessible final : public QAccessibleWidget {
+    public:
+        explicit PopUpAccessible(QComboBox& box) : QAccessibleWidget(&box, QAccessible::ComboBox) { }
+
+        int childCount() const override { return 1; }
+        QAccessibleInterface* child(int index) const override
+        {
+            return index == 0 ? QAccessible::queryAccessibleInterface(box().view()) : nullptr;
+        }
+        int indexOfChild(const QAccessibleInterface* child) const override
+        {
+            return child && child->object() == box().view() ? 0 : -1;
+        }
+        QString text(QAccessible::Text kind) const override
+        {
+            return kind == QAccessible::Value ? box().currentText() : QAccessibleWidget::text(kind);
+        }
+        QAccessible::State state() const override
+        {
+            QAccessible::State state = QAccessibleWidget::state();
+            state.expandable = state.hasPopup = true;
+            state.expanded = box().view()->isVisible();
+            state.collapsed = !state.expanded;
+            return state;
+        }
+        QStringList actionNames() const override { return { showMenuAction(), pressAction() }; }
+        void doAction(const QString&) override
+        {
+            if (box().view()->isVisible())
+                box().hidePopup();
+            else
+                box().showPopup();
+        }
+
+    private:
+        QComboBox& box() const { return *static_cast<QComboBox*>(widget()); }
+    };
+
+    // A window, a sheet, or an area of one: what is in it comes as people read, not as it was made.
+    class AreaAccessible final : public QAccessibleWidget {
+    public:
+        using QAccessibleWidget::QAccessibleWidget;
+
+        int childCount() const override { return static_cast<int>(inside().size()); }
+        QAccessibleInterface* child(int index) const override
+        {
+            const std::vector<QWidget*> widgets = inside();
+            return index >= 0 && index < static_cast<int>(widgets.size())
+                ? QAccessible::queryAccessibleInterface(widgets[static_cast<std::size_t>(index)])
+                : nullptr;
+        }
+        int indexOfChild(const QAccessibleInterface* child) const override
+        {
+            const std::vector<QWidget*> widgets = inside();
+            const auto found = std::find(widgets.begin(), widgets.end(), child ? child->object() : nullptr);
+            return found == widgets.end() ? -1 : static_cast<int>(found - widgets.begin());
+        }
+        QAccessible::State state() const override
+        {
+            QAccessible::State state = QAccessibleWidget::state();
+            state.modal = SheetShield::isSheet(*widget());
+            return state;
+        }
+
+    private:
+        std::vector<QWidget*> inside() const
+        {
+            std::vector<QWidget*> widgets;
+            for (QObject* child : widget()->children()) {
+                auto* inside = qobject_cast<QWidget*>(child);
+                if (inside && !inside->isWindow() && !inside->isHidden() && !dynamic_cast<SheetShield*>(inside)
+                    && !dynamic_cast<LayerOverlay*>(inside))
+                    widgets.push_back(inside);
+            }
+            sortAsRead(widgets);
+            return widgets;
         }
     };
 
@@ -39,7 +127,16 @@ namespace {
         if (auto* image = dynamic_cast<ImageWidget*>(object))
             return new QAccessibleWidget(image, QAccessible::Graphic);
         if (auto* window = dynamic_cast<WindowPresenter*>(object))
-            return new QAccessibleWidget(window, window->parentWidget() ? QAccessible::Dialog : QAccessible::Window);
+            return new AreaAccessible(window, window->parentWidget() ? QAccessible::Dialog : QAccessible::Window);
+        if (widget && widget->isWindow() && SheetShield::isSheet(*widget))
+            return new AreaAccessible(widget, QAccessible::Dialog);
+        if (!widget || !dynamic_cast<WindowPresenter*>(widget->window()))
+            return nullptr;
+        if (auto* box = qobject_cast<QComboBox*>(widget))
+            return new PopUpAccessible(*box);
+        // What shows a view that is no control.
+        if (widget->metaObject() == &QWidget::staticMetaObject && !dynamic_cast<SheetShield*>(widget))
+            return new AreaAccessible(widget, QAccessible::Grouping);
         return nullptr;
     }
 

@@ -5,6 +5,7 @@
 #include "KeyViewLoop.h"
 #include "NSApplication.h"
 #include "NSButton.h"
+#include "NSTabView.h"
 #include "SheetShield.h"
 #include "ViewKinds.h"
 
@@ -13,6 +14,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <string>
@@ -64,6 +66,33 @@ namespace {
         return nullptr;
     }
 
+    std::shared_ptr<NSTabView> tabsOf(const std::shared_ptr<NSView>& view)
+    {
+        if (auto tabs = std::dynamic_pointer_cast<NSTabView>(view))
+            return tabs;
+        for (const auto& subview : view->subviews()) {
+            if (auto tabs = tabsOf(subview))
+                return tabs;
+        }
+        return nullptr;
+    }
+
+    // What keys do to the window as a whole; false for other keys.
+    bool performsCommand(NSWindow& window, const QKeyEvent& event)
+    {
+        const bool isTab = event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+        const auto tabs = isTab && event.modifiers() & Qt::ControlModifier ? tabsOf(window.contentView()) : nullptr;
+        if (tabs)
+            tabs->userSelectsTabViewItem(tabs->indexOfSelectedItem() + (event.key() == Qt::Key_Tab ? 1 : -1));
+        else if (event.matches(QKeySequence::Undo) && !window.attachedSheet())
+            window.undoManager().undo();
+        else if (event.matches(QKeySequence::Redo) && !window.attachedSheet())
+            window.undoManager().redo();
+        else
+            return false;
+        return true;
+    }
+
     void setAllNeedLayout(NSView& view)
     {
         view.setNeedsLayout();
@@ -78,7 +107,7 @@ WindowPresenter::WindowPresenter(NSWindow& window, WindowPresenter* parent, std:
       window_(window.weak_from_this()),
       lookChanged_(std::move(lookChanged)),
       content_(makeViewPresenter(window.contentView(), *this)),
-      dragDestination_(window.weak_from_this())
+      dragDestination_(window.weak_from_this(), *this)
 {
     setAcceptDrops(true);
     setFont(ordinaryFont());
@@ -97,6 +126,7 @@ void WindowPresenter::holdFor(WindowPresenter& sheet)
 void WindowPresenter::sheetEnded()
 {
     delete shield_.data();
+    setNeedsDisplay();
 }
 
 void WindowPresenter::retire()
@@ -142,23 +172,11 @@ void WindowPresenter::display()
     showFrame(*window);
     content_->widget()->setGeometry(shownRect(window->contentView()->frame()));
     const QPointer<QWidget> focused = focusWidget();
-    const QPoint middle = focused ? focused->mapTo(this, focused->rect().center()) : QPoint();
-    const std::optional<int> tag = focusedTag_;
+    isShowing_ = true;
     content_->sync(makeViewPresenter);
-    if (focused && !focused->isVisibleTo(this))
-        giveFocusTo(middle, tag);
+    isShowing_ = false;
     content_->widget()->show();
-    showFirstResponder(*window);
-}
-
-void WindowPresenter::giveFocusTo(QPoint middle, std::optional<int> tag)
-{
-    // A row that was asked for anew has another button for the same thing in the same place.
-    QWidget* there = childAt(middle);
-    ViewPresenter* presenter = there ? content_->find(there) : nullptr;
-    const auto control = presenter ? std::dynamic_pointer_cast<NSControl>(presenter->view()) : nullptr;
-    if (control && control->tag() == tag && there->focusPolicy() & Qt::TabFocus)
-        there->setFocus(Qt::OtherFocusReason);
+    showFirstResponder(*window, focusWidget() != focused);
 }
 
 void WindowPresenter::showFrame(const NSWindow& window)
@@ -179,9 +197,10 @@ void WindowPresenter::showFrame(const NSWindow& window)
     }
 }
 
-void WindowPresenter::showFirstResponder(NSWindow& window)
+void WindowPresenter::showFirstResponder(NSWindow& window, bool isLost)
 {
-    if (shownFirstResponder_ == window.firstResponderCount())
+    // Under a sheet the keyboard waits until the sheet has ended.
+    if (shield_ || (!isLost && shownFirstResponder_ == window.firstResponderCount()))
         return;
     shownFirstResponder_ = window.firstResponderCount();
     const auto responder = window.firstResponder();
@@ -203,6 +222,7 @@ void WindowPresenter::orderFront()
         if (!focusWidget())
             focusFirst();
         show();
+        windowHandle()->installEventFilter(this);
     }
     if (isMinimized())
         showNormal();
@@ -299,7 +319,7 @@ void WindowPresenter::keyPressEvent(QKeyEvent* event)
     const auto button = window && isPlain && key ? buttonOf(window->contentView(), key) : nullptr;
     if (button)
         button->performClick();
-    else
+    else if (!window || !performsCommand(*window, *event))
         event->ignore();
 }
 
@@ -317,19 +337,26 @@ void WindowPresenter::focusChanged(QWidget* now)
     // The toolkit tells of a window that gets or loses the keyboard outside of the events it delivers.
     const NSApplication::EventScope event;
     const auto window = window_.lock();
-    if (!window || !now || now->window() != this)
+    if (isShowing_ || !window || !now || now->window() != this)
         return;
     ViewPresenter* presenter = content_->find(now);
     if (!presenter)
         return;
-    const auto control = std::dynamic_pointer_cast<NSControl>(presenter->view());
-    focusedTag_ = control ? std::optional(control->tag()) : std::nullopt;
-    window->userFocuses(presenter->view());
+    // The widget may be about to go, its view gone before it.
+    if (const auto view = presenter->view(); view && view->window() == window)
+        window->userFocuses(view);
+}
+
+bool WindowPresenter::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonPress)
+        dragDestination_.pointerCame();
+    return QWidget::eventFilter(watched, event);
 }
 
 void WindowPresenter::dragEnterEvent(QDragEnterEvent* event)
 {
-    dragDestination_.move(*event);
+    dragDestination_.enter(*event);
     // Elsewhere on the window may be a view that takes it.
     if (!event->isAccepted()) {
         event->setDropAction(Qt::IgnoreAction);

@@ -9,7 +9,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace quillbox {
 
@@ -38,6 +37,7 @@ public:
     bool event(QEvent* event) override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -50,10 +50,9 @@ protected:
 
 private:
     void display();
-    // To the control with that tag there, if there is one.
-    void giveFocusTo(QPoint middle, std::optional<int> tag);
     void showFrame(const NSWindow& window);
-    void showFirstResponder(NSWindow& window);
+    // The keyboard goes where the model says, if it says so newly or if what had the keyboard is gone.
+    void showFirstResponder(NSWindow& window, bool isLost);
     void focusFirst();
     void placeFirst(const NSWindow& window);
     void focusChanged(QWidget* now);
@@ -67,9 +66,9 @@ private:
     QPointer<SheetShield> shield_;
     bool isDisplayPosted_ = false;
     bool isPlaced_ = false;
+    // While the widgets become what the views are: where the keyboard goes meanwhile is nobody's choice.
+    bool isShowing_ = false;
     unsigned shownFirstResponder_ = 0;
-    // Of the control that has the keyboard; kept here since the control may go away.
-    std::optional<int> focusedTag_;
 };
 
 } // namespace quillbox

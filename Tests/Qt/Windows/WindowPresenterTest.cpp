@@ -1,7 +1,6 @@
 #include "WindowWorld.h"
 
 #include "KeyViewLoop.h"
-#include "RowDrag.h"
 #include "SelectableText.h"
 #include "ShownText.h"
 #include "TableViewWidget.h"
@@ -13,10 +12,11 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QDropEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
+
+#include <map>
 
 using namespace quillbox;
 
@@ -74,15 +74,30 @@ TEST(WindowPresenter, TheCaretGoesToThePlaceInBytes)
     EXPECT_FALSE(line->hasSelectedText());
 }
 
-TEST(WindowPresenter, ReturnAndEscapePressTheirButtonsWhereverTheKeyboardIs)
+TEST(WindowPresenter, ReturnPressesTheFocusedButtonElseTheDefaultOne)
 {
     WindowWorld world;
     for (QWidget* widget : keyWidgets(*world.widget())) {
         widget->setFocus();
         WindowWorld::key(*world.widget(), Qt::Key_Return);
         WindowWorld::key(*world.widget(), Qt::Key_Escape);
-        EXPECT_EQ(world.takeLog(), "Apply, Cancel") << widget->metaObject()->className();
+        const bool isCancel = widget == buttonOf(*world.widget(), "Cancel");
+        EXPECT_EQ(world.takeLog(), isCancel ? "Cancel, Cancel" : "Apply, Cancel") << widget->metaObject()->className();
     }
+}
+
+TEST(WindowPresenter, TextThatIsPutIntoAFieldReachesTheModel)
+{
+    WindowWorld world;
+    QAccessibleInterface* field = QAccessible::queryAccessibleInterface(world.find<QLineEdit>());
+    field->setText(QAccessible::Value, "put there");
+    EXPECT_EQ(world.field->stringValue(), "put there");
+    // Under a sheet it stays as it is, and is shown so.
+    const auto sheet = world.beginSheet();
+    field->setText(QAccessible::Value, "too late");
+    WindowWorld::settle();
+    EXPECT_EQ(world.field->stringValue(), "put there");
+    EXPECT_EQ(world.find<QLineEdit>()->text(), "put there");
 }
 
 TEST(WindowPresenter, TabGoesFromTopToBottom)
@@ -124,83 +139,6 @@ TEST(WindowPresenter, OnlyRowsInSightHaveWidgets)
     }
 }
 
-// A drag as the toolkit tells it to the window: at each of these heights of the table, then let go.
-std::string drag(WindowWorld& world, const QMimeData& data, const std::vector<double>& heights)
-{
-    QWidget* window = world.widget();
-    const QPointF top = world.find<TableViewWidget>()->mapTo(window, QPointF(30, 0));
-    std::string actions;
-    for (std::size_t step = 0; step <= heights.size(); ++step) {
-        const bool isDrop = step == heights.size();
-        const QPointF at = top + QPointF(0, isDrop ? heights.back() : heights[step]);
-        const auto type = isDrop ? QEvent::Drop : step == 0 ? QEvent::DragEnter : QEvent::DragMove;
-        std::unique_ptr<QDropEvent> event;
-        if (isDrop)
-            event = std::make_unique<QDropEvent>(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        else if (step == 0)
-            event =
-                std::make_unique<QDragEnterEvent>(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        else
-            event = std::make_unique<QDragMoveEvent>(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton,
-                                                     Qt::NoModifier, type);
-        QApplication::sendEvent(window, event.get());
-        if (event->dropAction() != Qt::IgnoreAction && event->isAccepted())
-            actions += event->dropAction() == Qt::CopyAction ? "c" : "?";
-        else
-            actions += "-";
-    }
-    WindowWorld::settle();
-    return actions + ": " + world.takeLog();
-}
-
-TEST(WindowPresenter, DragsReachTheTableWithTheRowBelowTheirGap)
-{
-    WindowWorld world;
-    const double row = world.table->rowHeight();
-    world.table->selectRowIndexes({ 1, 3 }, false);
-    RowDrag own(*world.table->beginDragging(3), NSDragOperation::copy);
-    EXPECT_TRUE(RowDrag(own.tracking()->pasteboard(), NSDragOperation::none).formats().isEmpty());
-    std::vector<NSDragOperation> shown;
-    own.setOperationHandler([&](NSDragOperation operation) { shown.push_back(operation); });
-    EXPECT_EQ(own.text(), "row 1\nrow 3");
-    EXPECT_EQ(own.formats(), QStringList { "text/plain" });
-    EXPECT_EQ(drag(world, own, { 0, 2.4 * row, 4.6 * row }), "-ccc: over 0, over 2, over 5, over 5, drop 1 3 above 5");
-    EXPECT_EQ(shown, (std::vector { NSDragOperation::none, NSDragOperation::move, NSDragOperation::move }));
-
-    QMimeData files;
-    files.setData("text/uri-list", "# two\r\nfile:///a%20b\r\nhttp://c/\r\nfile:///%FF\r\n");
-    EXPECT_EQ(drag(world, files, { 2 * row }), "cc: over 2, over 2, drop file:///a%20b file:///%FF above 2");
-
-    // Rows of another program's drag mean nothing.
-    QMimeData others;
-    others.setText("row 1");
-    others.setData("row", "1");
-    EXPECT_EQ(drag(world, others, { 2 * row }), "--: ");
-}
-
-TEST(WindowPresenter, ADragNearTheEdgeScrolls)
-{
-    WindowWorld world(100);
-    QMimeData files;
-    files.setData("text/uri-list", "file:///a");
-    const NSClipView& clip = *world.scrollView->contentView();
-    QWidget* window = world.widget();
-    const QPoint low =
-        world.find<TableViewWidget>()->mapTo(window, QPoint(30, static_cast<int>(clip.bounds().size.height) - 2));
-    QDragEnterEvent enter(low, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window, &enter);
-    for (int step = 0; step < 10; ++step)
-        world.clock.advance(std::chrono::milliseconds(50));
-    EXPECT_GT(clip.bounds().minY(), 2 * world.table->rowHeight());
-    EXPECT_GT(world.table->dropRow().value_or(0), 8);
-    QDragLeaveEvent leave;
-    QApplication::sendEvent(window, &leave);
-    const double stopped = clip.bounds().minY();
-    world.clock.advance(std::chrono::seconds(1));
-    EXPECT_EQ(clip.bounds().minY(), stopped);
-    EXPECT_FALSE(world.table->dropRow());
-}
-
 QWidget* sheetOn(const QWidget& window)
 {
     for (auto* below : window.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
@@ -222,7 +160,14 @@ TEST(WindowPresenter, ASheetTakesTheKeysAndHoldsItsWindow)
     EXPECT_EQ(shown->minimumSize(), shown->maximumSize());
     EXPECT_FALSE(shown->windowFlags() & Qt::WindowCloseButtonHint);
 
+    EXPECT_TRUE(QAccessible::queryAccessibleInterface(shown)->state().modal);
+    EXPECT_FALSE(QAccessible::queryAccessibleInterface(window)->state().modal);
+    QAccessible::queryAccessibleInterface(buttonOf(*window, "Apply"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(world.takeLog(), "") << "pressed by an assistive technology";
     WindowWorld::key(*shown, Qt::Key_Escape);
+    shown->setFocus();
     WindowWorld::key(*shown, Qt::Key_Return);
     EXPECT_EQ(world.takeLog(), "Discard, Use");
     // What is under the pointer anywhere on the window takes no click, and keys go on to the sheet.
@@ -291,6 +236,57 @@ TEST(ShownText, FitsIntoTheSizeThatItWants)
             }
         }
     }
+}
+
+std::string shownTitles(const WindowWorld& world)
+{
+    // What the widgets in sight say, from top to bottom.
+    std::map<int, std::string> titles;
+    for (auto* label : world.find<TableViewWidget>()->findChildren<QWidget*>()) {
+        if (auto* text = dynamic_cast<TextLabel*>(label); text && text->isVisibleTo(world.find<TableViewWidget>()))
+            titles[text->parentWidget()->y()] += text->text().toStdString() + ";";
+    }
+    std::string all;
+    for (const auto& [y, title] : titles)
+        all += title;
+    return all;
+}
+
+TEST(RowSlide, RowsAreSeenOnTheirWayAndEndInTheirPlaces)
+{
+    WindowWorld world(6);
+    auto* area = world.find<TableViewWidget>();
+    const int row = static_cast<int>(world.table->rowHeight());
+    QWidget* const moved = area->rowWidget(1);
+    QWidget* const below = area->rowWidget(3);
+    world.table->selectRowIndexes({ 1 }, false);
+    // Row 1 goes below row 4, and a new one comes before the last.
+    world.table->rearrangeRows({ 0, 4, 1, 2, 3, 6 }, 7, NSTableView::Animation::gap);
+    WindowWorld::settle();
+    EXPECT_EQ(area->rowWidget(4), moved) << "a row keeps its widget";
+    EXPECT_EQ(moved->y(), row);
+    EXPECT_EQ(below->y(), 3 * row);
+    world.clock.advance(std::chrono::milliseconds(100));
+    EXPECT_GT(moved->y(), row);
+    EXPECT_LT(moved->y(), 4 * row);
+    EXPECT_LT(below->y(), 3 * row);
+    world.clock.advance(std::chrono::seconds(1));
+    EXPECT_EQ(moved->y(), 4 * row);
+    EXPECT_EQ(below->y(), 2 * row);
+    EXPECT_EQ(area->rowWidget(6)->y(), 6 * row);
+    EXPECT_EQ(world.clock.pendingCount(), 0U);
+    EXPECT_EQ(world.table->leadRow(), 4);
+
+    // Rows go while others are on their way; nothing stays behind.
+    world.table->rearrangeRows({ 0, 1, -1, 2, -1, -1, 3 }, 4, NSTableView::Animation::slideUp);
+    WindowWorld::settle();
+    world.clock.advance(std::chrono::milliseconds(50));
+    world.table->rearrangeRows({ 2, 1, 0, -1 }, 3, NSTableView::Animation::gap);
+    WindowWorld::settle();
+    world.clock.advance(std::chrono::seconds(1));
+    EXPECT_EQ(area->findChildren<QWidget*>(Qt::FindDirectChildrenOnly).size(), 3);
+    EXPECT_EQ(shownTitles(world), "row 4;row 2;row 0;");
+    EXPECT_EQ(area->rowWidget(2)->y(), 2 * row);
 }
 
 } // namespace
