@@ -213,7 +213,9 @@ void StatusMenuItemController::doNothing(NSObject*) { }
 
 void StatusMenuItemController::openAppPreferencesWindow(NSObject*)
 {
-    if (PreferencesWindowVC::preferencesWindow().expired())
+    // One that was closed is held until the event that closed it has ended, which may take as long as a drag.
+    const auto known = PreferencesWindowVC::preferencesWindow().lock();
+    if (!known || !known->isVisible())
         PreferencesWindowVC::create();
     NSApplication::shared().activate(true);
     if (const auto window = PreferencesWindowVC::preferencesWindow().lock())

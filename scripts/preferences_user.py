@@ -1,5 +1,7 @@
 """A person with Quillbox's preferences window on a virtual desktop: what can be seen in it, and what hands do."""
 
+import re
+
 from running_quillbox import RunningQuillbox
 from virtual_desktop import DesktopError, wait_for
 
@@ -19,7 +21,20 @@ class PreferencesUser(RunningQuillbox):
         self.desktop.click(*self.icon)
         top = self.expect_level(0, "the menu", lambda rows: rows)
         self.desktop.click(*top[0].middle)
-        self.view("NSButton", "Apply")
+        self.wait_until_placed()
+
+    def wait_until_placed(self):
+        """Until the program knows where the window manager has put its window."""
+        def placed():
+            found = self.desktop.output("xdotool", "search", "--onlyvisible", "--name", "^Quillbox Preferences$",
+                                        check=False).split()
+            shown = self.windows()
+            if not found or not shown:
+                return False
+            told = self.desktop.output("xwininfo", "-id", found[0].decode(), check=False).decode()
+            place = [round(int(number) / self.scale) for number in re.findall(r"Absolute upper-left [XY]: +(-?\d+)", told)]
+            return place == [round(shown[0][0].x / self.scale), round(shown[0][0].y / self.scale)]
+        wait_for("the window in its place", placed)
 
     def wait_until_closed(self):
         self.wait_for_windows(0)
@@ -64,8 +79,8 @@ class PreferencesUser(RunningQuillbox):
         row = self.row(above) if above is not None else self.rows()[-1][1]
         return row.x + row.width // 2, row.y + 2 if above is not None else row.y + row.height + 2
 
-    def click_row(self, title):
-        self.desktop.click(*self.row(title).middle)
+    def click_row(self, title, table=TABLE):
+        self.desktop.click(*self.row(title, table).middle)
 
     def drag_row(self, title, above):
         self.desktop.drag(self.row(title).middle, self.gap(above))

@@ -86,7 +86,8 @@ class VirtualDesktop:
 
     width, height = WIDTH, HEIGHT
 
-    def __init__(self, log, host="xfce4-panel"):
+    def __init__(self, log, host="xfce4-panel", window_manager=("xfwm4", "--compositor=off")):
+        self.window_manager = window_manager
         self.log = open(log, "wb")
         self.host = host
         self.root = Path(tempfile.mkdtemp(prefix="quillbox-desktop-"))
@@ -162,7 +163,7 @@ class VirtualDesktop:
         self.environment["DISPLAY"] = f":{display}"
 
     def _start_session(self):
-        self.start(["xfwm4", "--compositor=off"])
+        self.start(list(self.window_manager))
         if self.host == "none":
             wait_for("the window manager", lambda: b"# 0x" in self.output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
             return

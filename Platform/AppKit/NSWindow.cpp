@@ -58,6 +58,8 @@ void NSWindow::setContentSize(NSSize size)
 
 void NSWindow::orderFrontRegardless()
 {
+    if (std::find(openWindows().begin(), openWindows().end(), shared_from_this()) == openWindows().end())
+        return;
     layoutIfNeeded();
     isVisible_ = true;
     display().orderFront(*this);

@@ -47,7 +47,7 @@ public:
     void setContentMaxSize(NSSize size) { maximum_ = size; }
 
     bool isVisible() const { return isVisible_; }
-    // In front of the other windows, whatever program is active; shows it if need be.
+    // In front of the other windows, whatever program is active; shows it if need be. A closed window stays closed.
     void orderFrontRegardless();
     // As if its close button had been pressed: refused while a sheet is on it.
     void performClose(NSObject* sender);

@@ -1,12 +1,14 @@
 """Another program that files and text are dragged between: a window that offers files to a drag, and below it a field
 that takes text.
 
-    /usr/bin/python3 drag_source.py WIDTHxHEIGHT+X+Y FILE...
+    /usr/bin/python3 drag_source.py [--move | --silent] WIDTHxHEIGHT+X+Y FILE...
 
-Prints a line for the end of each drag ("dragged: copy") and for each text that arrives ("received: ...").
+With --move it offers nothing but moving; with --silent it never gives its data. Prints a line for the end of each drag
+("dragged: copy") and for each text that arrives ("received: ...").
 """
 
 import re
+import signal
 import sys
 from pathlib import Path
 
@@ -21,18 +23,27 @@ def say(text):
 
 
 def main():
+    option = sys.argv.pop(1) if sys.argv[1].startswith("--") else ""
     width, height, x, y = (int(number) for number in re.findall(r"\d+", sys.argv[1]))
     uris = [Path(name).as_uri() for name in sys.argv[2:]]
+
+    def give(_widget, _context, data, _info, _time):
+        if option == "--silent":
+            say("asked")
+            signal.pause()
+        data.set_uris(uris)
     window = Gtk.Window(title="Files", decorated=False)
     window.set_default_size(width, height)
     window.move(x, y)
     box = Gtk.Box(orientation=Gtk.Orientation.VERTICAL)
     files = Gtk.EventBox()
     files.add(Gtk.Label(label="\n".join(Path(name).name for name in sys.argv[2:])))
-    files.drag_source_set(Gdk.ModifierType.BUTTON1_MASK, [], Gdk.DragAction.COPY | Gdk.DragAction.MOVE)
+    offered = Gdk.DragAction.MOVE if option == "--move" else Gdk.DragAction.COPY | Gdk.DragAction.MOVE
+    files.drag_source_set(Gdk.ModifierType.BUTTON1_MASK, [], offered)
     files.drag_source_add_uri_targets()
-    files.connect("drag-data-get", lambda _w, _c, data, _i, _t: data.set_uris(uris))
-    files.connect("drag-end", lambda _w, context: say(f"dragged: {context.get_selected_action().first_value_nick}"))
+    files.connect("drag-data-get", give)
+    files.connect("drag-end", lambda _w, context: say(
+        f"dragged: {context.get_selected_action().first_value_nick or 'nothing'}"))
     texts = Gtk.EventBox()
     texts.add(Gtk.Label(label="(drop text here)"))
     texts.drag_dest_set(Gtk.DestDefaults.ALL, [], Gdk.DragAction.COPY | Gdk.DragAction.MOVE)

@@ -141,8 +141,13 @@ namespace {
 
         // The window is another one, though it shows the same items.
         DragTracking outlived = dragOf({ 5 });
+        // The event in which a drag runs goes on, and holds what was closed in it.
+        const auto closed = user.window();
         user.press("Cancel");
         world.controller->openAppPreferencesWindow(nullptr);
+        ASSERT_NE(user.window(), closed);
+        closed->orderFrontRegardless();
+        EXPECT_FALSE(closed->isVisible());
         user.window()->layoutIfNeeded();
         EXPECT_EQ(outlived.move(user.table().shared_from_this(), gap), Operation::none);
         outlived.move(user.trash().shared_from_this(), { 5, 5 });
