@@ -64,16 +64,18 @@ void RowSlide::begin(const NSTableView& table, const Presenters& shown)
             // At the end it comes out from under the row above.
             offset = std::prev(above)->second != 0 ? std::prev(above)->second : -height;
         }
-        if (offset == 0)
-            continue;
         rows_.push_back({ widget, widget->y() + offset, widget->y() });
-        // Rows that pass one another hide one another.
+        // Rows that pass one another hide one another; new ones come out from under those that stay.
         widget->setAutoFillBackground(true);
         if (!offsets.contains(row))
             widget->lower();
+        else if (table.selectedRowIndexes().contains(row))
+            widget->raise();
     }
-    if (rows_.empty())
+    if (std::all_of(rows_.begin(), rows_.end(), [](const Row& row) { return row.from == row.to; })) {
+        end();
         return;
+    }
     began_ = Clock::current().uptime();
     duration_ = animationDuration(table_);
     step();
