@@ -155,6 +155,26 @@ TEST(DragDestination, NeverAnswersWithAMove)
         EXPECT_EQ(drag(world, files, { 2 * row }, c.offered), c.answers) << c.offered;
 }
 
+TEST(DragDestination, WhatScrollsUnderAStillPointerMayComeToTakeTheDrop)
+{
+    WindowWorld world(100);
+    QMimeData files;
+    files.setData("text/uri-list", "file:///a");
+    const auto answerAtTop = [&] {
+        const QPoint top = world.find<TableViewWidget>()->parentWidget()->mapTo(world.widget(), QPoint(30, 4));
+        QDragEnterEvent enter(top, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(world.widget(), &enter);
+        return enter.dropAction();
+    };
+    // Nothing goes above row 0. While the list scrolls there, the answer can't be no: it would stay so.
+    world.scrollView->contentView()->scroll(5);
+    WindowWorld::settle();
+    EXPECT_EQ(answerAtTop(), Qt::CopyAction);
+    world.clock.advance(std::chrono::seconds(1));
+    EXPECT_EQ(world.scrollView->contentView()->bounds().minY(), 0);
+    EXPECT_EQ(answerAtTop(), Qt::IgnoreAction);
+}
+
 TEST(DragPicture, ShowsTheFirstRowsDraggedAndTheirNumber)
 {
     WindowWorld world(2000);
