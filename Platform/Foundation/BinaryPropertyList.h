@@ -6,10 +6,9 @@
 
 // The binary form of property lists, both ways. Called by PropertyList only.
 //
-// Written here although libplist reads and writes it too: version 2.2 hands dates out as whole seconds in 32
-// bits, has no call that makes or tells an unsigned number of 2^63 and more, ends texts at a NUL, and on
-// hostile bytes recurses until the stack ends or copies shared values without bound. Checking the bytes
-// before handing them over would take a reader like this one. The XML form stays libplist's.
+// Written here and not taken from a library: libplist 2.2 hands dates out as whole seconds in 32 bits, has no call
+// that makes or tells an unsigned number of 2^63 and more, ends texts at a NUL, and on hostile bytes recurses until
+// the stack ends or copies shared values without bound.
 //
 // The form: "bplist00", the objects, a table of their offsets, and a trailer of 32 bytes that says how wide
 // offsets and object references are, how many objects there are, which is the root and where the table is.
@@ -17,16 +16,9 @@
 // the size (a power of two for numbers, a count for the rest, 15 where the count follows as an integer).
 namespace quillbox::binarypropertylist {
 
-// Values nested deeper than this are refused in both directions, so that no stack is exhausted.
-inline constexpr int kMaximumDepth = 256;
-// The most that one list may grow to when shared objects are written out, in bytes of text and data plus
-// kValueCost for each value.
-inline constexpr std::size_t kMaximumExpansion = std::size_t { 64 } << 20;
-inline constexpr std::size_t kValueCost = 256;
-
 bool hasMagic(const Data& bytes);
 Result<PropertyList> read(const Data& bytes);
-// Fails on text that is not valid UTF-8 and on values nested too deeply.
+// Fails on text that is not valid UTF-8 and on what read() would refuse for its depth or size.
 Result<Data> write(const PropertyList& root);
 
 } // namespace quillbox::binarypropertylist

@@ -1,5 +1,6 @@
 #include "BinaryPropertyList.h"
 
+#include "PropertyListLimits.h"
 #include "Unicode.h"
 
 #include <bit>
@@ -95,14 +96,11 @@ namespace {
             return position <= offsetTable_ && count <= (offsetTable_ - position) / width;
         }
 
-        bool spend(std::uint64_t cost)
+        bool isWithinBudget(bool isWithin)
         {
-            if (cost > kMaximumExpansion - spent_) {
+            if (!isWithin)
                 fail("it holds too much");
-                return false;
-            }
-            spent_ += static_cast<std::size_t>(cost);
-            return true;
+            return isWithin;
         }
 
         std::optional<Marker> marker(std::uint64_t index)
@@ -136,10 +134,10 @@ namespace {
 
         std::optional<PropertyList> object(std::uint64_t index, int depth)
         {
-            if (depth > kMaximumDepth)
+            if (depth > propertylist::kMaximumDepth)
                 return fail("its values are nested too deeply");
             std::optional<Marker> found = marker(index);
-            if (!found || !spend(kValueCost))
+            if (!found || !isWithinBudget(budget_.addValue()))
                 return std::nullopt;
             switch (found->type) {
             case 0x0:
@@ -210,7 +208,7 @@ namespace {
             const std::optional<std::uint64_t> length = count(marker);
             if (!length || !fits(marker.position, *length, 1))
                 return fail("data is cut short");
-            if (!spend(*length))
+            if (!isWithinBudget(budget_.addBytes(static_cast<std::size_t>(*length))))
                 return std::nullopt;
             const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(marker.position);
             return PropertyList(Data(first, first + static_cast<std::ptrdiff_t>(*length)));
@@ -222,16 +220,14 @@ namespace {
             const std::optional<std::uint64_t> length = count(marker);
             if (!length || !fits(marker.position, *length, unitWidth))
                 return fail("a text is cut short");
-            if (!spend(*length * unitWidth))
-                return std::nullopt;
             const auto units = static_cast<std::size_t>(*length);
-            if (unitWidth == 2)
-                return utf16(marker.position, units);
-            std::string text(reinterpret_cast<const char*>(bytes_.data()) + marker.position, units);
-            // ASCII by the rules; some writers put UTF-8 here.
-            if (!unicode::isValidUTF8(text))
+            std::optional<std::string> text = unitWidth == 2
+                ? utf16(marker.position, units)
+                : std::string(reinterpret_cast<const char*>(bytes_.data()) + marker.position, units);
+            // One-byte units are ASCII by the rules; some writers put UTF-8 there.
+            if (text && !unicode::isValidUTF8(*text))
                 return fail("a text has impossible characters");
-            return text;
+            return text && isWithinBudget(budget_.addBytes(text->size())) ? std::move(text) : std::nullopt;
         }
 
         std::optional<std::string> utf16(std::size_t position, std::size_t units)
@@ -302,7 +298,7 @@ namespace {
         std::size_t offsetTable_ = 0;
         std::uint64_t objectCount_ = 0;
         std::uint64_t topObject_ = 0;
-        std::size_t spent_ = 0;
+        propertylist::Budget budget_;
     };
 
 } // namespace

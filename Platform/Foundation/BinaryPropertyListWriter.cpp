@@ -1,5 +1,6 @@
 #include "BinaryPropertyList.h"
 
+#include "PropertyListLimits.h"
 #include "Unicode.h"
 
 #include <algorithm>
@@ -55,9 +56,11 @@ namespace {
             return largest < 0x100 ? 1 : largest < 0x10000 ? 2 : largest < 0x100000000 ? 4 : 8;
         }
 
-        // Equal texts share one object: the records of a list all have the same keys.
+        // Equal texts share one object: the records of a list all have the same keys. Whoever reads them makes a text
+        // of its own of each.
         Index collectText(const std::string& text)
         {
+            demand(budget_.addBytes(text.size()));
             const auto [entry, isNew] = texts_.try_emplace(text, objects_.size());
             if (isNew) {
                 if (!unicode::isValidUTF8(text))
@@ -67,16 +70,25 @@ namespace {
             return entry->second;
         }
 
+        void demand(bool isWithinBudget)
+        {
+            if (!isWithinBudget)
+                problem_ = "it holds too much";
+        }
+
         Index collect(const PropertyList& value, int depth)
         {
-            if (depth > kMaximumDepth) {
+            if (depth > propertylist::kMaximumDepth) {
                 problem_ = "its values are nested too deeply";
                 return 0;
             }
+            demand(budget_.addValue());
             if (const auto* text = value.as<std::string>())
                 return collectText(*text);
             const Index index = objects_.size();
             objects_.push_back(Object { nullptr, &value, {} });
+            if (const auto* data = value.as<Data>())
+                demand(budget_.addBytes(data->size()));
             std::vector<Index> references;
             if (const auto* array = value.as<PropertyList::Array>()) {
                 for (const PropertyList& element : *array)
@@ -189,6 +201,7 @@ namespace {
 
         std::vector<Object> objects_;
         std::unordered_map<std::string_view, Index> texts_;
+        propertylist::Budget budget_;
         const char* problem_ = nullptr;
         std::size_t referenceWidth_ = 1;
         Data bytes_;

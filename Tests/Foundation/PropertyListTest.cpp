@@ -134,11 +134,54 @@ TEST(PropertyList, ReadsXML)
                                                       { "list", PropertyList::Array { 0.5 } } }));
 }
 
+TEST(PropertyList, ReadsAndRefusesValuesInXML)
+{
+    const std::pair<const char*, std::optional<PropertyList>> cases[] = {
+        { "<integer> +0x7F </integer>", PropertyList(std::int64_t { 127 }) },
+        { "<integer>-9223372036854775808</integer>", PropertyList(std::numeric_limits<std::int64_t>::min()) },
+        { "<integer>-9223372036854775809</integer>", std::nullopt },
+        { "<integer>18446744073709551616</integer>", std::nullopt },
+        { "<integer>1 2</integer>", std::nullopt },
+        { "<integer/>", std::nullopt },
+        { "<real>+1e3</real>", PropertyList(1000.0) },
+        { "<real>-inf</real>", PropertyList(-std::numeric_limits<double>::infinity()) },
+        { "<real>1,5</real>", std::nullopt },
+        { "<date>-0001-03-01T00:00:60Z</date>", PropertyList(Date { -63171964740 }) },
+        { "<date>2001-02-29T00:00:00Z</date>", std::nullopt },
+        { "<date>2001-01-01T24:00:00Z</date>", std::nullopt },
+        { "<date>2001-01-01T00:00:00</date>", std::nullopt },
+        { "<data> AQ\n== </data>", PropertyList(Data { 1 }) },
+        { "<data/>", PropertyList(Data {}) },
+        { "<data>A===</data>", std::nullopt },
+        { "<data>AQ=</data>", std::nullopt },
+        { "<data>AQ==AQ==</data>", std::nullopt },
+        { "<string> \t</string>", PropertyList(" \t") },
+        { "<string>a<!-- b --><![CDATA[<c>]]></string>", PropertyList("a<c>") },
+        { "<string>a<true/></string>", std::nullopt },
+        { "<string>&#xD800;</string>", std::nullopt },
+        { "<true>yes</true>", std::nullopt },
+        { "<dict> <key> </key> <false/> </dict>", PropertyList(PropertyList::Dictionary { { " ", false } }) },
+        { "<dict><key>a</key></dict>", std::nullopt },
+        { "<dict><true/><key>a</key></dict>", std::nullopt },
+        { "<array>text</array>", std::nullopt },
+        { "<set/>", std::nullopt },
+        { "<true/><true/>", std::nullopt },
+        { "", std::nullopt },
+    };
+    for (const auto& [text, value] : cases) {
+        const auto read = PropertyList::fromData(bytesOf("<plist>" + std::string(text) + "</plist>"));
+        EXPECT_EQ(read ? std::optional(*read) : std::nullopt, value) << text;
+    }
+}
+
 TEST(PropertyList, RefusesWhatIsNone)
 {
     std::string deepXML = "<plist version=\"1.0\">";
-    for (int i = 0; i < 200000; ++i)
-        deepXML += "<array>";
+    for (const char* mark : { "<array>", "</array>" }) {
+        for (int i = 0; i < 200000; ++i)
+            deepXML += mark;
+    }
+    deepXML += "</plist>";
     // Nine lists, each fourteen times in the one before: fourteen to the ninth texts when written out.
     std::vector<std::string> growing;
     for (int i = 1; i <= 9; ++i)
@@ -178,6 +221,7 @@ TEST(PropertyList, RefusesToWriteWhatNobodyCouldRead)
     for (int i = 0; i < 300; ++i)
         deep = PropertyList(PropertyList::Array { std::move(deep) });
     EXPECT_FALSE(deep.binaryData());
+    EXPECT_FALSE(PropertyList(PropertyList::Array(1100000, true)).binaryData());
 }
 
 // Every byte of a list replaced by a few others, and every length it can be cut to. Nothing but a value

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+
+// What readers and writers of property lists refuse, in either form: they share the limits, so that whatever is
+// written can be read again.
+namespace quillbox::propertylist {
+
+// Values nested deeper than this are refused, so that no stack is exhausted.
+inline constexpr int kMaximumDepth = 256;
+
+// Counts what a list takes in memory: a small file may repeat one large value, or hold millions of empty ones.
+class Budget {
+public:
+    // About what one value takes, and the most that a whole list may, in bytes.
+    static constexpr std::size_t kValueCost = 128;
+    static constexpr std::size_t kMaximum = std::size_t { 128 } << 20;
+
+    // A value, without the text or data that it holds. False where the list has become too large.
+    bool addValue() { return addBytes(kValueCost); }
+    // The bytes of a text (in UTF-8), of data or of a key.
+    bool addBytes(std::size_t count)
+    {
+        if (count > kMaximum - spent_)
+            return false;
+        spent_ += count;
+        return true;
+    }
+
+private:
+    std::size_t spent_ = 0;
+};
+
+} // namespace quillbox::propertylist
