@@ -7,7 +7,10 @@
 #include "StatusMenuItemController.h"
 #include "UserDefaults.h"
 
+#include <algorithm>
 #include <chrono>
+#include <utility>
+#include <vector>
 
 namespace quillbox {
 
@@ -15,20 +18,35 @@ namespace {
 
     std::shared_ptr<StatusMenuItemController> theController;
 
-    void showSettingsAlert(const Error& error)
+    // Failures that no alert has shown yet.
+    std::vector<Error> untold;
+    bool isTelling = false;
+
+    // Shows one alert for all that has failed; what fails while it runs gets the next.
+    void tellSettingsFailures()
     {
-        NSAlert alert;
-        alert.setMessageText("There is a problem with the settings of Quillbox");
-        alert.setInformativeText(error.description());
-        alert.runModal();
+        if (std::exchange(isTelling, true))
+            return;
+        while (!untold.empty()) {
+            std::string text;
+            for (const Error& error : std::exchange(untold, {}))
+                text += (text.empty() ? "" : "\n\n") + error.description();
+            NSAlert alert;
+            alert.setMessageText("There is a problem with the settings of Quillbox");
+            alert.setInformativeText(text);
+            alert.runModal();
+        }
+        isTelling = false;
     }
 
     // The alert waits for the end of the event: settings are written while a menu is on its way to open.
     void reportSettingsFailure(const Error& error)
     {
         Debug::addErrorLogEntry("UserDefaults", "synchronize()", __FILE__, __LINE__, false, error.description());
+        if (std::find(untold.begin(), untold.end(), error) == untold.end())
+            untold.push_back(error);
         static std::unique_ptr<Clock::Timer> pending;
-        pending = Clock::current().after(std::chrono::milliseconds(0), [error] { showSettingsAlert(error); });
+        pending = Clock::current().after(std::chrono::milliseconds(0), tellSettingsFailures);
     }
 
 } // namespace
@@ -38,6 +56,12 @@ void AppDelegate::applicationDidFinishLaunching()
     UserDefaults::standard().setFailureHandler(reportSettingsFailure);
     ManageDefaults::loadAllFromDisk();
     theController = StatusMenuItemController::create();
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    // No event follows in which the failures of this one could be shown.
+    tellSettingsFailures();
 }
 
 const std::shared_ptr<StatusMenuItemController>& AppDelegate::statusMenuItemController()

@@ -12,8 +12,8 @@ class StatusMenuItemController;
 class AppDelegate : public NSApplicationDelegate {
 public:
     void applicationDidFinishLaunching() override;
-    // Nothing is saved here: the configuration is written when it is changed.
-    void applicationWillTerminate() override { }
+    // Nothing is saved here: the configuration is written when it is changed. Shows what could not be written.
+    void applicationWillTerminate() override;
 
     // The controller made at launch; null before.
     static const std::shared_ptr<StatusMenuItemController>& statusMenuItemController();

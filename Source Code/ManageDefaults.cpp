@@ -23,21 +23,27 @@ namespace {
                                 message);
     }
 
+    // Whether the default list stands in because the settings could not be read, and not because they hold none.
+    bool isListProvisional = false;
+
     // What one load has found so far; committed as a whole or not at all.
     struct Load {
         MainMenuItem::List items;
         std::vector<ManageDefaults::FileReference> fileReferences;
         // Some bookmark should be made afresh.
         bool needsSave = false;
+        bool isProvisional = false;
     };
 
     Load defaultLoad()
     {
-        return { ManageDefaults::defaultMenuItems(), {}, false };
+        return { ManageDefaults::defaultMenuItems(), {}, false, false };
     }
 
     bool isReloadNeeded()
     {
+        if (isListProvisional)
+            return true;
         for (const auto& item : MainMenuItem::actualMenuItems()) {
             if (item->menuItemType == MenuItemType::arbitraryPath && !item->fileURL)
                 return true;
@@ -128,8 +134,11 @@ namespace {
     {
         UserDefaults& defaults = UserDefaults::standard();
         const auto value = defaults.object(kUserPickedMenuItems);
-        if (!value)
-            return defaultLoad();
+        if (!value) {
+            Load load = defaultLoad();
+            load.isProvisional = !defaults.isReadable();
+            return load;
+        }
         const Data* bytes = value->as<Data>();
         if (!bytes) {
             logLoadError(__LINE__,
@@ -155,6 +164,7 @@ namespace {
 
     void commit(Load load)
     {
+        isListProvisional = load.isProvisional;
         auto& accessed = ManageDefaults::securityScopedURLs();
         for (const URL& url : accessed)
             url.stopAccessingSecurityScopedResource();
@@ -171,7 +181,7 @@ namespace {
 
 } // namespace
 
-void ManageDefaults::saveAppMenusToDisk()
+bool ManageDefaults::saveAppMenusToDisk()
 {
     std::vector<MainMenuItemSaver> records;
     records.reserve(MainMenuItem::actualMenuItems().size());
@@ -183,12 +193,14 @@ void ManageDefaults::saveAppMenusToDisk()
         Debug::addErrorLogEntry("ManageDefaults", "saveAppMenusToDisk()", __FILE__, __LINE__, false,
                                 "couldn't encode .actualMenuItems for saving [.menusSaveVersion="
                                     + std::to_string(menusSaveVersion) + "]: " + bytes.error().description());
-        return;
+        UserDefaults::standard().reportFailure(bytes.error());
+        return false;
     }
     UserDefaults& defaults = UserDefaults::standard();
     defaults.set(menusSaveVersion, kMenuSaveVersion);
     defaults.set(*bytes, kUserPickedMenuItems);
     defaults.removeObject(kOldSaveVersion);
+    return true;
 }
 
 void ManageDefaults::loadAppMenusFromDisk(bool onlyLoadIfNeeded)
@@ -200,10 +212,10 @@ void ManageDefaults::loadAppMenusFromDisk(bool onlyLoadIfNeeded)
         commit(std::move(*load));
 }
 
-void ManageDefaults::saveAllToDisk()
+bool ManageDefaults::saveAllToDisk()
 {
     UserDefaults::standard().set(showDebugTab(), kShowDebugTab);
-    saveAppMenusToDisk();
+    return saveAppMenusToDisk();
 }
 
 void ManageDefaults::loadAllFromDisk()

@@ -18,13 +18,15 @@ public:
     // The version of the records written today.
     static constexpr std::int64_t menusSaveVersion = 2;
 
-    // Writes the live list. Every item whose URL is known gets a fresh bookmark.
-    static void saveAppMenusToDisk();
+    // Hands the live list to the user defaults, which write it when the event ends. Every item whose URL is known gets
+    // a fresh bookmark. False where the list could not be encoded; that has been told then, and what was stored stays.
+    static bool saveAppMenusToDisk();
     // Makes the live list from the stored one. With onlyLoadIfNeeded it first checks whether a picked file
-    // could not be reached or has moved since the last load, and otherwise does nothing.
+    // could not be reached or has moved since the last load, or the settings could not be read then, and otherwise
+    // does nothing.
     static void loadAppMenusFromDisk(bool onlyLoadIfNeeded);
     // Both settings.
-    static void saveAllToDisk();
+    static bool saveAllToDisk();
     static void loadAllFromDisk();
 
     // The list that stands in when nothing usable is stored: the same five objects each time.

@@ -33,10 +33,10 @@ int NSApplication::run()
 
 void NSApplication::terminate(NSObject*)
 {
+    // The failure handler is told of a failure, so that the delegate can show it; the old file is still there.
+    static_cast<void>(UserDefaults::standard().synchronize());
     if (delegate_)
         delegate_->applicationWillTerminate();
-    // A failure has been shown by the failure handler; the old file is still there.
-    static_cast<void>(UserDefaults::standard().synchronize());
     desktop().stop();
 }
 

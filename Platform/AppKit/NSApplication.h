@@ -30,7 +30,7 @@ public:
 
     // Tells the delegate that launching has finished, then runs the desktop's loop. Returns the exit code.
     int run();
-    // Tells the delegate, writes the settings and stops the loop.
+    // Writes the settings, tells the delegate and stops the loop.
     void terminate(NSObject* sender);
     void activate(bool ignoringOtherApps);
 

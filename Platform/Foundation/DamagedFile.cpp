@@ -1,6 +1,7 @@
 #include "DamagedFile.h"
 
 #include "Date.h"
+#include "FileContents.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -41,15 +42,18 @@ namespace {
 
 Result<std::string> setDamagedFileAside(const std::string& path)
 {
+    const Result<std::string> place = followingLinks(path);
+    if (!place)
+        return place.error();
     constexpr int kAttempts = 1000;
     int error = EEXIST;
     for (int attempt = 0; attempt < kAttempts && error == EEXIST; ++attempt) {
-        const std::string name = nameForDamaged(path, attempt);
-        error = renameWithoutReplacing(path, name);
+        const std::string name = nameForDamaged(*place, attempt);
+        error = renameWithoutReplacing(*place, name);
         if (error == 0)
             return name;
     }
-    return Error::fromErrno(error, "couldn't set aside", path);
+    return Error::fromErrno(error, "couldn't set aside", *place);
 }
 
 } // namespace quillbox

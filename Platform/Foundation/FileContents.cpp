@@ -6,7 +6,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 namespace quillbox {
@@ -56,15 +61,81 @@ namespace {
         return {};
     }
 
+    // What a file is called until it takes its place: its name, this and six characters.
+    constexpr std::string_view kUnfinished = ".unfinished-";
+    constexpr std::string_view kSixCharacters = "XXXXXX";
+
+    // Whoever writes an unfinished file holds a lock on it, which goes with the process. Where file systems know no
+    // locks, nothing can be told.
+    bool isAbandoned(int directory, const char* name)
+    {
+        const FileDescriptor file(::openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
+        struct stat status { };
+        return file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)
+            && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
+    }
+
+    // Removes what replacements of this file left behind that were killed.
+    void removeAbandoned(const std::string& directory, const std::string& path)
+    {
+        const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(directory.c_str()), ::closedir);
+        if (!listing)
+            return;
+        const std::string prefix = std::string(path::lastPathComponent(path)).append(kUnfinished);
+        const int descriptor = ::dirfd(listing.get());
+        while (const dirent* entry = ::readdir(listing.get())) {
+            const std::string_view name = entry->d_name;
+            if (name.starts_with(prefix) && name.size() == prefix.size() + kSixCharacters.size()
+                && isAbandoned(descriptor, entry->d_name))
+                ::unlinkat(descriptor, entry->d_name, 0);
+        }
+    }
+
+    // Makes the file that is to take the place of the one at `path`, and locks it. `name` is what it is called then.
+    FileDescriptor makeUnfinished(const std::string& path, std::string& name)
+    {
+        constexpr int kAttempts = 10;
+        for (int attempt = 0; attempt < kAttempts; ++attempt) {
+            name = std::string(path).append(kUnfinished).append(kSixCharacters);
+            FileDescriptor file(::mkostemp(name.data(), O_CLOEXEC));
+            if (!file)
+                return file;
+            // Until it is locked, another process may take it for abandoned and remove it.
+            const bool isTaken = ::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+            struct stat status { };
+            const bool isRemoved = ::fstat(file.get(), &status) == 0 && status.st_nlink == 0;
+            if (!isTaken && !isRemoved)
+                return file;
+        }
+        errno = EAGAIN;
+        return {};
+    }
+
+    // Some file systems refuse to change a mode. That is no harm where the file gives nobody more than it should.
+    bool setMode(int file, mode_t mode)
+    {
+        if (::fchmod(file, mode) == 0)
+            return true;
+        const int error = errno;
+        struct stat status { };
+        if (::fstat(file, &status) == 0 && (status.st_mode & 07777U & ~mode) == 0)
+            return true;
+        errno = error;
+        return false;
+    }
+
     // Writes, syncs and moves the temporary file into place. Gives the error number, or 0.
     int fillAndRename(FileDescriptor file, const std::string& temporary, const std::string& path, const Data& bytes,
                       mode_t mode)
     {
         if (const int error = writeFully(file.get(), bytes))
             return error;
-        if (::fchmod(file.get(), mode) != 0 || ::fsync(file.get()) != 0 || file.close() != 0)
+        if (!setMode(file.get(), mode) || ::fsync(file.get()) != 0)
             return errno;
-        return ::rename(temporary.c_str(), path.c_str()) == 0 ? 0 : errno;
+        // The lock holds until it has its name: without it, it could be taken for abandoned.
+        if (::rename(temporary.c_str(), path.c_str()) != 0)
+            return errno;
+        return 0;
     }
 
 } // namespace
@@ -101,24 +172,49 @@ std::string readSmallFile(int directory, const char* path, std::size_t maximumSi
     return text;
 }
 
+Result<std::string> followingLinks(const std::string& path)
+{
+    // As many as the kernel follows.
+    constexpr int kMaximumLinks = 40;
+    std::string place = path;
+    for (int followed = 0; followed <= kMaximumLinks; ++followed) {
+        std::error_code problem;
+        const std::string target = std::filesystem::read_symlink(place, problem).string();
+        // It is no link, or nothing is there.
+        if (problem == std::errc::invalid_argument || problem == std::errc::no_such_file_or_directory)
+            return place;
+        if (problem)
+            return Error::fromErrno(problem.value(), "couldn't follow the link", place);
+        place = target.starts_with('/') ? target : path::appending(path::deletingLastPathComponent(place), target);
+    }
+    return Error::fromErrno(ELOOP, "couldn't follow the link", path);
+}
+
 Result<void> replaceFile(const std::string& path, const Data& bytes, mode_t mode)
 {
-    const std::string directory(path::deletingLastPathComponent(path));
-    if (auto made = makeDirectories(directory); !made)
-        return made;
-    std::string temporary = path + ".XXXXXX";
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    const Result<std::string> place = followingLinks(path);
+    if (!place)
+        return place.error();
+    const std::string directory(path::deletingLastPathComponent(*place));
+    // Where a link leads, a directory may be missing because its volume is.
+    if (*place == path) {
+        if (auto made = makeDirectories(directory); !made)
+            return made;
+    }
+    removeAbandoned(directory, *place);
+    std::string temporary;
+    FileDescriptor file = makeUnfinished(*place, temporary);
     if (!file)
-        return Error::fromErrno(errno, "couldn't write", path);
-    if (const int error = fillAndRename(std::move(file), temporary, path, bytes, mode)) {
+        return Error::fromErrno(errno, "couldn't write", *place);
+    if (const int error = fillAndRename(std::move(file), temporary, *place, bytes, mode)) {
         ::unlink(temporary.c_str());
-        return Error::fromErrno(error, "couldn't write", path);
+        return Error::fromErrno(error, "couldn't write", *place);
     }
     // The new name itself is on the disk only once its directory is synced; some file systems refuse that,
     // and the file has been replaced by then.
     const FileDescriptor parent(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (parent)
-        ::fsync(parent.get());
+    if (parent && ::fsync(parent.get()) != 0 && errno == EIO)
+        return Error::fromErrno(EIO, "couldn't write", *place);
     return {};
 }
 

@@ -1,42 +1,21 @@
 #include "UserDefaults.h"
 
 #include "Bundle.h"
-#include "DamagedFile.h"
-#include "FileContents.h"
 #include "FileManager.h"
 #include "Installed.h"
+#include "SettingsFile.h"
 #include "URL.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <map>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 namespace quillbox {
 
 namespace {
-
-    constexpr std::size_t kMaximumFileSize = std::size_t { 64 } << 20;
-
-    // What changes when a file is written or replaced.
-    struct FileStamp {
-        dev_t device = 0;
-        ino_t inode = 0;
-        off_t size = 0;
-        std::int64_t seconds = 0;
-        std::int64_t nanoseconds = 0;
-        friend bool operator==(const FileStamp&, const FileStamp&) = default;
-    };
-
-    FileStamp stampOf(const struct stat& status)
-    {
-        return { status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec };
-    }
 
     std::int64_t integerFromReal(double real)
     {
@@ -61,110 +40,50 @@ namespace {
 } // namespace
 
 struct UserDefaults::State {
-    explicit State(std::string filePath) : path(std::move(filePath)) { }
+    explicit State(std::string path) : file(std::move(path))
+    {
+        file.onProblem = [this](const Error& error) { report(error); };
+    }
 
-    std::string path;
-    // What the file held when it was read last.
-    PropertyList::Dictionary stored;
+    SettingsFile file;
     // What was set since the last write; none means removed.
     std::map<std::string, std::optional<PropertyList>> pending;
-    // The file as it was read last; none where there was none.
-    std::optional<FileStamp> stamp;
-    bool wasRead = false;
-    // Why the file can't be read, while it can't.
-    std::optional<Error> readError;
-    std::optional<Error> lastReadReport;
-    std::optional<Error> lastWriteReport;
+    // Whether anything was set since the last attempt to write.
+    bool isChanged = false;
+    // Why the last attempt failed, where it did.
+    std::optional<Error> lastWriteError;
     std::function<void(const Error&)> failureHandler;
     // Failures from before there was a handler.
     std::vector<Error> unreported;
+    std::size_t reportCount = 0;
 
     void report(const Error& error)
     {
+        ++reportCount;
         if (failureHandler)
             failureHandler(error);
         else
             unreported.push_back(error);
     }
 
-    void reportOnce(const Error& error, std::optional<Error>& last)
+    void change(const std::string& key, std::optional<PropertyList> value)
     {
-        if (last == error)
-            return;
-        last = error;
-        report(error);
-    }
-
-    // Reads the file if it has changed since, or could not be read the last time.
-    void refresh()
-    {
-        struct stat status { };
-        std::optional<FileStamp> present;
-        if (::stat(path.c_str(), &status) == 0) {
-            present = stampOf(status);
-        } else if (errno != ENOENT) {
-            failReading(Error::fromErrno(errno, "couldn't read the settings", path));
-            return;
-        }
-        if (wasRead && !readError && present == stamp)
-            return;
-        if (!present) {
-            finishReading({}, std::nullopt);
-            return;
-        }
-        const Result<Data> bytes = readFile(path, kMaximumFileSize);
-        if (!bytes) {
-            failReading(Error::fromErrno(bytes.error().code, "couldn't read the settings", path));
-            return;
-        }
-        Result<PropertyList> list = PropertyList::fromData(*bytes);
-        if (auto* dictionary = list ? list->as<PropertyList::Dictionary>() : nullptr)
-            finishReading(std::move(*dictionary), present);
-        else
-            moveDamagedAside();
-    }
-
-    void finishReading(PropertyList::Dictionary values, std::optional<FileStamp> newStamp)
-    {
-        stored = std::move(values);
-        stamp = newStamp;
-        wasRead = true;
-        readError.reset();
-        lastReadReport.reset();
-    }
-
-    // The values read before, if any, stay in use.
-    void failReading(Error error)
-    {
-        reportOnce(error, lastReadReport);
-        readError = std::move(error);
-    }
-
-    void moveDamagedAside()
-    {
-        const Result<std::string> kept = setDamagedFileAside(path);
-        if (!kept) {
-            failReading(Error::fromErrno(kept.error().code,
-                                         "the settings are damaged, and couldn't be set aside to be replaced:", path));
-            return;
-        }
-        finishReading({}, std::nullopt);
-        report(Error { 0, "the settings were damaged, so Quillbox starts with new ones; the old file was kept as",
-                       *kept });
+        pending.insert_or_assign(key, std::move(value));
+        isChanged = true;
     }
 
     std::optional<PropertyList> value(const std::string& key)
     {
-        refresh();
+        file.refresh();
         if (const auto changed = pending.find(key); changed != pending.end())
             return changed->second;
-        const auto found = stored.find(key);
-        return found == stored.end() ? std::nullopt : std::optional(found->second);
+        const auto found = file.values().find(key);
+        return found == file.values().end() ? std::nullopt : std::optional(found->second);
     }
 
     PropertyList::Dictionary merged() const
     {
-        PropertyList::Dictionary values = stored;
+        PropertyList::Dictionary values = file.values();
         for (const auto& [key, value] : pending) {
             if (value)
                 values.insert_or_assign(key, *value);
@@ -176,19 +95,13 @@ struct UserDefaults::State {
 
     Result<void> write()
     {
-        refresh();
-        if (readError)
-            return *readError;
+        file.refresh();
+        if (const auto& error = file.readError())
+            return Error { error->code, "couldn't save the settings: " + error->what, error->path };
         PropertyList::Dictionary values = merged();
-        if (values != stored) {
-            const Result<Data> bytes = PropertyList(values).binaryData();
-            if (!bytes)
-                return bytes.error();
-            if (auto replaced = replaceFile(path, *bytes, 0600); !replaced)
-                return Error::fromErrno(replaced.error().code, "couldn't save the settings in", replaced.error().path);
-            struct stat status { };
-            const bool isThere = ::stat(path.c_str(), &status) == 0;
-            finishReading(std::move(values), isThere ? std::optional(stampOf(status)) : std::nullopt);
+        if (values != file.values()) {
+            if (auto replaced = file.replace(std::move(values)); !replaced)
+                return replaced;
         }
         pending.clear();
         return {};
@@ -250,17 +163,17 @@ bool UserDefaults::boolean(const std::string& forKey)
 
 void UserDefaults::set(PropertyList value, const std::string& forKey)
 {
-    state_->pending.insert_or_assign(forKey, std::move(value));
+    state_->change(forKey, std::move(value));
 }
 
 void UserDefaults::removeObject(const std::string& forKey)
 {
-    state_->pending.insert_or_assign(forKey, std::nullopt);
+    state_->change(forKey, std::nullopt);
 }
 
 PropertyList::Dictionary UserDefaults::dictionaryRepresentation()
 {
-    state_->refresh();
+    state_->file.refresh();
     return state_->merged();
 }
 
@@ -269,24 +182,34 @@ void UserDefaults::removePersistentDomain(const std::string& name)
     if (name != Bundle::main().bundleIdentifier())
         return;
     state_->pending.clear();
-    if (::unlink(state_->path.c_str()) != 0 && errno != ENOENT) {
-        state_->report(Error::fromErrno(errno, "couldn't delete the settings", state_->path));
-        return;
-    }
-    state_->finishReading({}, std::nullopt);
+    if (const Result<void> removed = state_->file.remove(); !removed)
+        state_->report(removed.error());
+}
+
+bool UserDefaults::isReadable()
+{
+    state_->file.refresh();
+    return !state_->file.readError();
 }
 
 Result<void> UserDefaults::synchronize()
 {
     if (state_->pending.empty())
         return {};
+    const bool isNews = std::exchange(state_->isChanged, false);
+    const std::size_t reportsBefore = state_->reportCount;
     Result<void> written = state_->write();
-    if (written)
-        state_->lastWriteReport.reset();
-    else
-        // What can't be read has been reported by then.
-        state_->reportOnce(written.error(), state_->readError ? state_->lastReadReport : state_->lastWriteReport);
+    const std::optional<Error> error = written ? std::nullopt : std::optional(written.error());
+    const bool isAnotherError = error != std::exchange(state_->lastWriteError, error);
+    // A file that turned out to be unreadable just now has been reported.
+    if (error && (isNews || isAnotherError) && state_->reportCount == reportsBefore)
+        state_->report(*error);
     return written;
+}
+
+void UserDefaults::reportFailure(const Error& error)
+{
+    state_->report(error);
 }
 
 void UserDefaults::setFailureHandler(std::function<void(const Error&)> handler)
@@ -300,7 +223,7 @@ void UserDefaults::setFailureHandler(std::function<void(const Error&)> handler)
 
 const std::string& UserDefaults::path() const
 {
-    return state_->path;
+    return state_->file.path();
 }
 
 UserDefaults& UserDefaults::standard()

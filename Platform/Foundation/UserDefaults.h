@@ -17,8 +17,9 @@ namespace quillbox {
 // Setters change the dictionary in memory. synchronize() writes it once, whole: to a temporary file beside
 // the old one, synced, renamed over it; the application calls it when an event or action ends and before
 // it terminates. Values are read again when the file has changed on disk; a value that was set and not yet
-// written is never dropped for it. A file that is no property list is moved aside and kept
-// ("defaults.plist.damaged-<time>"). A file that can't be read stays, is reported, and is not written over.
+// written is never dropped for it. A symbolic link in the file's place is followed and stays. A file that is no
+// property list is moved aside and kept ("defaults.plist.damaged-<time>"), but not while another program may still be
+// writing it. A file that can't be read stays, is reported, and is not written over.
 class UserDefaults {
 public:
     // Keeps the settings at `path`. Nothing is read before the first question.
@@ -42,10 +43,16 @@ public:
     // Deletes the file and drops values not yet written. Only the application's own domain has a name.
     void removePersistentDomain(const std::string& name);
 
-    // Writes what has been set since the last time; nothing to write is a success. A failure is handed to
-    // the failure handler too, once for each new cause, and the values stay pending.
+    // False while the file can't be read: what it holds is unknown then, and values read before stay in use.
+    bool isReadable();
+
+    // Writes what has been set since the last time; nothing to write is a success. On failure the values stay
+    // pending, and the failure handler is told: each time that something had been set since the last attempt, and when
+    // an attempt to write the same values again fails for another cause.
     Result<void> synchronize();
 
+    // Tells the failure handler of a value that could not be made, so that nothing was set.
+    void reportFailure(const Error& error);
     // Told of every file that could not be read, was set aside, or could not be written.
     void setFailureHandler(std::function<void(const Error&)> handler);
 

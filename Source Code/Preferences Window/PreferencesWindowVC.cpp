@@ -293,8 +293,13 @@ void PreferencesWindowVC::savePreferences(NSObject* sender)
 {
     if (const auto table = tableWithTentativeMenus.lock())
         MainMenuItem::actualMenuItems() = table->tentativeMenuItems;
-    ManageDefaults::saveAllToDisk();
+    // What could not be stored has been told. The window stays then, and with it what was arranged: applying can be
+    // tried again.
+    if (!ManageDefaults::saveAllToDisk())
+        return;
     ManageDefaults::loadAllFromDisk();
+    if (!UserDefaults::standard().synchronize())
+        return;
     if (const auto window = view()->window())
         window->performClose(sender);
 }

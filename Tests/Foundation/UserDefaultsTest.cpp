@@ -1,6 +1,8 @@
 #include "UserDefaults.h"
 
 #include "Bundle.h"
+#include "FileContents.h"
+#include "FileDescriptor.h"
 #include "Installed.h"
 #include "ManualClock.h"
 #include "TemporaryDirectory.h"
@@ -8,9 +10,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <limits>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -37,6 +41,13 @@ struct World {
     {
         const Data bytes = *values.binaryData();
         files.writeFile(kFile, std::string(bytes.begin(), bytes.end()));
+    }
+    // A file that nobody has touched since long before the clock's time.
+    void writeSettled(std::string_view name, const std::string& text) const
+    {
+        files.writeFile(name, text);
+        std::filesystem::last_write_time(
+            files.path(name), std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 365 * 40));
     }
     Values onDisk() const
     {
@@ -142,7 +153,7 @@ TEST(UserDefaults, DamagedFilesAreKeptAside)
     const Data noDictionary = *PropertyList(PropertyList::Array { true }).binaryData();
     for (const std::string& damaged : { std::string("bplist00 and no more"),
                                         std::string(noDictionary.begin(), noDictionary.end()), std::string() }) {
-        world.files.writeFile(kFile, damaged);
+        world.writeSettled(kFile, damaged);
         world.defaults.set(std::int64_t(damaged.size()), "pending");
         EXPECT_EQ(world.defaults.integer("pending"), damaged.size()) << "never dropped";
     }
@@ -156,6 +167,34 @@ TEST(UserDefaults, DamagedFilesAreKeptAside)
     EXPECT_EQ(world.onDisk(), (Values { { "pending", std::int64_t { 0 } } }));
 }
 
+TEST(UserDefaults, WhatIsBeingWrittenIsNotSetAside)
+{
+    using namespace std::chrono_literals;
+    World world;
+    world.files.writeFile(kFile, "half");
+    EXPECT_FALSE(world.defaults.object("a"));
+    EXPECT_FALSE(world.defaults.isReadable()) << "what it holds is not known yet";
+    world.defaults.set(true, "b");
+    EXPECT_FALSE(world.defaults.synchronize());
+    EXPECT_EQ(world.failures.size(), 1U) << "a save that failed is told";
+    world.clock.advance(1500ms);
+    world.files.writeFile(kFile, "half of something longer");
+    EXPECT_FALSE(world.defaults.object("a"));
+    world.clock.advance(1500ms);
+    EXPECT_FALSE(world.defaults.object("a")) << "quiet for less than it takes";
+    world.writeFromOutside(Values { { "a", "whole" } });
+    EXPECT_EQ(world.defaults.object("a"), PropertyList("whole"));
+    EXPECT_TRUE(world.defaults.synchronize());
+    EXPECT_EQ(world.onDisk().size(), 2U);
+    EXPECT_EQ(world.failures.size(), 1U);
+
+    world.files.writeFile(kFile, "half and no more");
+    EXPECT_EQ(world.defaults.object("a"), PropertyList("whole")) << "read before";
+    world.clock.advance(2000ms);
+    EXPECT_FALSE(world.defaults.object("a"));
+    EXPECT_EQ(world.fileNames(), std::vector<std::string> { "defaults.plist.damaged-20010101-000005" });
+}
+
 TEST(UserDefaults, WhatCantBeReadIsNotWrittenOver)
 {
     World world;
@@ -163,10 +202,9 @@ TEST(UserDefaults, WhatCantBeReadIsNotWrittenOver)
     world.defaults.set(true, "a");
     EXPECT_TRUE(world.defaults.boolean("a"));
     EXPECT_FALSE(world.defaults.synchronize());
-    EXPECT_FALSE(world.defaults.synchronize());
-    EXPECT_EQ(
-        world.failures,
-        std::vector<std::string> { "couldn't read the settings \"" + world.defaults.path() + "\": Is a directory" });
+    EXPECT_FALSE(world.defaults.synchronize()) << "nothing new, nothing told";
+    const std::string cause = "couldn't read the settings \"" + world.defaults.path() + "\": Is a directory";
+    EXPECT_EQ(world.failures, (std::vector<std::string> { cause, "couldn't save the settings: " + cause }));
     EXPECT_TRUE(std::filesystem::is_directory(world.defaults.path()));
     world.files.remove(kFile);
     EXPECT_TRUE(world.defaults.synchronize());
@@ -188,11 +226,67 @@ TEST(UserDefaults, ADirectoryThatRefusesKeepsTheOldFile)
               "couldn't save the settings in \"" + world.defaults.path() + "\": Permission denied kept");
     EXPECT_EQ(world.fileNames(), std::vector<std::string> { "defaults.plist" });
 
-    world.files.writeFile(kFile, "damaged");
+    world.writeSettled(kFile, "damaged");
     const std::string text = runWithoutPrivileges(attempt);
     EXPECT_NE(text.find("damaged, and couldn't be set aside"), std::string::npos) << text;
     EXPECT_EQ(world.files.readFile(kFile), "damaged") << "not written over";
     ASSERT_EQ(chmod(world.files.path("config/quillbox").c_str(), 0755), 0);
+}
+
+TEST(UserDefaults, EveryFailedSaveIsTold)
+{
+    World world;
+    world.files.makeLink(kFile, "nowhere/defaults.plist");
+    for (const int value : { 1, 2, 2 }) {
+        world.defaults.set(std::int64_t { value }, "a");
+        EXPECT_FALSE(world.defaults.synchronize());
+        EXPECT_FALSE(world.defaults.synchronize()) << "the end of another event: tried again, not told again";
+    }
+    EXPECT_EQ(world.failures.size(), 3U);
+    EXPECT_EQ(world.failures[2],
+              "couldn't save the settings in \"" + world.files.path("config/quillbox/nowhere/defaults.plist")
+                  + "\": No such file or directory");
+    EXPECT_EQ(world.fileNames(), std::vector<std::string> { "defaults.plist" }) << "its volume may be missing";
+    world.files.remove(kFile);
+    world.files.makeLink(kFile, "defaults.plist");
+    EXPECT_FALSE(world.defaults.synchronize());
+    EXPECT_EQ(world.failures.size(), 4U) << "another cause";
+}
+
+TEST(UserDefaults, ALinkIsWrittenThrough)
+{
+    World world;
+    world.files.makeDirectory("dot files");
+    world.files.makeLink("config/quillbox/second", "../../dot files/settings");
+    world.files.makeLink(kFile, "second");
+    world.defaults.set(std::int64_t { 1 }, "a");
+    EXPECT_TRUE(world.defaults.synchronize());
+    EXPECT_TRUE(
+        std::filesystem::is_regular_file(std::filesystem::symlink_status(world.files.path("dot files/settings"))));
+    world.writeSettled("dot files/settings", "damaged");
+    EXPECT_FALSE(world.defaults.object("a"));
+    EXPECT_EQ(world.files.readFile("dot files/settings.damaged-20010101-000000"), "damaged");
+    world.defaults.set(std::int64_t { 2 }, "a");
+    EXPECT_TRUE(world.defaults.synchronize());
+    EXPECT_EQ(world.onDisk(), (Values { { "a", std::int64_t { 2 } } }));
+    EXPECT_EQ(world.fileNames(), (std::vector<std::string> { "defaults.plist", "second" }));
+    EXPECT_TRUE(std::filesystem::is_symlink(world.defaults.path()));
+}
+
+TEST(UserDefaults, WhatAKilledSaveLeftGoesWithTheNext)
+{
+    World world;
+    const std::string left = "defaults.plist.unfinished-";
+    for (const std::string& name :
+         { left + "abcdef", left + "AtWork", left + "longer6", std::string("defaults.plist.backup") })
+        world.files.writeFile("config/quillbox/" + name, "mine");
+    const FileDescriptor atWork(open(world.files.path("config/quillbox/" + left + "AtWork").c_str(), O_RDWR));
+    ASSERT_EQ(flock(atWork.get(), LOCK_EX), 0);
+    world.defaults.set(true, "a");
+    EXPECT_TRUE(world.defaults.synchronize());
+    EXPECT_EQ(
+        world.fileNames(),
+        (std::vector<std::string> { "defaults.plist", "defaults.plist.backup", left + "AtWork", left + "longer6" }));
 }
 
 // A limit on the size of files stands in for a disk that is full.
@@ -221,7 +315,7 @@ TEST(UserDefaults, AFullDiskKeepsTheOldFile)
 TEST(UserDefaults, FailuresBeforeThereIsAHandlerAreToldLater)
 {
     const TemporaryDirectory files;
-    UserDefaults early(files.writeFile("early.plist", "damaged"));
+    UserDefaults early(files.makeDirectory("early.plist"));
     EXPECT_FALSE(early.object("a"));
     int told = 0;
     early.setFailureHandler([&](const Error&) { ++told; });
@@ -257,6 +351,15 @@ TEST(UserDefaults, StandardOnesLieInTheConfigurationDirectory)
                       return UserDefaults::standard().path();
                   }),
                   path);
+}
+
+TEST(FileContents, AreReadUpToTheLimit)
+{
+    const TemporaryDirectory files;
+    const std::string path = files.writeFile("five", "12345");
+    EXPECT_EQ(readFile(path, 5)->size(), 5U);
+    EXPECT_EQ(readFile(path, 4).error().code, EFBIG);
+    EXPECT_EQ(readSmallFile(AT_FDCWD, path.c_str(), 4), "1234");
 }
 
 TEST(Bundle, ReadsOddInformation)

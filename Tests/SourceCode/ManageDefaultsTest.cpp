@@ -162,6 +162,56 @@ namespace {
         EXPECT_FALSE(ManageDefaults::showDebugTab());
     }
 
+    TEST(ManageDefaults, WhatCanBeWrittenCanBeRead)
+    {
+        World world;
+        MainMenuItemSaver large = record(Type::plaintext, std::string(60, 'x'));
+        large.bookmarkData = Data(120, 1);
+        const std::vector<MainMenuItemSaver> records(40000, large);
+        store(world, records);
+        EXPECT_EQ(*MainMenuItemSaver::decodeList(*UserDefaults(world.defaults.path()).data("UserPickedMenuItems")),
+                  records);
+    }
+
+    TEST(ManageDefaults, AListThatStoodInIsReplacedOnceTheSettingsCanBeRead)
+    {
+        World world;
+        store(world, { record(Type::plaintext) });
+        UserDefaults late(world.defaults.path());
+        UserDefaults::installStandard(&late);
+        const std::string bytes = world.files.readFile("settings/defaults.plist");
+        world.files.writeFile("settings/defaults.plist", bytes.substr(0, bytes.size() / 2));
+        ManageDefaults::loadAllFromDisk();
+        EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
+        world.files.writeFile("settings/defaults.plist", bytes);
+        ManageDefaults::loadAppMenusFromDisk(true);
+        EXPECT_EQ(liveKinds(), (std::vector<std::string> { "fixedAppPreferences", "plaintext" }));
+    }
+
+    TEST(ManageDefaults, FailuresOfTheLastEventAreShownBeforeTheEnd)
+    {
+        World world;
+        world.files.makeDirectory("settings/defaults.plist");
+        const auto delegate = std::make_shared<AppDelegate>();
+        NSApplication::shared().setDelegate(delegate);
+        delegate->applicationDidFinishLaunching();
+        world.controller = AppDelegate::statusMenuItemController();
+        AppDelegate::releaseStatusMenuItemController();
+        ManageDefaults::saveAllToDisk();
+        world.desktop.duringAlert = [&] {
+            EXPECT_FALSE(world.desktop.isStopped);
+            if (world.desktop.alerts.size() == 1)
+                world.defaults.reportFailure(Error { 0, "failed meanwhile", {} });
+        };
+        NSApplication::shared().terminate(nullptr);
+        NSApplication::shared().setDelegate(nullptr);
+        EXPECT_TRUE(world.desktop.isStopped);
+        ASSERT_EQ(world.desktop.alerts.size(), 2U);
+        const std::string cause = "couldn't read the settings \"" + world.defaults.path() + "\": Is a directory";
+        EXPECT_EQ(world.desktop.alerts[0].informativeText(), cause + "\n\ncouldn't save the settings: " + cause);
+        EXPECT_EQ(world.desktop.alerts[1].informativeText(), "failed meanwhile");
+    }
+
     TEST(ManageDefaults, SettingsThatCantBeWrittenAreReportedOnceTheEventIsOver)
     {
         World world;
@@ -178,7 +228,7 @@ namespace {
         ASSERT_EQ(world.desktop.alerts.size(), 1U);
         EXPECT_EQ(world.desktop.alerts[0].messageText(), "There is a problem with the settings of Quillbox");
         EXPECT_NE(world.desktop.alerts[0].informativeText().find(world.files.path("settings")), std::string::npos);
-        EXPECT_EQ(World::loggedMessages().size(), 1U);
+        EXPECT_EQ(World::loggedMessages().size(), 2U) << "they could not be read either";
 
         world.files.remove("settings");
         world.files.makeDirectory("settings");

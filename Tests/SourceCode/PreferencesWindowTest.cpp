@@ -3,6 +3,7 @@
 #include "Bundle.h"
 #include "Debug.h"
 #include "FrameFiles.h"
+#include "MainMenuItemSaver.h"
 #include "ManageDefaults.h"
 #include "NSTabView.h"
 
@@ -180,6 +181,34 @@ namespace {
         EXPECT_FALSE(FileManager::defaultManager().fileExists(world.defaults.path()));
         ManageDefaults::loadAllFromDisk();
         EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
+    }
+
+    TEST(PreferencesWindow, StaysWhereApplyingFailed)
+    {
+        World world;
+        configureLabels(3);
+        PreferencesUser user(world);
+        ASSERT_TRUE(world.defaults.synchronize());
+        const std::string stored = world.files.rename("settings", "elsewhere");
+        world.files.writeFile("settings", "a file where the directory should be");
+        user.dragRowsToTrash({ 1 });
+        const auto list = user.list();
+        int told = 0;
+        world.defaults.setFailureHandler([&](const Error&) { ++told; });
+        for (int attempt = 1; attempt <= 2; ++attempt) {
+            user.press("Apply");
+            ASSERT_TRUE(user.window());
+            EXPECT_EQ(user.list(), list);
+            EXPECT_TRUE(user.button("Apply").isEnabled());
+        }
+        EXPECT_EQ(told, 3) << "that it can't be read, and each save";
+        EXPECT_EQ(UserDefaults(stored + "/defaults.plist").data("UserPickedMenuItems").has_value(), true);
+        world.files.remove("settings");
+        user.press("Apply");
+        EXPECT_FALSE(user.window());
+        EXPECT_EQ(
+            MainMenuItemSaver::decodeList(*UserDefaults(world.defaults.path()).data("UserPickedMenuItems"))->size(),
+            2U);
     }
 
     TEST(PreferencesWindow, AReloadInTheBackgroundLeavesItsItems)
