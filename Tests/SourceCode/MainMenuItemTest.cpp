@@ -182,7 +182,7 @@ namespace {
                         DecodeCase { "dataForText", [](auto& r) { r["unixPath"] = Data {}; } }),
         [](const auto& test) { return std::string(test.param.name); });
 
-    TEST(MainMenuItemSaver_v1, UpgradesItsThreeSwitches)
+    TEST(MainMenuItemSaver_v1, UpgradesItsThreeSwitchesAndKeepsTheRest)
     {
         struct Case {
             bool showAsEnabled, showHiddenFiles, showPathAsTooltip;
@@ -190,12 +190,18 @@ namespace {
         };
         for (const Case& c : { Case { true, false, false, 0 }, Case { false, false, false, 1 },
                                Case { true, true, false, 2 }, Case { false, true, true, 7 } }) {
-            MainMenuItemSaver_v1 old;
-            old.menuItemType = "plaintext";
-            old.showAsEnabled = c.showAsEnabled;
-            old.showHiddenFiles = c.showHiddenFiles;
-            old.showPathAsTooltip = c.showPathAsTooltip;
-            EXPECT_EQ(old.upgraded().optionFlags, c.flags);
+            const MainMenuItemSaver_v1 old { "plaintext",     "title",           "/path",
+                                             { 1, 2 },        c.showHiddenFiles, c.showPathAsTooltip,
+                                             c.showAsEnabled, Date { 3 },        -4 };
+            MainMenuItemSaver upgraded;
+            upgraded.menuItemType = "plaintext";
+            upgraded.displayString = "title";
+            upgraded.unixPath = "/path";
+            upgraded.bookmarkData = { 1, 2 };
+            upgraded.optionFlags = c.flags;
+            upgraded.noRecentItemsOlderThan = Date { 3 };
+            upgraded.maxNumberOfRecentItems = -4;
+            EXPECT_EQ(old.upgraded(), upgraded);
         }
     }
 
