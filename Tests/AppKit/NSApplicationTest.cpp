@@ -1,6 +1,7 @@
 #include "NSApplication.h"
 
 #include "HeadlessDesktop.h"
+#include "Installed.h"
 #include "TemporaryDirectory.h"
 #include "UserDefaults.h"
 
@@ -25,21 +26,14 @@ namespace {
 
     class Settings : public testing::Test {
     protected:
-        Settings()
-        {
-            UserDefaults::installStandard(&defaults);
-            NSApplication::shared().setDelegate(delegate);
-        }
-        ~Settings() override
-        {
-            NSApplication::shared().setDelegate(nullptr);
-            UserDefaults::installStandard(nullptr);
-        }
+        Settings() { NSApplication::shared().setDelegate(delegate); }
+        ~Settings() override { NSApplication::shared().setDelegate(nullptr); }
         PropertyList::Dictionary stored() const { return UserDefaults(defaults.path()).dictionaryRepresentation(); }
 
         TemporaryDirectory files;
         HeadlessDesktop desktop;
         UserDefaults defaults { files.path("defaults.plist") };
+        const Installed<UserDefaults> installed { defaults };
         std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>(defaults.path());
     };
 

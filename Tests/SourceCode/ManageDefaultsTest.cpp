@@ -1,5 +1,6 @@
 #include "ManageDefaults.h"
 #include "AppDelegate.h"
+#include "Installed.h"
 #include "MainMenuItemSaver.h"
 #include "World.h"
 
@@ -178,7 +179,7 @@ namespace {
         World world;
         store(world, { record(Type::plaintext) });
         UserDefaults late(world.defaults.path());
-        UserDefaults::installStandard(&late);
+        const Installed<UserDefaults> installed(late);
         const std::string bytes = world.files.readFile("settings/defaults.plist");
         world.files.writeFile("settings/defaults.plist", bytes.substr(0, bytes.size() / 2));
         ManageDefaults::loadAllFromDisk();

@@ -1,0 +1,141 @@
+#include "FaultInjector.h"
+#include "TemporaryDirectory.h"
+#include "UserDefaults.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+
+using namespace quillbox;
+
+// A save of the settings with one fault in it, at each of its system calls in turn: what is found afterwards is what
+// was there before or all that was saved, and where it was not saved, that was told.
+
+namespace {
+
+using Values = PropertyList::Dictionary;
+const Values kNew { { "kept", true }, { "new", std::string(10000, 'x') } };
+
+struct SaveCase {
+    const char* name;
+    // Makes what is there before.
+    void (*prepare)(const TemporaryDirectory&);
+    Values before;
+    // Files beside the settings that stay.
+    std::vector<std::string> others;
+};
+
+constexpr const char* kFile = "config/quillbox/defaults.plist";
+
+void writeValues(const TemporaryDirectory& files, const char* name)
+{
+    const Data bytes = *PropertyList(Values { { "kept", true } }).binaryData();
+    files.writeFile(name, std::string(bytes.begin(), bytes.end()));
+}
+
+const SaveCase kCases[] = {
+    { "TheFirst", [](const TemporaryDirectory&) {}, {}, {} },
+    { "OverAnother", [](const TemporaryDirectory& files) { writeValues(files, kFile); }, { { "kept", true } }, {} },
+    { "ThroughALink",
+      [](const TemporaryDirectory& files) {
+          writeValues(files, "config/quillbox/target");
+          files.makeLink(kFile, "target");
+      },
+      { { "kept", true } },
+      { "target" } },
+    { "AfterAKilledOne",
+      [](const TemporaryDirectory& files) {
+          writeValues(files, kFile);
+          files.writeFile("config/quillbox/defaults.plist.unfinished-123456", "half");
+      },
+      { { "kept", true } },
+      {} },
+};
+
+class FaultySave : public testing::TestWithParam<SaveCase> {
+protected:
+    static std::string save(const std::string& path)
+    {
+        UserDefaults defaults(path);
+        int told = 0;
+        defaults.setFailureHandler([&](const Error& error) { told += error.description().empty() ? 0 : 1; });
+        for (const auto& [key, value] : kNew)
+            defaults.set(value, key);
+        const bool isSaved = defaults.synchronize().hasValue();
+        return isSaved ? "saved" : told == 1 ? "told" : "failed, told " + std::to_string(told) + " times";
+    }
+    static Values stored(const TemporaryDirectory& files)
+    {
+        return UserDefaults(files.path(kFile)).dictionaryRepresentation();
+    }
+    static std::vector<std::string> names(const TemporaryDirectory& files)
+    {
+        std::vector<std::string> found;
+        std::error_code ignored;
+        for (const auto& entry : std::filesystem::directory_iterator(files.path("config/quillbox"), ignored))
+            found.push_back(entry.path().filename());
+        std::erase(found, "defaults.plist");
+        return found;
+    }
+    // What the save with that fault reported, in a directory of its own.
+    static FaultRun runIn(const TemporaryDirectory& files, const std::optional<Fault>& fault)
+    {
+        GetParam().prepare(files);
+        return runWithFault(fault, [&] { return save(files.path(kFile)); });
+    }
+};
+
+TEST_P(FaultySave, KilledAtAnyCallLeavesTheOldOrTheNew)
+{
+    const int callCount = runIn(TemporaryDirectory(), std::nullopt).callCount;
+    ASSERT_GT(callCount, 15);
+    int oldCount = 0;
+    int newCount = 0;
+    for (int call = 1; call <= callCount; ++call) {
+        const TemporaryDirectory files;
+        ASSERT_TRUE(runIn(files, Fault { call, std::nullopt }).wasKilled) << call;
+        const Values found = stored(files);
+        ++(found == kNew ? newCount : oldCount);
+        EXPECT_TRUE(found == kNew || found == GetParam().before) << call;
+        EXPECT_EQ(save(files.path(kFile)), "saved") << call;
+        EXPECT_EQ(stored(files), kNew) << call;
+        if (found != kNew) {
+            EXPECT_EQ(names(files), GetParam().others) << call << ": what was left is gone with the next save";
+        }
+    }
+    EXPECT_GT(oldCount, 0);
+    EXPECT_GT(newCount, 0);
+}
+
+TEST_P(FaultySave, AnErrorOfAnyCallLosesNothingAndIsTold)
+{
+    const int callCount = runIn(TemporaryDirectory(), std::nullopt).callCount;
+    int toldCount = 0;
+    for (const int error : { EIO, ENOSPC, EACCES }) {
+        for (int call = 1; call <= callCount; ++call) {
+            const TemporaryDirectory files;
+            const std::string report = runIn(files, Fault { call, error }).report;
+            SCOPED_TRACE("call " + std::to_string(call) + " gives " + strerrorname_np(error));
+            EXPECT_TRUE(report == "saved" || report == "told") << report;
+            toldCount += report == "told" ? 1 : 0;
+            const Values found = stored(files);
+            EXPECT_TRUE(found == kNew || (report == "told" && found == GetParam().before)) << report;
+        }
+    }
+    EXPECT_GT(toldCount, 15);
+}
+
+TEST_P(FaultySave, AFileSystemThatKeepsItsModesIsNoFailure)
+{
+    const TemporaryDirectory files;
+    EXPECT_EQ(runIn(files, Fault { 1, EPERM, SYS_fchmod }).report, "saved");
+    EXPECT_EQ(stored(files), kNew);
+    EXPECT_EQ(std::filesystem::status(files.path(kFile)).permissions(), std::filesystem::perms(0600));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, FaultySave, testing::ValuesIn(kCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+} // namespace
