@@ -43,8 +43,9 @@ namespace {
         for (const char* place :
              { "Resources", "../share/quillbox", "../Resources", "../../Resources", "../../../Resources" }) {
             const std::string directory = path::appending(path::deletingLastPathComponent(executable), place);
-            if (isFile(path::appending(directory, "Info.plist")))
-                return canonicalPath(directory).value();
+            const Result<std::string> canonical = canonicalPath(directory);
+            if (canonical && isFile(path::appending(*canonical, "Info.plist")))
+                return *canonical;
         }
         return {};
     }
