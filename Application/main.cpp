@@ -17,6 +17,7 @@
 #include "StatusMenuItemController.h"
 #include "ViewDump.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -123,7 +124,7 @@ namespace {
         const Installed<NSWorkspace> installedWorkspace(workspace);
         RecentUseIndex recentUse(bundles, logRecentUseError);
         const Installed<MetadataIndex> installedRecentUse(recentUse);
-        workspace.setOpenedHandler([&recentUse](const std::string& path) { recentUse.noteOpened(path); });
+        workspace.onOpened = [&recentUse](const std::string& path) { recentUse.noteOpened(path); };
 
         const auto takeToken = [&workspace](const std::string& token) { workspace.setActivationToken(token); };
         const auto shortMenu = std::make_shared<ShortMenu>(desktop);
@@ -157,6 +158,8 @@ namespace {
 int main(int argc, char** argv)
 {
     using namespace quillbox;
+    // Where nobody reads our standard output any more, writing to it fails, and the program goes on.
+    std::signal(SIGPIPE, SIG_IGN);
     auto startEnvironment = SingleInstance::StartEnvironment::take();
     QtApplication qt(argc, argv);
     QApplication::setApplicationName("Quillbox");

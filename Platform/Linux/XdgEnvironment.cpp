@@ -1,5 +1,6 @@
 #include "XdgEnvironment.h"
 
+#include "DirectoryNames.h"
 #include "URL.h"
 
 #include <glib.h>
@@ -7,7 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 namespace quillbox {
@@ -34,10 +37,15 @@ namespace {
         return path;
     }
 
-    bool isProgram(const std::string& path)
+    Result<bool> isProgram(const std::string& path)
     {
         struct stat status { };
-        return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+        if (stat(path.c_str(), &status) == 0)
+            return S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+        // What may not be looked at may not be run either.
+        if (isAbsence(errno) || errno == EACCES)
+            return false;
+        return Error::fromErrno(errno, "couldn't look for the program", path);
     }
 
 } // namespace
@@ -57,6 +65,9 @@ XdgEnvironment XdgEnvironment::ofProcess()
     environment.programDirectories = split(std::getenv("PATH"));
     if (const char* terminal = std::getenv("TERMINAL"))
         environment.terminal = terminal;
+    // GLib answers with a cache directory where there is none, which would outlive the session.
+    if (const char* directory = std::getenv("XDG_RUNTIME_DIR"); directory && directory[0] == '/')
+        environment.runtimeDirectory = withoutTrailingSlashes(directory);
     return environment;
 }
 
@@ -73,15 +84,32 @@ std::string XdgEnvironment::fingerprint() const
 
 std::string XdgEnvironment::findProgram(const std::string& name) const
 {
-    if (name.empty())
-        return {};
-    if (name.find('/') != std::string::npos)
-        return name.front() == '/' && isProgram(name) ? name : std::string();
-    for (const std::string& directory : programDirectories) {
-        if (std::string path = path::appending(directory, name); isProgram(path))
-            return path;
+    const Result<std::string> program = lookForProgram(name);
+    return program ? *program : std::string();
+}
+
+Result<std::string> XdgEnvironment::lookForProgram(const std::string& name) const
+{
+    if (name.empty() || (name.find('/') != std::string::npos && name.front() != '/'))
+        return std::string();
+    if (name.front() == '/') {
+        const Result<bool> answer = isProgram(name);
+        if (!answer)
+            return answer.error();
+        return *answer ? name : std::string();
     }
-    return {};
+    std::optional<Error> problem;
+    for (const std::string& directory : programDirectories) {
+        std::string path = path::appending(directory, name);
+        const Result<bool> answer = isProgram(path);
+        if (answer && *answer)
+            return path;
+        if (!answer && !problem)
+            problem = answer.error();
+    }
+    if (problem)
+        return *problem;
+    return std::string();
 }
 
 } // namespace quillbox

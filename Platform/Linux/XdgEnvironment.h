@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <string>
 #include <vector>
 
@@ -22,6 +24,8 @@ struct XdgEnvironment {
     std::vector<std::string> programDirectories;
     // $TERMINAL: the terminal program that the user prefers; empty for none.
     std::string terminal;
+    // $XDG_RUNTIME_DIR, which lasts as long as the person is logged in; empty where there is none.
+    std::string runtimeDirectory;
 
     static XdgEnvironment ofProcess();
 
@@ -31,6 +35,8 @@ struct XdgEnvironment {
     std::string bundlesDirectory() const { return dataHome + "/quillbox/bundles"; }
     // The absolute path of a program named as in an entry's TryExec or Exec; empty where it can't be run.
     std::string findProgram(const std::string& name) const;
+    // The same, but an error where the program was not found and a directory on the way couldn't be looked at.
+    Result<std::string> lookForProgram(const std::string& name) const;
 };
 
 } // namespace quillbox

@@ -131,7 +131,7 @@ namespace {
 
         world.clock.advance(std::chrono::seconds(2));
         index->noteOpened(tree.path("Report 9"));
-        index->noteOpened(bundles->applications().front().path);
+        index->noteOpened(bundles->bundles().front().path);
         start();
         MainMenuItem::actualMenuItems().clear();
         ManageDefaults::loadAllFromDisk();

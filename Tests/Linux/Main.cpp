@@ -17,10 +17,11 @@ static void installDefaultApplications(const std::string& home)
         chmod(script.c_str(), 0755);
         std::ofstream(std::filesystem::path(home) / "system/applications" / (std::string(name) + ".desktop"))
             << "[Desktop Entry]\nType=Application\nName=" << name << "\nExec=" << script.native()
-            << " %f\nMimeType=text/plain;inode/directory;\n";
+            << " %f\nMimeType=text/plain;application/x-desktop;inode/directory;\n";
     }
     std::ofstream(home + "/config/mimeapps.list")
-        << "[Default Applications]\ntext/plain=viewer.desktop\ninode/directory=files.desktop\n";
+        << "[Default Applications]\ntext/plain=viewer.desktop\napplication/x-desktop=viewer.desktop\n"
+           "inode/directory=files.desktop\n";
 }
 
 // GLib asks the environment once a process, so these tests get a home and data directories of their own before any

@@ -26,7 +26,7 @@ public:
     void removeEntry(std::string_view dataDirectory, std::string_view name) const;
     // A program in the search path.
     std::string writeProgram(std::string_view name, std::string_view script = "exit 0\n") const;
-    TemporaryDirectory& files() { return root_; }
+    const TemporaryDirectory& files() const { return root_; }
 
     // Puts the time of everything written so far into the past, as that of real entries is.
     void settle() const;

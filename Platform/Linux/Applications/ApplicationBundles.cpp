@@ -5,6 +5,8 @@
 #include "PropertyList.h"
 #include "SettingsPanels.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 
 namespace quillbox {
@@ -21,6 +23,29 @@ namespace {
         // All its texts are valid UTF-8, which is what it could fail for.
         const Result<Data> bytes = PropertyList(std::move(info)).binaryData();
         return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
+    }
+
+    // The entry, where it is one that may be shown and started.
+    std::optional<DesktopEntry> usableEntry(const DesktopEntryFile& file, const XdgEnvironment& environment,
+                                            BundleState& state, UnreadSources& unread)
+    {
+        Result<std::optional<DesktopEntry>> read = DesktopEntry::read(file.path, environment.languages);
+        if (!read) {
+            unread.add(read.error());
+            state.watchUnread(file.path);
+            return std::nullopt;
+        }
+        std::optional<DesktopEntry> entry = std::move(*read);
+        if (!entry || entry->isHidden)
+            return std::nullopt;
+        if (entry->tryExec.empty())
+            return entry;
+        state.watchProgram(entry->tryExec);
+        const Result<std::string> program = environment.lookForProgram(entry->tryExec);
+        // Whether it is installed is not known, so neither is what the entry is for.
+        if (!program)
+            unread.add({ program.error().code, program.error().what, file.path });
+        return program && !program->empty() ? std::move(entry) : std::nullopt;
     }
 
     PlannedBundle bundleFor(const DesktopEntryFile& file, const DesktopEntry& entry, BundleKind kind)
@@ -41,73 +66,96 @@ namespace {
 ApplicationBundles::ApplicationBundles(XdgEnvironment environment, std::function<void(const Error&)> onError)
     : environment_(std::move(environment)),
       onError_(std::move(onError)),
-      store_(environment_.bundlesDirectory())
+      usual_(environment_.bundlesDirectory())
 {
+    if (!environment_.runtimeDirectory.empty())
+        reserve_.emplace(environment_.runtimeDirectory + "/quillbox/bundles");
 }
 
 void ApplicationBundles::bringUpToDate()
 {
     if (!isStateLoaded_) {
-        state_ = BundleState::load(stateFile(), environment_);
+        state_ = BundleState::load(stateFile(usual_), environment_);
         isStateLoaded_ = true;
         if (state_)
-            applications_ = state_->applications;
+            installed_ = InstalledBundles(state_->bundles);
     }
-    if (!state_ || !state_->isCurrent())
+    if (!isUpToDate())
         update();
+}
+
+bool ApplicationBundles::isUpToDate() const
+{
+    return state_ && state_->isCurrent() && (serving_ == &usual_ || !usual_.canBeWritten());
 }
 
 void ApplicationBundles::update()
 {
     ++generation_;
     BundleState state(environment_);
-    std::vector<PlannedBundle> bundles = plan(state);
-    std::vector<Error> errors = store_.bringTo(bundles);
-    for (PlannedBundle& bundle : bundles) {
-        if (bundle.kind == BundleKind::application) {
-            state.applications.push_back({ std::move(bundle.path), std::move(bundle.desktopId),
-                                           std::move(bundle.entryPath), std::move(bundle.program),
-                                           std::move(bundle.title) });
+    UnreadSources unread;
+    const std::vector<PlannedBundle> planned = plan(state, unread);
+    BundleStore::Outcome outcome = usual_.bringTo(planned, unread);
+    std::vector<Error> errors = unread.errors();
+    serving_ = &usual_;
+    leftBehind_ = {};
+    bool isWritten = outcome.unwritten.empty();
+    if (!isWritten) {
+        // The first one says enough: the others have the same reason, and names that are new each time.
+        errors.push_back(Error::fromErrno(outcome.unwritten.front().code,
+                                          "couldn't keep the applications' bundles up to date in", usual_.root()));
+        BundleStore::Outcome reserve = reserve_ ? reserve_->bringTo(planned, unread) : BundleStore::Outcome();
+        isWritten = reserve_ && reserve.unwritten.empty() && !reserve.unread;
+        if (isWritten) {
+            serving_ = &*reserve_;
+            leftBehind_ = InstalledBundles(std::move(outcome.bundles));
+            outcome = std::move(reserve);
         }
+    } else if (reserve_ && access(reserve_->root().c_str(), F_OK) == 0) {
+        reserve_->bringTo({}, {});
     }
-    applications_ = state.applications;
-    for (const std::string& directory : store_.directories())
-        state.watchOwn(directory);
-    if (errors.empty()) {
-        if (const Result<void> saved = state.save(stateFile()); !saved)
+    errors.insert(errors.end(), outcome.leftovers.begin(), outcome.leftovers.end());
+    // What could not be written is tried again the next time, and what is not known now is looked at again.
+    state_.reset();
+    if (outcome.unread) {
+        errors.push_back(*outcome.unread);
+    } else {
+        installed_ = InstalledBundles(outcome.bundles);
+        if (isWritten)
+            state_ = std::move(state);
+    }
+    if (state_) {
+        state_->bundles = std::move(outcome.bundles);
+        for (const std::string& directory : serving_->directories())
+            state_->watchOwn(directory);
+    }
+    // Kept for the next start only where it tells all there is.
+    if (state_ && unread.errors().empty()) {
+        if (const Result<void> saved = state_->save(stateFile(*serving_)); !saved)
             errors.push_back(saved.error());
     }
-    // What could not be written is tried again the next time.
-    state_.reset();
-    if (errors.empty())
-        state_ = std::move(state);
-    report(errors);
+    report(std::move(errors));
 }
 
-void ApplicationBundles::report(const std::vector<Error>& errors)
+void ApplicationBundles::report(std::vector<Error> errors)
 {
     for (const Error& error : errors) {
         if (onError_ && std::find(reported_.begin(), reported_.end(), error) == reported_.end())
             onError_(error);
     }
-    reported_ = errors;
+    reported_ = std::move(errors);
 }
 
-std::vector<PlannedBundle> ApplicationBundles::plan(BundleState& state) const
+std::vector<PlannedBundle> ApplicationBundles::plan(BundleState& state, UnreadSources& unread) const
 {
     const SettingsPanels* settings = SettingsPanels::forDesktops(environment_.desktops);
     std::vector<PlannedBundle> bundles;
     std::optional<PlannedBundle> settingsProgram;
     std::size_t settingsRank = 0;
-    for (const DesktopEntryFile& file : scanDesktopEntries(environment_, state)) {
-        const auto entry = DesktopEntry::read(file.path, environment_.languages);
-        if (!entry || entry->isHidden)
+    for (const DesktopEntryFile& file : scanDesktopEntries(environment_, state, unread)) {
+        const std::optional<DesktopEntry> entry = usableEntry(file, environment_, state, unread);
+        if (!entry)
             continue;
-        if (!entry->tryExec.empty()) {
-            state.watchProgram(entry->tryExec);
-            if (environment_.findProgram(entry->tryExec).empty())
-                continue;
-        }
         if (settings && settings->isPanel(file.desktopId, *entry)) {
             bundles.push_back(bundleFor(file, *entry, BundleKind::preferencePane));
             continue;
@@ -136,27 +184,25 @@ std::vector<PlannedBundle> ApplicationBundles::plan(BundleState& state) const
     return bundles;
 }
 
-std::optional<std::string> ApplicationBundles::entryFile(const std::string& desktopId) const
+const InstalledBundle* ApplicationBundles::bundleAt(const std::string& path) const
 {
-    const std::string id = desktopId.ends_with(".desktop") ? desktopId : desktopId + ".desktop";
-    BundleState unused(environment_);
-    for (const DesktopEntryFile& file : scanDesktopEntries(environment_, unused)) {
-        if (file.desktopId == id)
-            return file.path;
-    }
-    return std::nullopt;
+    const InstalledBundle* bundle = installed_.at(path);
+    return bundle ? bundle : leftBehind_.at(path);
 }
 
 std::optional<std::string> ApplicationBundles::settingsProgramEntry() const
 {
     const SettingsPanels* settings = SettingsPanels::forDesktops(environment_.desktops);
-    if (!settings)
-        return std::nullopt;
-    for (const char* id : settings->programs) {
-        if (auto file = entryFile(id))
-            return file;
+    std::optional<std::string> entry;
+    std::size_t bestRank = 0;
+    for (const InstalledBundle& bundle : bundles()) {
+        const auto rank = settings ? settings->programRank(bundle.desktopId) : std::nullopt;
+        if (rank && (!entry || *rank < bestRank)) {
+            entry = bundle.entryPath;
+            bestRank = *rank;
+        }
     }
-    return std::nullopt;
+    return entry;
 }
 
 } // namespace quillbox

@@ -1,5 +1,7 @@
 #include "BundleName.h"
 
+#include "URL.h"
+
 #include <cstddef>
 
 namespace quillbox {
@@ -38,6 +40,24 @@ std::string bundleName(std::string_view title, std::string_view distinction, std
         ending.append(" (").append(cutToFit(distinction, kLongestDistinction)).append(")");
     ending += extension;
     return std::string(cutToFit(name, kLongestFileName - ending.size())) + ending;
+}
+
+std::string BundleNames::nameIn(const std::string& directory, std::string_view title, std::string_view desktopId,
+                                std::string_view extension)
+{
+    std::string name = bundleName(title, {}, extension);
+    if (take_(path::appending(directory, name)))
+        return name;
+    name = bundleName(title, desktopId, extension);
+    const std::string path = path::appending(directory, name);
+    const auto [entry, isFirst] = nextNumber_.try_emplace(path, 2);
+    // Long ids are cut, so that several may make the same name.
+    if (isFirst && take_(path))
+        return name;
+    do {
+        name = bundleName(title, std::to_string(entry->second++).append(" ").append(desktopId), extension);
+    } while (!take_(path::appending(directory, name)));
+    return name;
 }
 
 } // namespace quillbox

@@ -1,7 +1,10 @@
 #include "BundleState.h"
 
 #include "FileContents.h"
+#include "FileDescriptor.h"
 #include "RegenerableFile.h"
+
+#include <fcntl.h>
 
 #include <algorithm>
 #include <charconv>
@@ -12,13 +15,13 @@ namespace quillbox {
 
 namespace {
 
-    constexpr std::string_view kFormat = "quillbox bundles 2";
+    constexpr std::string_view kFormat = "quillbox bundles 3";
     constexpr std::string_view kEnd = "end";
     constexpr std::size_t kLargestStateFile = 64 << 20;
     // All of them, in the order they are stored.
-    constexpr std::string InstalledApplication::*kApplicationFields[] = {
-        &InstalledApplication::path,    &InstalledApplication::desktopId, &InstalledApplication::entryPath,
-        &InstalledApplication::program, &InstalledApplication::title,
+    constexpr std::string InstalledBundle::*kBundleFields[] = {
+        &InstalledBundle::path,    &InstalledBundle::desktopId, &InstalledBundle::entryPath,
+        &InstalledBundle::program, &InstalledBundle::title,
     };
 
     std::string bootIdentifier()
@@ -83,18 +86,37 @@ void BundleState::watchOwn(const std::string& path)
     paths_.push_back({ path, FileStamp::of(path) });
 }
 
+void BundleState::watchUnread(const std::string& path)
+{
+    unread_.push_back(path);
+}
+
+BundleState::Presence BundleState::presence(const std::string& program) const
+{
+    const Result<std::string> found = environment_.lookForProgram(program);
+    if (!found)
+        return Presence::unknown;
+    return found->empty() ? Presence::absent : Presence::present;
+}
+
 void BundleState::watchProgram(const std::string& name)
 {
-    if (std::none_of(programs_.begin(), programs_.end(), [&](const auto& known) { return known.name == name; }))
-        programs_.push_back({ name, !environment_.findProgram(name).empty() });
+    if (!programs_.contains(name))
+        programs_.emplace(name, presence(name));
 }
 
 bool BundleState::isCurrent() const
 {
+    // A program that can't be looked for at the moment has not changed for all that is known.
     return std::all_of(paths_.begin(), paths_.end(),
                        [](const WatchedPath& watched) { return watched.stamp == FileStamp::of(watched.path); })
-        && std::all_of(programs_.begin(), programs_.end(), [&](const WatchedProgram& program) {
-               return program.isFound == !environment_.findProgram(program.name).empty();
+        && std::all_of(programs_.begin(), programs_.end(),
+                       [&](const auto& program) {
+                           const Presence now = presence(program.first);
+                           return now == Presence::unknown || now == program.second;
+                       })
+        && std::none_of(unread_.begin(), unread_.end(), [](const std::string& path) {
+               return bool(FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)));
            });
 }
 
@@ -112,14 +134,15 @@ std::string BundleState::serialized() const
         append(text, std::to_string(watched.stamp.modified));
     }
     append(text, std::to_string(programs_.size()));
-    for (const WatchedProgram& program : programs_) {
-        append(text, program.name);
-        append(text, program.isFound ? "1" : "0");
+    for (const auto& [name, known] : programs_) {
+        append(text, name);
+        append(text, known == Presence::present ? "1" : "0");
     }
-    append(text, std::to_string(applications.size()));
-    for (const InstalledApplication& application : applications) {
-        for (const auto field : kApplicationFields)
-            append(text, application.*field);
+    append(text, std::to_string(bundles.size()));
+    for (const InstalledBundle& bundle : bundles) {
+        append(text, bundle.kind == BundleKind::application ? "1" : "0");
+        for (const auto field : kBundleFields)
+            append(text, bundle.*field);
     }
     append(text, kEnd);
     return text;
@@ -149,17 +172,21 @@ std::optional<BundleState> BundleState::load(const std::string& file, const XdgE
         int isFound = 0;
         if (!name || !fields.takes(isFound))
             return std::nullopt;
-        state.programs_.push_back({ std::string(*name), isFound != 0 });
+        state.programs_.emplace(*name, isFound != 0 ? Presence::present : Presence::absent);
     }
     if (!fields.takes(count))
         return std::nullopt;
     while (count-- > 0) {
-        InstalledApplication& application = state.applications.emplace_back();
-        for (const auto field : kApplicationFields) {
+        InstalledBundle& bundle = state.bundles.emplace_back();
+        int isApplication = 0;
+        if (!fields.takes(isApplication))
+            return std::nullopt;
+        bundle.kind = isApplication != 0 ? BundleKind::application : BundleKind::preferencePane;
+        for (const auto field : kBundleFields) {
             const auto value = fields.next();
             if (!value)
                 return std::nullopt;
-            application.*field = *value;
+            bundle.*field = *value;
         }
     }
     if (!fields.takes(kEnd) || !fields.isEmpty())

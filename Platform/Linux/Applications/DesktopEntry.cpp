@@ -1,9 +1,12 @@
 #include "DesktopEntry.h"
 
+#include "DirectoryNames.h"
 #include "FileContents.h"
 #include "GLibPointer.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <utility>
 
 namespace quillbox {
 
@@ -68,24 +71,34 @@ namespace {
 
 } // namespace
 
-std::optional<DesktopEntry> DesktopEntry::read(const std::string& path, const std::vector<std::string>& languages)
+// Whether reading failed for what the file is, which no later attempt changes.
+static bool isNoEntryFile(int errorNumber)
 {
+    return isAbsence(errorNumber) || errorNumber == EISDIR || errorNumber == EINVAL || errorNumber == ENXIO
+        || errorNumber == EFBIG;
+}
+
+Result<std::optional<DesktopEntry>> DesktopEntry::read(const std::string& path,
+                                                       const std::vector<std::string>& languages)
+{
+    using Answer = std::optional<DesktopEntry>;
     const Result<Data> text = readFile(path, kLargestFile);
-    if (!text)
-        return std::nullopt;
+    if (!text && !isNoEntryFile(text.error().code))
+        return text.error();
     const GLibPointer<GKeyFile, g_key_file_unref> owned(g_key_file_new());
     GKeyFile* file = owned.get();
-    if (!g_key_file_load_from_data(file, reinterpret_cast<const char*>(text->data()), text->size(),
-                                   G_KEY_FILE_KEEP_TRANSLATIONS, nullptr)
+    if (!text
+        || !g_key_file_load_from_data(file, reinterpret_cast<const char*>(text->data()), text->size(),
+                                      G_KEY_FILE_KEEP_TRANSLATIONS, nullptr)
         || stringValue(file, "Type") != "Application") {
-        return std::nullopt;
+        return Answer();
     }
 
     DesktopEntry entry;
     entry.name = trimmed(localizedValue(file, "Name", languages));
     entry.program = firstWord(stringValue(file, "Exec"));
     if (entry.name.empty() || (entry.program.empty() && !flag(file, "DBusActivatable")))
-        return std::nullopt;
+        return Answer();
     entry.icon = localizedValue(file, "Icon", languages);
     entry.tryExec = stringValue(file, "TryExec");
     entry.isHidden = flag(file, "Hidden");
@@ -96,7 +109,7 @@ std::optional<DesktopEntry> DesktopEntry::read(const std::string& path, const st
     entry.categories = listValue(file, "Categories");
     entry.kdeAliasFor = stringValue(file, "X-KDE-AliasFor");
     entry.cinnamonSettingsPanel = stringValue(file, "X-Cinnamon-Settings-Panel");
-    return entry;
+    return Answer(std::move(entry));
 }
 
 bool DesktopEntry::isShownOn(const std::vector<std::string>& desktops) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,8 +28,9 @@ struct DesktopEntry {
     std::string kdeAliasFor;
     std::string cinnamonSettingsPanel;
 
-    // `languages` as in XdgEnvironment.
-    static std::optional<DesktopEntry> read(const std::string& path, const std::vector<std::string>& languages);
+    // `languages` as in XdgEnvironment. None where the file is no such entry or is gone; an error where it is there but
+    // can't be read at the moment.
+    static Result<std::optional<DesktopEntry>> read(const std::string& path, const std::vector<std::string>& languages);
 
     // Whether OnlyShowIn and NotShowIn let it be seen on a desktop with these names, most specific first.
     bool isShownOn(const std::vector<std::string>& desktops) const;

@@ -1,13 +1,13 @@
 #include "DesktopEntryScan.h"
 
 #include "BundleState.h"
+#include "DirectoryNames.h"
 #include "Unicode.h"
 #include "URL.h"
 
-#include <dirent.h>
 #include <sys/stat.h>
 
-#include <algorithm>
+#include <cerrno>
 #include <map>
 #include <set>
 #include <string_view>
@@ -20,25 +20,14 @@ namespace {
     constexpr std::string_view kExtension = ".desktop";
     constexpr int kDeepestFolder = 16;
 
-    std::vector<std::string> sortedNames(const std::string& directory)
-    {
-        std::vector<std::string> names;
-        DIR* stream = opendir(directory.c_str());
-        if (!stream)
-            return names;
-        while (const dirent* entry = readdir(stream)) {
-            const std::string_view name = entry->d_name;
-            if (name != "." && name != "..")
-                names.emplace_back(name);
-        }
-        closedir(stream);
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
     class Scan {
     public:
-        Scan(const XdgEnvironment& environment, BundleState& state) : environment_(environment), state_(state) { }
+        Scan(const XdgEnvironment& environment, BundleState& state, UnreadSources& unread)
+            : environment_(environment),
+              state_(state),
+              unread_(unread)
+        {
+        }
 
         void readDataDirectory(const std::string& dataDirectory)
         {
@@ -46,7 +35,15 @@ namespace {
             readFolder(dataDirectory + "/applications", "", domainOf(dataDirectory), 0);
         }
 
-        std::map<std::string, DesktopEntryFile> takeFiles() { return std::move(files_); }
+        std::vector<DesktopEntryFile> takeFiles()
+        {
+            std::vector<DesktopEntryFile> files;
+            for (auto& [id, file] : files_) {
+                if (!file.path.empty())
+                    files.push_back(std::move(file));
+            }
+            return files;
+        }
 
     private:
         BundleDomain domainOf(const std::string& dataDirectory) const
@@ -60,19 +57,30 @@ namespace {
         {
             state_.watch(folder);
             struct stat status { };
-            // Links may lead back up.
-            if (stat(folder.c_str(), &status) != 0 || !visited_.emplace(status.st_dev, status.st_ino).second)
+            if (stat(folder.c_str(), &status) != 0) {
+                noteUnlessAbsent(Error::fromErrno(errno, "couldn't look at", folder));
                 return;
+            }
+            // Links may lead back up.
+            if (!visited_.emplace(status.st_dev, status.st_ino).second)
+                return;
+            const Result<std::vector<std::string>> names = sortedNames(folder);
+            if (!names) {
+                noteUnlessAbsent(names.error());
+                return;
+            }
             std::vector<std::pair<std::string, std::string>> subfolders;
-            for (const std::string& name : sortedNames(folder)) {
+            for (const std::string& name : *names) {
                 const std::string path = path::appending(folder, name);
-                const bool isEntryName = name.ends_with(kExtension);
-                const bool isThere = stat(path.c_str(), &status) == 0;
-                if (isThere && S_ISDIR(status.st_mode)) {
+                const int error = stat(path.c_str(), &status) == 0 ? 0 : errno;
+                if (error == 0 && S_ISDIR(status.st_mode)) {
                     if (depth < kDeepestFolder)
                         subfolders.emplace_back(path, std::string(idPrefix).append(name).append("-"));
-                } else if (isEntryName) {
-                    addFile(path, idPrefix + name, domain, isThere);
+                } else if (name.ends_with(kExtension)) {
+                    addFile(path, idPrefix + name, domain, error);
+                } else if (error != 0) {
+                    // It may be a folder.
+                    noteUnlessAbsent(Error::fromErrno(error, "couldn't look at", path));
                 }
             }
             // After the files, so that of "a-b.desktop" and "a/b.desktop" the former counts.
@@ -80,35 +88,48 @@ namespace {
                 readFolder(path, prefix, domain, depth + 1);
         }
 
-        void addFile(const std::string& path, const std::string& id, BundleDomain domain, bool isThere)
+        // `error` is the number with which a look at it failed; 0 where it is there.
+        void addFile(const std::string& path, const std::string& id, BundleDomain domain, int error)
         {
             if (files_.contains(id) || !unicode::isValidUTF8(id))
                 return;
             state_.watch(path);
-            if (isThere)
+            if (error == 0) {
                 files_.emplace(id, DesktopEntryFile { path, id, domain });
+            } else if (!isAbsence(error)) {
+                files_.emplace(id, DesktopEntryFile { {}, id, domain });
+                noteUnlessAbsent(Error::fromErrno(error, "couldn't look at", path));
+            }
+        }
+
+        void noteUnlessAbsent(const Error& error)
+        {
+            if (isAbsence(error.code))
+                return;
+            unread_.add(error);
+            state_.watchUnread(error.path);
         }
 
         const XdgEnvironment& environment_;
         BundleState& state_;
+        UnreadSources& unread_;
+        // By id. The path is empty where the entry that counts can't be looked at.
         std::map<std::string, DesktopEntryFile> files_;
         std::set<std::pair<dev_t, ino_t>> visited_;
     };
 
 } // namespace
 
-std::vector<DesktopEntryFile> scanDesktopEntries(const XdgEnvironment& environment, BundleState& state)
+std::vector<DesktopEntryFile> scanDesktopEntries(const XdgEnvironment& environment, BundleState& state,
+                                                 UnreadSources& unread)
 {
-    Scan scan(environment, state);
+    Scan scan(environment, state, unread);
     scan.readDataDirectory(environment.dataHome);
     for (const std::string& directory : environment.dataDirectories) {
         if (directory != environment.dataHome)
             scan.readDataDirectory(directory);
     }
-    std::vector<DesktopEntryFile> files;
-    for (auto& [id, file] : scan.takeFiles())
-        files.push_back(std::move(file));
-    return files;
+    return scan.takeFiles();
 }
 
 } // namespace quillbox

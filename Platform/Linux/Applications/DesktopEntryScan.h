@@ -1,5 +1,6 @@
 #pragma once
 
+#include "UnreadSources.h"
 #include "XdgEnvironment.h"
 
 #include <string>
@@ -21,8 +22,10 @@ struct DesktopEntryFile {
 };
 
 // The entry files that count, in the order of their ids: of several with the same id the one in the most important
-// directory. Directories, what is watched of them and each file that counts are added to `state` before they are
-// read. Ids that are not valid UTF-8, dangling links and directories named like entries are left out.
-std::vector<DesktopEntryFile> scanDesktopEntries(const XdgEnvironment& environment, BundleState& state);
+// directory. Directories and each file that counts are added to `state` before they are read, so that a later look
+// tells whether they have changed. Ids that are not valid UTF-8, dangling links and directories named like entries are
+// left out. What can't be looked at is added to `unread`; an entry among it still hides less important ones of its id.
+std::vector<DesktopEntryFile> scanDesktopEntries(const XdgEnvironment& environment, BundleState& state,
+                                                 UnreadSources& unread);
 
 } // namespace quillbox

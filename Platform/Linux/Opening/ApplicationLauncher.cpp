@@ -9,6 +9,7 @@
 #include <gio/gio.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <memory>
 #include <utility>
 
@@ -29,6 +30,8 @@ namespace {
     void prepareChild(gpointer homeDirectory)
     {
         setsid();
+        // This process ignores it, which a program would inherit.
+        std::signal(SIGPIPE, SIG_DFL);
         // Not where this process happens to stand, which may be on a volume to be unmounted.
         if (homeDirectory && chdir(static_cast<const char*>(homeDirectory)) != 0)
             return;

@@ -1,5 +1,6 @@
 #include "FileIcons.h"
 
+#include "CanonicalPath.h"
 #include "DesktopEntry.h"
 #include "GLibPointer.h"
 #include "URL.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 
 namespace quillbox {
@@ -94,7 +94,8 @@ namespace {
 
     ImageContent imageOfEntry(const std::string& entryPath, const std::vector<std::string>& languages)
     {
-        const auto entry = DesktopEntry::read(entryPath, languages);
+        const Result<std::optional<DesktopEntry>> read = DesktopEntry::read(entryPath, languages);
+        const std::optional<DesktopEntry> entry = read ? *read : std::nullopt;
         if (!entry || entry->icon.empty())
             return kApplicationImage;
         struct stat status { };
@@ -288,8 +289,8 @@ ImageContent FileIcons::Lookup::imageOf(const std::string& path) const
         return imageOfType("inode/blockdevice");
     }
     // A link's name says nothing of what it leads to.
-    const GLibPointer<char, std::free> target(isLink ? realpath(path.c_str(), nullptr) : nullptr);
-    const std::string end = target ? target.get() : path;
+    const Result<std::string> target = isLink ? canonicalPath(path) : path;
+    const std::string end = target ? *target : path;
     const std::string name(path::lastPathComponent(end));
     if (S_ISREG(status.st_mode))
         return imageOfFileNamed(name);

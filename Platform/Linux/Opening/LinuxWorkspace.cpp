@@ -2,9 +2,10 @@
 
 #include "ApplicationBundles.h"
 #include "Bundle.h"
+#include "CanonicalPath.h"
+#include "LaunchTrust.h"
 #include "Unicode.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -52,21 +53,18 @@ namespace {
         return image;
     }
 
-    bool isExecutableEntry(const std::string& path)
-    {
-        struct stat status { };
-        return path.ends_with(".desktop") && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)
-            && access(path.c_str(), X_OK) == 0;
-    }
-
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(ApplicationBundles& bundles, MessageHandler showMessage)
+LinuxWorkspace::LinuxWorkspace(ApplicationBundles& bundles, FailureCallback onFailure)
     : bundles_(bundles),
-      showMessage_(std::move(showMessage)),
+      onFailure_(std::move(onFailure)),
       launcher_(bundles.environment(), [this](const Error& error) { tell(error.path, error); }),
-      icons_([&bundles](const std::string& package) { return bundles.entryOfBundle(package); },
-             bundles.environment().languages)
+      icons_(
+          [&bundles](const std::string& package) {
+              const InstalledBundle* bundle = bundles.bundleAt(package);
+              return bundle ? std::optional(bundle->entryPath) : std::nullopt;
+          },
+          bundles.environment().languages)
 {
 }
 
@@ -92,24 +90,36 @@ std::optional<NSImage> LinuxWorkspace::systemImage(std::string_view name)
 
 bool LinuxWorkspace::open(const URL& url)
 {
-    return finish(url.path(), url.path(), start(url.path()));
+    const Result<std::string> path = canonicalPath(url.path());
+    return path ? finish(url.path(), *path, start(*path)) : tell(url.path(), path.error());
 }
 
 Result<void> LinuxWorkspace::start(const std::string& path)
 {
-    if (const auto entry = bundles_.entryOfBundle(path))
-        return launcher_.startEntry(*entry);
+    if (const InstalledBundle* bundle = bundles_.bundleAt(path))
+        return launcher_.startEntry(bundle->entryPath);
     if (path.ends_with(".AppDir") && NSWorkspace::isFilePackage(path))
-        return launcher_.startProgram(path + "/AppRun");
-    if (isExecutableEntry(path))
+        return startAppDir(path);
+    if (path.ends_with(".desktop") && mayBeStarted(path))
         return launcher_.startEntry(path);
     return launcher_.openFile(path);
 }
 
+Result<void> LinuxWorkspace::startAppDir(const std::string& path)
+{
+    const std::string program = path + "/AppRun";
+    const Result<std::string> file = canonicalPath(program);
+    // What may not be started for its origin is shown, what can't be started is an error.
+    if (file && access(file->c_str(), X_OK) == 0 && !mayBeStarted(*file))
+        return launcher_.openFile(path);
+    return launcher_.startProgram(program);
+}
+
 bool LinuxWorkspace::launchApplication(const std::string& withBundleIdentifier)
 {
+    bundles_.bringUpToDate();
     const bool isSettings = withBundleIdentifier == kSettingsIdentifier;
-    const auto entry = isSettings ? bundles_.settingsProgramEntry() : bundles_.entryFile(withBundleIdentifier);
+    const auto entry = isSettings ? bundles_.settingsProgramEntry() : entryOfApplication(withBundleIdentifier);
     if (entry)
         return finish(isSettings ? ApplicationBundles::kSettingsTitle : *entry, *entry, launcher_.startEntry(*entry));
     const char* reason = isSettings ? "This desktop has no settings program that is installed."
@@ -117,19 +127,29 @@ bool LinuxWorkspace::launchApplication(const std::string& withBundleIdentifier)
     return tell(isSettings ? ApplicationBundles::kSettingsTitle : withBundleIdentifier, Error { 0, reason, {} });
 }
 
+std::optional<std::string> LinuxWorkspace::entryOfApplication(const std::string& identifier) const
+{
+    const auto& all = bundles_.bundles();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const InstalledBundle& bundle) {
+        return bundle.kind == BundleKind::application
+            && (bundle.desktopId == identifier || bundle.desktopId == identifier + ".desktop");
+    });
+    return found == all.end() ? std::nullopt : std::optional(found->entryPath);
+}
+
 bool LinuxWorkspace::tell(const std::string& what, const Result<void>& result) const
 {
-    if (!result && showMessage_) {
+    if (!result && onFailure_) {
         const std::string name(path::lastPathComponent(what));
-        showMessage_("“" + unicode::displayText(name) + "” couldn’t be opened.", result.error().description());
+        onFailure_("“" + unicode::displayText(name) + "” couldn’t be opened.", result.error().description());
     }
     return result.hasValue();
 }
 
 bool LinuxWorkspace::finish(const std::string& what, const std::string& path, const Result<void>& result) const
 {
-    if (result && openedHandler_)
-        openedHandler_(path);
+    if (result && onOpened)
+        onOpened(path);
     return tell(what, result);
 }
 

@@ -13,41 +13,44 @@ namespace quillbox {
 class ApplicationBundles;
 
 // Opens files and programs on a freedesktop desktop and names their icons. Installed once by the program; `bundles`
-// must outlive it and the images it gave. What can't be opened is told to the person through the message handler and
-// never stops the program.
+// must outlive it and the images it gave. What can't be opened is told to the person through `onFailure` and never
+// stops the program. Paths are handed on in their canonical form: other programs and GIO take ".." out of a path by its
+// text, which may name another file than the kernel means.
 class LinuxWorkspace final : public NSWorkspace {
 public:
     // A heading and what went wrong.
-    using MessageHandler = std::function<void(const std::string& message, const std::string& detail)>;
+    using FailureCallback = std::function<void(const std::string& message, const std::string& detail)>;
 
-    LinuxWorkspace(ApplicationBundles& bundles, MessageHandler showMessage);
+    LinuxWorkspace(ApplicationBundles& bundles, FailureCallback onFailure);
 
     using NSWorkspace::icon;
     NSImage icon(std::string_view forFile, EntryKind kind) override;
     std::optional<NSImage> systemImage(std::string_view name) override;
 
     // A bundle of ours starts its entry, an AppDir its AppRun; another package shows in the file manager. A desktop
-    // entry that its owner has made executable is started, any other file opened.
+    // entry or an AppRun that is not to be trusted (see mayBeStarted()) is opened like any other file or directory.
     bool open(const URL& url) override;
-    // By desktop id, with or without its extension; "com.apple.systempreferences" is the desktop's settings program.
+    // By the desktop id of an application that has a bundle, with or without its extension;
+    // "com.apple.systempreferences" is the desktop's settings program.
     bool launchApplication(const std::string& withBundleIdentifier) override;
 
-    // Is told each path that was opened, once it was: a file's, a bundle's, or for an application that was launched by
-    // its id its entry's.
-    void setOpenedHandler(std::function<void(const std::string& path)> handler) { openedHandler_ = std::move(handler); }
+    // Is told each path that was opened, once it was: the canonical one of a file or a bundle, or for an application
+    // that was launched by its id its entry's.
+    std::function<void(const std::string& path)> onOpened;
 
     // From the display, before the action of a click runs: lets what that action starts take the focus.
     void setActivationToken(std::string token) { launcher_.setActivationToken(std::move(token)); }
 
 private:
     Result<void> start(const std::string& path);
+    Result<void> startAppDir(const std::string& path);
+    std::optional<std::string> entryOfApplication(const std::string& identifier) const;
     bool tell(const std::string& what, const Result<void>& result) const;
-    // The same, and where `path` was opened, tells the handler.
+    // The same, and where `path` was opened, tells `onOpened`.
     bool finish(const std::string& what, const std::string& path, const Result<void>& result) const;
 
     ApplicationBundles& bundles_;
-    MessageHandler showMessage_;
-    std::function<void(const std::string& path)> openedHandler_;
+    FailureCallback onFailure_;
     ApplicationLauncher launcher_;
     FileIcons icons_;
     unsigned iconsGeneration_ = 0;

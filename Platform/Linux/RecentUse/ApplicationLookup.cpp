@@ -5,9 +5,11 @@
 
 namespace quillbox {
 
-ApplicationLookup::ApplicationLookup(const std::vector<InstalledApplication>& applications)
+ApplicationLookup::ApplicationLookup(const std::vector<InstalledBundle>& bundles)
 {
-    for (const InstalledApplication& application : applications) {
+    for (const InstalledBundle& application : bundles) {
+        if (application.kind != BundleKind::application)
+            continue;
         // The settings program may have a bundle under its own name too, which says more.
         const auto [found, isNew] = byId_.emplace(application.desktopId, &application);
         if (!isNew && application.title == ApplicationBundles::kSettingsTitle)
@@ -18,19 +20,19 @@ ApplicationLookup::ApplicationLookup(const std::vector<InstalledApplication>& ap
         byProgram_.emplace(path::lastPathComponent(application->program), application);
 }
 
-const InstalledApplication* ApplicationLookup::byId(const std::string& desktopId) const
+const InstalledBundle* ApplicationLookup::byId(const std::string& desktopId) const
 {
     const auto found = byId_.find(desktopId);
     return found == byId_.end() ? nullptr : found->second;
 }
 
-const InstalledApplication* ApplicationLookup::find(const ApplicationUse& use) const
+const InstalledBundle* ApplicationLookup::find(const ApplicationUse& use) const
 {
-    if (const InstalledApplication* application = byId(use.desktopId))
+    if (const InstalledBundle* application = byId(use.desktopId))
         return application;
     if (use.program.empty())
         return nullptr;
-    if (const InstalledApplication* application = byId(use.program + ".desktop"))
+    if (const InstalledBundle* application = byId(use.program + ".desktop"))
         return application;
     const auto [first, last] = byProgram_.equal_range(use.program);
     if (first != last && std::next(first) == last)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BundleState.h"
+#include "InstalledBundles.h"
 #include "UseRecord.h"
 
 #include <string_view>
@@ -9,21 +9,21 @@
 namespace quillbox {
 
 // Finds the bundle of an application that a record of use names in its own way. Made by the index of recent use; the
-// applications must outlive it.
+// bundles must outlive it.
 class ApplicationLookup {
 public:
-    explicit ApplicationLookup(const std::vector<InstalledApplication>& applications);
+    explicit ApplicationLookup(const std::vector<InstalledBundle>& bundles);
 
     // By desktop id; else by the program, where it is named like an entry or only one entry starts it, or one of those
     // that start it has the title. Null where no bundle is meant for sure.
-    const InstalledApplication* find(const ApplicationUse& use) const;
+    const InstalledBundle* find(const ApplicationUse& use) const;
 
 private:
-    const InstalledApplication* byId(const std::string& desktopId) const;
+    const InstalledBundle* byId(const std::string& desktopId) const;
 
-    std::unordered_map<std::string_view, const InstalledApplication*> byId_;
+    std::unordered_map<std::string_view, const InstalledBundle*> byId_;
     // By its name, without directories.
-    std::unordered_multimap<std::string_view, const InstalledApplication*> byProgram_;
+    std::unordered_multimap<std::string_view, const InstalledBundle*> byProgram_;
 };
 
 } // namespace quillbox

@@ -44,7 +44,7 @@ bool RecentUseIndex::refreshRecords()
 
 void RecentUseIndex::merge()
 {
-    const ApplicationLookup applications(bundles_.applications());
+    const ApplicationLookup applications(bundles_.bundles());
     std::unordered_map<std::string_view, Use> newest;
     const auto add = [&](const std::string& path, double when) {
         Use& use = newest.try_emplace(path, Use { when, &path }).first->second;
@@ -55,7 +55,7 @@ void RecentUseIndex::merge()
         for (const FileUse& use : record->uses().files)
             add(use.path, use.when);
         for (const ApplicationUse& use : record->uses().applications) {
-            if (const InstalledApplication* application = applications.find(use))
+            if (const InstalledBundle* application = applications.find(use))
                 add(application->path, use.when);
         }
     }
@@ -72,14 +72,23 @@ void RecentUseIndex::merge()
 void RecentUseIndex::noteOpened(const std::string& path)
 {
     bundles_.bringUpToDate();
-    const auto& applications = bundles_.applications();
-    const auto opened = std::find_if(applications.begin(), applications.end(), [&](const InstalledApplication& known) {
-        return known.path == path || known.entryPath == path;
-    });
-    if (opened != applications.end())
-        ownRecord_.addApplication(opened->desktopId);
+    if (const InstalledBundle* application = applicationAt(path))
+        ownRecord_.addApplication(application->desktopId);
     else
         ownRecord_.addFile(path);
+}
+
+const InstalledBundle* RecentUseIndex::applicationAt(const std::string& path) const
+{
+    const InstalledBundle* bundle = bundles_.bundleAt(path);
+    if (bundle && bundle->kind == BundleKind::application)
+        return bundle;
+    // An application that was launched by its name is told by its entry.
+    const auto& all = bundles_.bundles();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const InstalledBundle& known) {
+        return known.kind == BundleKind::application && known.entryPath == path;
+    });
+    return found == all.end() ? nullptr : &*found;
 }
 
 } // namespace quillbox

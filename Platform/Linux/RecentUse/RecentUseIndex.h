@@ -13,6 +13,7 @@
 namespace quillbox {
 
 class ApplicationBundles;
+struct InstalledBundle;
 
 // Knows what was used when on a freedesktop desktop: the shared list of recently used files, Plasma's and GNOME's
 // records, and our own of what was opened through Quillbox. Asked when a menu of recent items opens; then, and only
@@ -25,7 +26,7 @@ public:
 
     std::vector<std::string> pathsLastUsed(Date from, Date until) override;
 
-    // Something was opened through Quillbox: a file, a bundle, or an application's desktop entry.
+    // Something was opened through Quillbox: a file by its canonical path, a bundle, or an application's desktop entry.
     void noteOpened(const std::string& path);
 
 private:
@@ -38,6 +39,8 @@ private:
 
     bool refreshRecords();
     void merge();
+    // Null where `path` is no application's.
+    const InstalledBundle* applicationAt(const std::string& path) const;
 
     ApplicationBundles& bundles_;
     RecentlyUsedList recentlyUsedList_;

@@ -101,15 +101,15 @@ namespace {
             { "Icon=" + picture, picture },      { "Icon=/no/such/picture.png", "application-x-executable" },
             { "", "application-x-executable" },
         };
-        const ImageSource* before = nullptr;
+        NSImage before;
         for (const auto& [line, expected] : cases) {
             tree.writeApplication("system", "a.desktop", "A", line);
             bundles.bringUpToDate();
             const NSImage icon = workspace.icon(bundle, Kind::directory);
             EXPECT_EQ(themeNames(icon).front(), expected);
-            EXPECT_NE(icon.source(), before);
-            before = icon.source();
-            EXPECT_EQ(workspace.icon(bundle).source(), before);
+            EXPECT_NE(icon.source(), before.source());
+            before = icon;
+            EXPECT_EQ(workspace.icon(bundle).source(), before.source());
         }
     }
 

@@ -1,11 +1,13 @@
 #include "LinuxWorkspace.h"
 
+#include "MountNamespace.h"
 #include "XdgTree.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,6 +19,7 @@
 namespace quillbox {
 namespace {
 
+    namespace fs = std::filesystem;
     using testing::ElementsAre;
     using testing::HasSubstr;
     using testing::IsEmpty;
@@ -128,7 +131,7 @@ namespace {
         EXPECT_THAT(messages, IsEmpty());
 
         std::vector<std::string> opened;
-        workspace->setOpenedHandler([&](const std::string& path) { opened.push_back(path); });
+        workspace->onOpened = [&](const std::string& path) { opened.push_back(path); };
         const std::string bundle = tree.bundlePath("System/Applications/A.app");
         EXPECT_TRUE(open(bundle));
         answers.read();
@@ -214,6 +217,96 @@ namespace {
         EXPECT_THAT(answers.read(), ElementsAre("started"));
         EXPECT_TRUE(workspace->launchApplication("com.apple.systempreferences"));
         EXPECT_THAT(answers.read(), ElementsAre("started"));
+    }
+
+    TEST_F(LinuxWorkspaceTest, ADirectoryThatLooksLikeABundleStartsNothing)
+    {
+        ASSERT_TRUE(openBundle(writeTeller("teller", "echo started")));
+        answers.read();
+        // Somebody's package, whose own link names an entry that would start a program.
+        const std::string evil = tree.writeEntry(
+            "stick", "evil.desktop",
+            "[Desktop Entry]\nType=Application\nName=Evil\nIcon=evil\nExec=" + writeTeller("evil", "echo evil") + "\n");
+        const std::string package = tree.files().makeDirectory("stick/A.app");
+        tree.files().makeLink("stick/A.app/Contents/Entry.desktop", evil);
+        const std::string climb = tree.environment.bundlesDirectory() + "/../../../stick/A.app";
+        tree.files().makeLink("Documents/innocent.pdf", climb);
+        for (const std::string& path : { package, climb, tree.path("Documents/innocent.pdf") }) {
+            EXPECT_TRUE(open(path));
+            EXPECT_THAT(answers.read(), ElementsAre("files", package)) << path;
+            const NSImage icon = workspace->icon(path, NSWorkspace::EntryKind::symbolicLink);
+            EXPECT_EQ(std::get<ThemedImage>(icon.source()->content()).names.front(), "application-x-executable");
+        }
+        // A bundle of ours whose link was bent starts what the keeper made it for.
+        fs::remove(tree.bundlePath("System/Applications/A.app/Contents/Entry.desktop"));
+        tree.files().makeLink("user/quillbox/bundles/System/Applications/A.app/Contents/Entry.desktop", evil);
+        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
+        EXPECT_THAT(answers.read(), ElementsAre("started"));
+    }
+
+    TEST_F(LinuxWorkspaceTest, BundlesOfADataDirectoryBehindALinkAreKnownByEachPath)
+    {
+        tree.files().makeLink("home", "user");
+        tree.environment.dataHome = tree.path("home");
+        ASSERT_TRUE(openBundle(writeTeller("teller", "echo started")));
+        EXPECT_THAT(answers.read(), ElementsAre("started"));
+        tree.files().makeLink("favourite", tree.path("home/quillbox/bundles/System/Applications/A.app"));
+        for (const char* path : { "user/quillbox/bundles/System/Applications/A.app", "favourite" }) {
+            EXPECT_TRUE(open(tree.path(path)));
+            EXPECT_THAT(answers.read(), ElementsAre("started")) << path;
+        }
+    }
+
+    TEST_F(LinuxWorkspaceTest, EntriesThatAreNotToBeTrustedOpenAsDocuments)
+    {
+        if (!MountNamespace::enter())
+            return;
+        makeWorkspace();
+        const std::string text =
+            "[Desktop Entry]\nType=Application\nName=A\nExec=" + writeTeller("teller", "echo started") + "\n";
+        tree.files().makeDirectory("stick");
+        tree.files().makeDirectory("disk");
+        ASSERT_EQ(mount("none", tree.path("stick").c_str(), "tmpfs", MS_NOSUID | MS_NODEV, nullptr), 0);
+        ASSERT_EQ(mount("none", tree.path("disk").c_str(), "tmpfs", 0, nullptr), 0);
+        struct {
+            const char* name;
+            mode_t mode;
+            bool isStarted;
+        } const cases[] = {
+            { "own.desktop", 0755, true },       { "disk/own.desktop", 0755, true },   { "plain.desktop", 0644, false },
+            { "anybodys.desktop", 0777, false }, { "stick/own.desktop", 0755, false }, { "notes.txt", 0755, false },
+        };
+        for (const auto& row : cases) {
+            const std::string file = tree.files().writeFile(row.name, text);
+            ASSERT_EQ(chmod(file.c_str(), row.mode), 0);
+            EXPECT_TRUE(open(file));
+            if (row.isStarted)
+                EXPECT_THAT(answers.read(), ElementsAre("started")) << row.name;
+            else
+                EXPECT_THAT(answers.read(), ElementsAre("viewer", file)) << row.name;
+        }
+        const std::string run = tree.files().writeFile("stick/Holiday.AppDir/AppRun", "#!/bin/sh\n");
+        ASSERT_EQ(chmod(run.c_str(), 0755), 0);
+        EXPECT_TRUE(open(tree.path("stick/Holiday.AppDir")));
+        EXPECT_THAT(answers.read(), ElementsAre("files", tree.path("stick/Holiday.AppDir")));
+        EXPECT_THAT(messages, IsEmpty());
+    }
+
+    TEST_F(LinuxWorkspaceTest, PathsMeanWhatTheKernelMakesOfThem)
+    {
+        makeWorkspace();
+        tree.files().writeFile("a/y.txt", "by the text");
+        const std::string meant = tree.files().writeFile("far/y.txt", "by the kernel");
+        tree.files().makeDirectory("far/away/sub");
+        tree.files().makeLink("a/L", tree.path("far/away"));
+        tree.files().makeLink("far/away/sub/x.txt", "../../y.txt");
+        std::vector<std::string> opened;
+        workspace->onOpened = [&](const std::string& path) { opened.push_back(path); };
+        for (const char* path : { "a/L/sub/x.txt", "a/L/sub/../../y.txt" }) {
+            EXPECT_TRUE(open(tree.path(path)));
+            EXPECT_THAT(answers.read(), ElementsAre("viewer", meant)) << path;
+        }
+        EXPECT_THAT(opened, ElementsAre(meant, meant)) << "and is noted under one path";
     }
 
     TEST_F(LinuxWorkspaceTest, WhatCannotBeOpenedIsToldToThePerson)

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "BundleStore.h"
+#include "FoundBundle.h"
+
+#include <cstddef>
+#include <limits>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace quillbox {
+
+// Brings one store to one plan; made and used once by BundleStore. It finds for each planned bundle the one on disk
+// that becomes it, gives all of them their names, and then removes, renames and makes. Its work grows with the number
+// of bundles, also where all of them have one title.
+class BundleUpdate {
+public:
+    // The directory of each planned bundle is at the same index of `directories`. The plan must outlive the update.
+    BundleUpdate(FoundBundles found, const std::vector<PlannedBundle>& plan,
+                 const std::vector<std::string>& directories, const UnreadSources& unread);
+
+    BundleStore::Outcome run();
+
+private:
+    static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+
+    struct Target {
+        const PlannedBundle* planned;
+        std::string directory;
+        std::string name {};
+        // Index of the bundle that becomes it; kNone where one has to be made.
+        std::size_t found = kNone;
+
+        std::string path() const { return directory + '/' + name; }
+    };
+    // Indexes of bundles on disk by what they may be matched by.
+    using Candidates = std::unordered_map<std::string, std::vector<std::size_t>>;
+
+    void keepUncertain(const UnreadSources& unread);
+    void match(Target& target, std::size_t index);
+    void matchFirstFree(Target& target, Candidates& candidates, const std::string& key);
+    void matchByName();
+    void matchWithinDirectories();
+    void matchAcrossDirectories();
+    int nameRank(const Target& target) const;
+    void assignNames();
+    bool putAside(FoundBundle& bundle);
+    void removeUnwanted();
+    void moveOutOfTheWay();
+    void bring(const Target& target);
+    bool rename(const FoundBundle& bundle, const Target& target);
+    void replaceLink(const Target& target);
+    bool make(const Target& target);
+    void takeApart(const std::string& bundle);
+    void addInstalled(const Target& target, const std::string& path);
+    void fail(const char* what, const std::string& path);
+
+    std::vector<Target> targets_;
+    std::vector<FoundBundle> found_;
+    std::set<std::size_t> matched_;
+    // Paths that no further bundle can have.
+    std::set<std::string> taken_;
+    unsigned nextAsideNumber_ = 0;
+    BundleStore::Outcome outcome_;
+};
+
+} // namespace quillbox

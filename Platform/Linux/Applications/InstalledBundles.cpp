@@ -1,0 +1,39 @@
+#include "InstalledBundles.h"
+
+#include "CanonicalPath.h"
+#include "URL.h"
+
+#include <sys/stat.h>
+
+namespace quillbox {
+
+static bool isSameFile(const std::string& a, const std::string& b)
+{
+    struct stat statusA { };
+    struct stat statusB { };
+    return stat(a.c_str(), &statusA) == 0 && stat(b.c_str(), &statusB) == 0 && statusA.st_dev == statusB.st_dev
+        && statusA.st_ino == statusB.st_ino;
+}
+
+InstalledBundles::InstalledBundles(std::vector<InstalledBundle> bundles) : bundles_(std::move(bundles))
+{
+    for (std::size_t index = 0; index < bundles_.size(); ++index)
+        byName_.emplace(path::lastPathComponent(bundles_[index].path), index);
+}
+
+const InstalledBundle* InstalledBundles::at(const std::string& path) const
+{
+    const Result<std::string> canonical = canonicalPath(path);
+    if (!canonical)
+        return nullptr;
+    // The name only says which few are worth a look; the data directory itself may be reached through a link.
+    const auto [first, last] = byName_.equal_range(std::string(path::lastPathComponent(*canonical)));
+    for (auto candidate = first; candidate != last; ++candidate) {
+        const InstalledBundle& bundle = bundles_[candidate->second];
+        if (isSameFile(bundle.path, *canonical))
+            return &bundle;
+    }
+    return nullptr;
+}
+
+} // namespace quillbox

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace quillbox {
+
+enum class BundleKind { application, preferencePane };
+
+// A bundle that the keeper has made: where it is and what its desktop entry said then.
+struct InstalledBundle {
+    BundleKind kind = BundleKind::application;
+    std::string path;
+    std::string desktopId;
+    std::string entryPath;
+    // The first word of Exec; empty where the entry has none.
+    std::string program;
+    std::string title;
+};
+
+// The keeper's own list of its bundles. It is what says whether a path is a bundle and which entry that stands for;
+// nothing that lies at a path is believed about it, since anybody can make a directory that looks like a bundle.
+class InstalledBundles {
+public:
+    InstalledBundles() = default;
+    explicit InstalledBundles(std::vector<InstalledBundle> bundles);
+
+    const std::vector<InstalledBundle>& all() const { return bundles_; }
+    // The bundle that is what `path` leads to, whatever links are on the way; null where that is none of them.
+    const InstalledBundle* at(const std::string& path) const;
+
+private:
+    std::vector<InstalledBundle> bundles_;
+    // Indexes by the last component of the path.
+    std::unordered_multimap<std::string, std::size_t> byName_;
+};
+
+} // namespace quillbox

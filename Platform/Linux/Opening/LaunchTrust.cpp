@@ -1,0 +1,72 @@
+#include "LaunchTrust.h"
+
+#include "FileIdentity.h"
+#include "GLibPointer.h"
+#include "MountTable.h"
+
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace quillbox {
+
+namespace {
+
+    // File systems that store an owner and a mode for each file. All others make them up, or are not known to us.
+    constexpr std::array<std::string_view, 21> kTypesWithModes {
+        "bcachefs", "btrfs", "ecryptfs", "erofs", "ext2",           "ext3",       "ext4",
+        "f2fs",     "jfs",   "nfs",      "nfs4",  "nilfs2",         "overlay",    "ramfs",
+        "reiserfs", "tmpfs", "xfs",      "zfs",   "fuse.gocryptfs", "fuse.encfs", "fuse.cryfs",
+    };
+
+    bool isMountOf(const char* path, std::uint64_t mountId)
+    {
+        const Result<FileStatus> status = lookAtFile(path);
+        return status && status->mountId == mountId;
+    }
+
+    bool keepsOwnersAndModes(const std::string& path, std::uint64_t mountId)
+    {
+        const MountTable::Mount* mount = MountTable::current().find(mountId);
+        struct statvfs fileSystem { };
+        if (!mount || std::find(kTypesWithModes.begin(), kTypesWithModes.end(), mount->type) == kTypesWithModes.end()
+            || statvfs(path.c_str(), &fileSystem) != 0)
+            return false;
+        // Sticks are mounted so, and so is what holds files of unknown origin. A home may be, and is one's own.
+        const bool isForeign = (fileSystem.f_flag & ST_NOSUID) != 0;
+        return !isForeign || isMountOf("/", mountId) || isMountOf(g_get_home_dir(), mountId);
+    }
+
+    bool isMarkedTrusted(const std::string& path)
+    {
+        constexpr const char* kTrusted = "metadata::trusted";
+        const GLibObject<GFile> file(g_file_new_for_path(path.c_str()));
+        const GLibObject<GFileInfo> info(
+            g_file_query_info(file.get(), kTrusted, G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
+        const char* value = info ? g_file_info_get_attribute_string(info.get(), kTrusted) : nullptr;
+        return value && std::strcmp(value, "true") == 0;
+    }
+
+} // namespace
+
+bool mayBeStarted(const std::string& path)
+{
+    struct statx status { };
+    if (statx(AT_FDCWD, path.c_str(), 0, STATX_TYPE | STATX_MODE | STATX_UID | STATX_MNT_ID, &status) != 0
+        || !S_ISREG(status.stx_mode) || access(path.c_str(), X_OK) != 0)
+        return false;
+    const bool isOwn = status.stx_uid == geteuid() || status.stx_uid == 0;
+    const bool isWritableByOthers = (status.stx_mode & S_IWOTH) != 0;
+    if (isOwn && !isWritableByOthers && keepsOwnersAndModes(path, status.stx_mnt_id))
+        return true;
+    return isMarkedTrusted(path);
+}
+
+} // namespace quillbox
