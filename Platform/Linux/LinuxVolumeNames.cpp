@@ -1,6 +1,7 @@
 #include "LinuxVolumeNames.h"
 
 #include "GLibPointer.h"
+#include "GLibSessionBus.h"
 #include "MountTable.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ namespace {
         return name && *name.get() ? std::optional<std::string>(name.get()) : std::nullopt;
     }
 
-    // What can't stand in a file name is written there as "\\x" and two hexadecimal digits.
+    // Characters that can't be in a file name are written there as "\\x" and two hexadecimal digits.
     std::string decodedLabel(std::string_view link)
     {
         std::string label;
@@ -55,6 +56,7 @@ std::optional<std::string> LinuxVolumeNames::localizedName(const std::string& mo
         return std::nullopt;
     if (const std::string link = mounted->deviceLink(labels_); !link.empty())
         return decodedLabel(link);
+    useSessionBusOfGLib();
     const GLibObject<GVolumeMonitor> monitor(g_volume_monitor_get());
     const std::unique_ptr<GList, MountListRelease> mounts(g_volume_monitor_get_mounts(monitor.get()));
     for (const GList* link = mounts.get(); link; link = link->next) {

@@ -2,6 +2,7 @@
 
 #include "ExecQuoting.h"
 #include "GLibPointer.h"
+#include "GLibSessionBus.h"
 #include "LaunchContext.h"
 #include "TerminalProgram.h"
 
@@ -26,18 +27,19 @@ namespace {
         return Error { 0, error ? error->message : "couldn't be opened", std::move(path) };
     }
 
-    // Runs in the child: nothing but system calls.
+    // This runs in the child between fork and exec, where only system calls are safe.
     void prepareChild(gpointer homeDirectory)
     {
         setsid();
         // This process ignores it, which a program would inherit.
         std::signal(SIGPIPE, SIG_DFL);
-        // Not where this process happens to stand, which may be on a volume to be unmounted.
+        // The directory of this process may be on a volume that is to be unmounted.
         if (homeDirectory && chdir(static_cast<const char*>(homeDirectory)) != 0)
             return;
     }
 
-    // The entry, changed to run in a terminal; GIO's own list of terminal programs is short and fixed.
+    // Gives the entry changed so that it runs in a terminal. GIO could do it, but its list of terminal programs is
+    // fixed.
     Result<AppInfo> inTerminal(const AppInfo& info, const XdgEnvironment& environment)
     {
         const char* path = g_desktop_app_info_get_filename(info.get());
@@ -122,7 +124,7 @@ Result<void> ApplicationLauncher::startProgram(const std::string& path)
 
 Result<void> ApplicationLauncher::openFile(const std::string& path)
 {
-    // Of the local file system: the default one starts daemons first.
+    // GIO's default file system starts daemons first, and the local one needs none.
     const GLibObject<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
     GError* problem = nullptr;
     GAppInfo* info = g_file_query_default_handler(file.get(), nullptr, &problem);
@@ -176,6 +178,7 @@ void ApplicationLauncher::Launches::activate(const AppInfo& info, GList* uris, G
     const char* entry = g_desktop_app_info_get_filename(info.get());
     auto activation = std::make_unique<Activation>();
     *activation = { shared_from_this(), file.empty() && entry ? entry : file };
+    useSessionBusOfGLib();
     g_app_info_launch_uris_async(G_APP_INFO(info.get()), uris, context, nullptr, activated, activation.release());
 }
 

@@ -2,6 +2,7 @@
 
 #include "FileIdentity.h"
 #include "GLibPointer.h"
+#include "GLibSessionBus.h"
 #include "MountTable.h"
 
 #include <fcntl.h>
@@ -46,6 +47,7 @@ namespace {
 
     bool isMarkedTrusted(const std::string& path)
     {
+        useSessionBusOfGLib();
         constexpr const char* kTrusted = "metadata::trusted";
         const GLibObject<GFile> file(g_file_new_for_path(path.c_str()));
         const GLibObject<GFileInfo> info(

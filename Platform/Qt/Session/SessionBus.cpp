@@ -3,10 +3,16 @@
 #include <QDBusError>
 #include <QDBusVariant>
 #include <QFileInfo>
+#include <QStringList>
+#include <QUrl>
 
 namespace quillbox {
 
 namespace {
+
+    // Milliseconds until the bus that seems to have returned is tried; twice as long each time.
+    constexpr int kFirstRetry = 50;
+    constexpr int kRetries = 6;
 
     // The library would start a bus of its own where it finds none; one that nobody else is on helps nobody.
     QString addressOfRunningBus()
@@ -24,6 +30,33 @@ namespace {
         return address.isEmpty() ? QDBusConnection(name) : QDBusConnection::connectToBus(address, name);
     }
 
+    // The parts of "unix:path=/run/user/1000/bus,guid=...", without their kind.
+    QStringList partsOf(const QString& address)
+    {
+        return address.section(QLatin1Char(';'), 0, 0).section(QLatin1Char(':'), 1).split(QLatin1Char(','));
+    }
+
+    // The restarted bus is another server on the same socket.
+    QString withoutServerId(const QString& address)
+    {
+        QStringList parts = partsOf(address);
+        parts.removeIf([](const QString& part) { return part.startsWith(QLatin1String("guid=")); });
+        return address.isEmpty()
+            ? address
+            : address.section(QLatin1Char(':'), 0, 0) + QLatin1Char(':') + parts.join(QLatin1Char(','));
+    }
+
+    // Empty where the bus has no socket in a file system.
+    QString directoryOfSocket(const QString& address)
+    {
+        const QString key = QStringLiteral("path=");
+        for (const QString& part : partsOf(address)) {
+            if (part.startsWith(key))
+                return QFileInfo(QUrl::fromPercentEncoding(part.mid(key.size()).toUtf8())).absolutePath();
+        }
+        return {};
+    }
+
     QString nextConnectionName()
     {
         static int count = 0;
@@ -32,11 +65,62 @@ namespace {
 
 } // namespace
 
-SessionBus::SessionBus() : name_(nextConnectionName()), connection_(connectTo(addressOfRunningBus(), name_)) { }
+SessionBus::SessionBus() : name_(nextConnectionName()), connection_(connectTo(addressOfRunningBus(), name_))
+{
+    lost_.setSingleShot(true);
+    retry_.setSingleShot(true);
+    QObject::connect(&lost_, &QTimer::timeout, &lost_, [this] { connectAgain(); });
+    QObject::connect(&retry_, &QTimer::timeout, &retry_, [this] { connectAgain(); });
+    listenForLoss();
+}
 
 SessionBus::~SessionBus()
 {
     QDBusConnection::disconnectFromBus(name_);
+}
+
+void SessionBus::listenForLoss()
+{
+    if (connection_.isConnected())
+        connection_.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                            QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &lost_,
+                            SLOT(start()));
+}
+
+void SessionBus::connectAgain()
+{
+    QDBusConnection::disconnectFromBus(name_);
+    name_ = nextConnectionName();
+    connection_ = connectTo(withoutServerId(addressOfRunningBus()), name_);
+    if (!connection_.isConnected()) {
+        waitForReturn();
+        return;
+    }
+    socketWatcher_.reset();
+    retry_.stop();
+    listenForLoss();
+    if (onReturned)
+        onReturned();
+}
+
+void SessionBus::waitForReturn()
+{
+    // A socket is made before anybody listens on it, so what was refused is tried again a few times.
+    if (retriesLeft_ > 0) {
+        retry_.start(kFirstRetry << (kRetries - retriesLeft_));
+        --retriesLeft_;
+    }
+    const QString directory = directoryOfSocket(addressOfRunningBus());
+    if (socketWatcher_ || directory.isEmpty())
+        return;
+    socketWatcher_ = std::make_unique<QFileSystemWatcher>(QStringList { directory });
+    QObject::connect(socketWatcher_.get(), &QFileSystemWatcher::directoryChanged, &retry_, [this] {
+        retriesLeft_ = kRetries;
+        retry_.start(kFirstRetry);
+    });
+    // It may have come back before it was watched.
+    retriesLeft_ = kRetries;
+    retry_.start(kFirstRetry);
 }
 
 QDBusMessage invalidArguments(const QDBusMessage& call, const QString& message)

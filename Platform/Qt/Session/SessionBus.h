@@ -2,16 +2,21 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QFileSystemWatcher>
 #include <QString>
+#include <QTimer>
 #include <QVariant>
 
 #include <functional>
 #include <initializer_list>
+#include <memory>
 
 namespace quillbox {
 
 // A connection of its own to the session bus, closed when it goes. Each of our objects on the bus has one:
-// whoever watches for its unique name then sees it leave. Never starts a bus where there is none.
+// whoever watches for its unique name then sees it leave. Never starts a bus where there is none. When the bus goes
+// and comes back, as on its restart, it is connected to again; until then nothing is asked and no timer runs. Where
+// there was no bus in the beginning, none is waited for.
 class SessionBus {
 public:
     SessionBus();
@@ -21,11 +26,26 @@ public:
 
     // False without a session bus; nothing else may be asked then.
     bool isConnected() const { return connection_.isConnected(); }
+    // Another one after each return of the bus: whoever keeps a copy has to take a new one then.
     QDBusConnection& connection() { return connection_; }
 
+    // Called from the event loop when the bus has come back. It knows nothing of us: objects, names and signals are to
+    // be registered again.
+    std::function<void()> onReturned;
+
 private:
+    void listenForLoss();
+    void connectAgain();
+    void waitForReturn();
+
     QString name_;
     QDBusConnection connection_;
+    // The bus library calls slots by their name, and a timer has one.
+    QTimer lost_;
+    QTimer retry_;
+    int retriesLeft_ = 0;
+    // Of the directory in which the bus has its socket; null while the bus is there.
+    std::unique_ptr<QFileSystemWatcher> socketWatcher_;
 };
 
 // A method of one of our objects: its name, the signature of its arguments and what answers it.

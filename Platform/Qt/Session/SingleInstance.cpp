@@ -54,6 +54,7 @@ public:
         // The object is there before the name is ours, since calls may follow at once.
         if (bus_.isConnected())
             bus_.connection().registerVirtualObject(kPath, this);
+        bus_.onReturned = [this] { comeBack(); };
     }
     ~Service() override { bus_.connection().unregisterObject(kPath); }
 
@@ -69,6 +70,7 @@ private:
 
     Taker requestName();
     void awaitStartingCall();
+    void comeBack();
     QDBusMessage callFirst(const std::string& activationToken);
     QDBusMessage activate(const QDBusMessage& call, const QVariantMap& platformData);
     QDBusMessage activateAction(const QDBusMessage& call);
@@ -103,6 +105,13 @@ void SingleInstance::Service::awaitStartingCall()
     delivered_ = std::make_unique<QDBusPendingCallWatcher>(bus_.connection().asyncCall(question));
     QObject::connect(delivered_.get(), &QDBusPendingCallWatcher::finished, this,
                      [this] { isStartingCallDue_ = false; });
+}
+
+void SingleInstance::Service::comeBack()
+{
+    bus_.connection().registerVirtualObject(kPath, this);
+    // A Quillbox that was started meanwhile keeps the name, and this one goes on without it.
+    requestName();
 }
 
 QDBusMessage SingleInstance::Service::callFirst(const std::string& activationToken)

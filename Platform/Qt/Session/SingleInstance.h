@@ -9,7 +9,8 @@ namespace quillbox {
 
 // Sees to it that one Quillbox runs per desktop: asks for the application's name on the session bus, and
 // answers org.freedesktop.Application there. main asks it before anything is loaded; a process that does
-// not get the name has nothing to load. Losing the name or the bus later changes nothing.
+// not get the name has nothing to load. Losing the name or the bus later changes nothing; when the bus comes
+// back, it takes the name again where nobody else has it.
 class SingleInstance {
 public:
     // What the process was started with. Taken first of all, before the toolkit clears it.

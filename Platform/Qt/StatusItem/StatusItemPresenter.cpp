@@ -78,6 +78,7 @@ struct StatusItemPresenter::State {
     State& operator=(const State&) = delete;
 
     void showOnBus();
+    void busReturned();
 
     void hostsChanged();
     void graceIsOver();
@@ -128,6 +129,7 @@ StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presen
     menus.onClosed = [this] { QTimer::singleShot(0, &context, [this] { menuHasClosed(); }); };
     if (bus.isConnected())
         showOnBus();
+    bus.onReturned = [this] { busReturned(); };
     if (tray) {
         tray->onChanged = [this] { hostsChanged(); };
         tray->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
@@ -160,6 +162,18 @@ void StatusItemPresenter::State::showOnBus()
     }
     registration = std::make_unique<StatusNotifierRegistration>(bus.connection());
     registration->onShownChanged = [this] { hostsChanged(); };
+}
+
+// All that was on the old connection went with it.
+void StatusItemPresenter::State::busReturned()
+{
+    if (exporter)
+        exporter->close();
+    registration.reset();
+    exporter.reset();
+    notifierItem.reset();
+    showOnBus();
+    hostsChanged();
 }
 
 void StatusItemPresenter::State::hostsChanged()

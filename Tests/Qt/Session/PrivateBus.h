@@ -23,6 +23,8 @@ public:
     void offer(const QString& name);
     // Ends the bus daemon, as at the end of a session.
     void stop();
+    // Starts one in its place, at the same address.
+    void start();
 
 private:
     QTemporaryDir directory_;

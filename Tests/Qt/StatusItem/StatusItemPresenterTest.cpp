@@ -98,6 +98,17 @@ TEST_F(StatusItemPresenterTest, TheStripShowsOnlyWhereNoHostHasBeenForAWhile)
     EXPECT_FALSE(strip());
 }
 
+TEST_F(StatusItemPresenterTest, TheIconComesBackWithTheBus)
+{
+    auto statusBar = std::make_unique<FakeStatusBar>();
+    ASSERT_TRUE(waitUntil([&] { return statusBar->registeredItems.size() == 1; }));
+    statusBar.reset();
+    bus.stop();
+    bus.start();
+    const FakeStatusBar restarted;
+    EXPECT_TRUE(waitUntil([&] { return restarted.registeredItems.size() == 1; }));
+}
+
 TEST_F(StatusItemPresenterTest, AClickOnTheIconOpensTheMenuAndTheNextOneClosesIt)
 {
     const FakeStatusBar statusBar;
