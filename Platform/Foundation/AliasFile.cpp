@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 
 namespace quillbox {
@@ -49,6 +50,59 @@ namespace {
         return text;
     }
 
+    // Plasma marks values with options after a dollar sign, such as "URL[$e]": "e" has variables in them expanded, "i"
+    // and "d" say who may change them.
+    bool isExpandedKey(std::string_view key, std::string_view name)
+    {
+        if (!key.starts_with(name) || !key.substr(name.size()).starts_with("[$") || !key.ends_with(']'))
+            return false;
+        const std::string_view options = key.substr(name.size() + 2, key.size() - name.size() - 3);
+        return options.find('e') != std::string_view::npos
+            && options.find_first_not_of("eid") == std::string_view::npos;
+    }
+
+    bool isVariableCharacter(char c)
+    {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    }
+
+    // With the environment's values in place of "$NAME" and "${NAME}", and a dollar sign for "$$". Commands in it,
+    // which older desktops ran, are nothing but text.
+    std::string withVariablesExpanded(const std::string& text)
+    {
+        std::string expanded;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (text[i] != '$' || i + 1 == text.size()) {
+                expanded += text[i];
+                continue;
+            }
+            if (text[i + 1] == '$') {
+                expanded += text[++i];
+                continue;
+            }
+            const bool isInBraces = text[i + 1] == '{';
+            const std::size_t start = i + (isInBraces ? 2 : 1);
+            std::size_t end = start;
+            while (end < text.size() && isVariableCharacter(text[end]))
+                ++end;
+            if (end == start || (isInBraces && (end == text.size() || text[end] != '}'))) {
+                expanded += text[i];
+                continue;
+            }
+            if (const char* value = std::getenv(text.substr(start, end - start).c_str()))
+                expanded += value;
+            i = isInBraces ? end : end - 1;
+        }
+        return expanded;
+    }
+
+    // As a URL. Plasma writes a path in its place where that begins with the home.
+    std::string addressFromExpanded(const std::string& value)
+    {
+        const std::string text = withVariablesExpanded(value);
+        return text.starts_with('/') ? URL::fileURLWithPath(text).absoluteString() : text;
+    }
+
     // The URL of a link entry; none for entries of another type.
     std::optional<std::string> linkAddress(std::string_view text)
     {
@@ -72,6 +126,8 @@ namespace {
                 isLink = value == "Link";
             else if (key == "URL")
                 address = unescapedValue(value);
+            else if (isExpandedKey(key, "URL"))
+                address = addressFromExpanded(unescapedValue(value));
         }
         return isLink ? address : std::nullopt;
     }
