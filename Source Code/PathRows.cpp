@@ -127,6 +127,16 @@ namespace {
                  { { kCreateSubMenu, ".fileExists() says it's a valid file (not directory)?\n" + quotedLine(path) } } };
     }
 
+    // What stands in for the row of a path that can't be looked at.
+    Made<std::shared_ptr<NSMenuItem>> refusedRow(const std::string& path, IfMissing ifMissing)
+    {
+        const bool exists = FileManager::defaultManager().fileExists(path);
+        if (!exists && ifMissing == IfMissing::leaveOut)
+            return {};
+        return { textRow((exists ? "Permissions Error?: " : "File Not Found?: ") + unicode::displayText(path)),
+                 { { kCreateRecursive, "resourceValues() returned nil for path:\n" + quotedLine(path) } } };
+    }
+
     void append(std::vector<RowProblem>& problems, std::vector<RowProblem> more)
     {
         problems.insert(problems.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
@@ -139,13 +149,8 @@ Made<std::shared_ptr<NSMenuItem>> pathRow(const URL& pathURL, const std::optiona
 {
     const std::string& path = pathURL.path();
     auto values = pathURL.resourceValues(kEntryKeys);
-    if (!values) {
-        const bool exists = FileManager::defaultManager().fileExists(path);
-        if (!exists && ifMissing == IfMissing::leaveOut)
-            return {};
-        return { textRow((exists ? "Permissions Error?: " : "File Not Found?: ") + unicode::displayText(path)),
-                 { { kCreateRecursive, "resourceValues() returned nil for path:\n" + quotedLine(path) } } };
-    }
+    if (!values)
+        return refusedRow(path, ifMissing);
     return { entryRow({ path, std::move(*values), DirectoryListing::EntryKind::unknown,
                         title ? *title : unicode::displayText(path::lastPathComponent(path)), title.has_value() },
                       place, owner, options),
@@ -171,18 +176,22 @@ Made<std::optional<ItemList>> directoryRows(const URL& directoryURL, IfMissing i
     rows.reserve(listing->count());
     std::vector<RowProblem> problems;
     for (std::size_t index = 0; index < listing->count(); ++index) {
-        std::shared_ptr<NSMenuItem> row;
         // What the listing told already need not be asked again.
-        if (auto values = listing->knownResourceValues(index)) {
-            row = entryRow({ listing->path(index), std::move(*values), listing->kind(index),
-                             unicode::displayText(listing->name(index)), false },
-                           RowPlace::inDirectory, owner, options);
-        } else {
-            auto made = pathRow(URL::fileURLWithPath(listing->path(index)), std::nullopt, RowPlace::inDirectory,
-                                IfMissing::saySo, owner, options);
-            row = std::move(made.value);
-            append(problems, std::move(made.problems));
+        auto values = listing->knownResourceValues(index);
+        const auto kind = values ? listing->kind(index) : DirectoryListing::EntryKind::unknown;
+        if (!values) {
+            auto looked = listing->resourceValues(index, kEntryKeys);
+            if (!looked) {
+                auto refused = refusedRow(listing->path(index), IfMissing::saySo);
+                rows.push_back(std::move(refused.value));
+                append(problems, std::move(refused.problems));
+                continue;
+            }
+            values = std::move(*looked);
         }
+        auto row = entryRow(
+            { listing->path(index), std::move(*values), kind, unicode::displayText(listing->name(index)), false },
+            RowPlace::inDirectory, owner, options);
         if (row)
             rows.push_back(std::move(row));
     }

@@ -55,4 +55,13 @@ std::optional<URLResourceValues> DirectoryListing::knownResourceValues(std::size
     return values;
 }
 
+Result<URLResourceValues> DirectoryListing::resourceValues(std::size_t index, URLResourceKey keys) const
+{
+    Result<URLResourceValues> values =
+        URL::fileURLWithPath(path(index)).resourceValues(without(keys, URLResourceKey::isHidden));
+    if (values && contains(keys, URLResourceKey::isHidden))
+        values->isHidden = isHidden(name(index));
+    return values;
+}
+
 } // namespace quillbox

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Result.h"
 #include "URLResourceValues.h"
 
 #include <cstddef>
@@ -34,6 +35,10 @@ public:
     // differently (unknown kinds, possible alias files, mount points, every entry of a directory that can
     // be listed but not searched). Values beyond the six of a menu entry are never told.
     std::optional<URLResourceValues> knownResourceValues(std::size_t index) const;
+
+    // What another look at the entry tells, for those of which the listing knows too little. Whether it is hidden the
+    // listing knows of each: a ".hidden" file may name many thousands, and is read once for all.
+    Result<URLResourceValues> resourceValues(std::size_t index, URLResourceKey keys) const;
 
     // What fills a listing calls these:
     void append(std::string_view name, EntryKind kind);

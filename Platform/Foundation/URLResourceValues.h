@@ -23,6 +23,10 @@ constexpr URLResourceKey operator|(URLResourceKey a, URLResourceKey b)
 {
     return static_cast<URLResourceKey>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
 }
+constexpr URLResourceKey without(URLResourceKey set, URLResourceKey key)
+{
+    return static_cast<URLResourceKey>(static_cast<std::uint32_t>(set) & ~static_cast<std::uint32_t>(key));
+}
 constexpr bool contains(URLResourceKey set, URLResourceKey key)
 {
     return (static_cast<std::uint32_t>(set) & static_cast<std::uint32_t>(key)) != 0;

@@ -76,6 +76,7 @@ TEST(DirectoryListing, TellsExactlyWhatALookTells)
         const URLResourceValues looked = valuesOf(listing->path(i));
         EXPECT_EQ(known.has_value(), !name.ends_with(".desktop")) << name;
         EXPECT_EQ(known.value_or(looked), looked) << name;
+        EXPECT_EQ(*listing->resourceValues(i, kMenuKeys), looked) << name;
         EXPECT_EQ(looked.isHidden, hidden.contains(name)) << name;
         EXPECT_FALSE(name.starts_with('.') && (*looked.isPackage || *looked.hasHiddenExtension)) << name;
         if (!hidden.contains(name))
@@ -201,6 +202,8 @@ TEST(MountTable, TellsWhatMayWaitForAnotherComputer)
 
 TEST(AliasFile, IsALinkEntryToAFile)
 {
+    setenv("QUILLBOX_TEST_PLACE", "/some 100% place", 1);
+    setenv("QUILLBOX_TEST_HOME", "/home/me", 1);
     const std::pair<const char*, const char*> cases[] = {
         { "[Desktop Entry]\nType=Link\nURL=file:///a%20b\n", "/a b" },
         { "# comment\n\n[Desktop Entry]\r\nURL = file:///a\\sb\r\n Type = Link \r\n", "/a b" },
@@ -208,6 +211,12 @@ TEST(AliasFile, IsALinkEntryToAFile)
         { "[Desktop Entry]\nType=Application\nURL=file:///a\n", "" },
         { "[Desktop Entry]\nType=Link\nURL=https://example.org/\n", "" },
         { "[Desktop Entry]\nType=Link\nURL[de]=file:///a\n", "" },
+        { "[Desktop Entry]\nType=Link\nURL[$e]=$QUILLBOX_TEST_PLACE\n", "/some 100% place" },
+        { "[Desktop Entry]\nType=Link\nURL[$ie]=${QUILLBOX_TEST_PLACE}/$$x/$QUILLBOX_TEST_NONE\n",
+          "/some 100% place/$x" },
+        { "[Desktop Entry]\nType=Link\nURL[$e]=file:$QUILLBOX_TEST_HOME/a%20b\n", "/home/me/a b" },
+        { "[Desktop Entry]\nType=Link\nURL[$e]=file:///tmp/$(touch x)\n", "/tmp/$(touch x)" },
+        { "[Desktop Entry]\nType=Link\nURL[$i]=$QUILLBOX_TEST_HOME\n", "" },
         { "[Other]\nType=Link\nURL=file:///a\n", "" },
         { "[Desktop Entry]\nType=Link\n[Other]\nURL=file:///a\n", "" },
         { "Type=Link\nURL=file:///a\n", "" },

@@ -4,10 +4,13 @@
 #include "World.h"
 
 #include "Debug.h"
+#include "FileDescriptor.h"
 #include "MenuDump.h"
 
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 
@@ -144,6 +147,19 @@ namespace {
             << "at the top level a hidden item is shown";
         EXPECT_FALSE(world.controller->createRecursiveMenuItem(URL::fileURLWithPath(world.files.path("d/.dot")),
                                                                std::nullopt, false, false, {}, {}));
+    }
+
+    TEST(DirectoryMenu, ReadsTheListOfHiddenNamesOnce)
+    {
+        World world;
+        for (int number = 0; number < 40; ++number)
+            world.files.writeFile("d/link " + std::to_string(number) + ".desktop");
+        const std::string list = world.files.writeFile("d/.hidden", "link 7.desktop\n");
+        const FileDescriptor opened(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+        ASSERT_GE(inotify_add_watch(opened.get(), list.c_str(), IN_OPEN), 0);
+        EXPECT_EQ(world.rows(world.files.path("d")).find("link 7"), std::string::npos);
+        std::array<inotify_event, 64> events {};
+        EXPECT_EQ(::read(opened.get(), events.data(), sizeof events), ssize_t { sizeof(inotify_event) });
     }
 
     TEST(DirectoryMenu, AListingOfHiddenEntriesOnlySaysSo)

@@ -1,0 +1,107 @@
+#include "ApplicationBundles.h"
+#include "FileManager.h"
+#include "TemporaryDirectory.h"
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+// Directories that hold very many of one thing, as an archive or a damaged installation brings them: what a thousand
+// cost and what eight times as many cost. Where work grows with the number, the second column is about eight.
+
+namespace quillbox {
+
+namespace {
+
+    template <class Work>
+    double milliseconds(const Work& work)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+
+    struct BundleFigures {
+        double made;
+        double renamed;
+        double unchanged;
+    };
+
+    void writeEntries(const TemporaryDirectory& files, int count, const std::string& title)
+    {
+        for (int number = 0; number < count; ++number)
+            files.writeFile("data/applications/org.example.App" + std::to_string(number) + ".desktop",
+                            "[Desktop Entry]\nType=Application\nExec=true\nName=" + title + "\n");
+        const auto past = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(files.path("data")))
+            std::filesystem::last_write_time(entry.path(), past);
+    }
+
+    BundleFigures bundlesOfOneName(int count)
+    {
+        const TemporaryDirectory files;
+        XdgEnvironment environment;
+        environment.dataHome = files.makeDirectory("home");
+        environment.dataDirectories = { files.path("data") };
+        environment.systemDataDirectory = files.path("data");
+        ApplicationBundles bundles(environment, nullptr);
+        const auto update = [&] { bundles.bringUpToDate(); };
+        BundleFigures figures {};
+        writeEntries(files, count, "Twin");
+        figures.made = milliseconds(update);
+        writeEntries(files, count, "Brother");
+        figures.renamed = milliseconds(update);
+        update();
+        figures.unchanged = milliseconds(update);
+        return figures;
+    }
+
+    // Looks at all entries of a directory as its menu does.
+    double listing(int entries, int hiddenNames)
+    {
+        const TemporaryDirectory files;
+        std::string hidden;
+        for (int number = 0; number < hiddenNames; ++number)
+            hidden += "hidden name " + std::to_string(number) + "\n";
+        files.writeFile("d/.hidden", hidden);
+        for (int number = 0; number < entries; ++number)
+            files.writeFile("d/link " + std::to_string(number) + ".desktop",
+                            "[Desktop Entry]\nType=Link\nURL=file:///tmp\n");
+        return milliseconds([&] {
+            const auto listed = FileManager::defaultManager().contentsOfDirectory(
+                URL::fileURLWithPath(files.path("d")), DirectoryEnumerationOptions::skipsHiddenFiles);
+            for (std::size_t index = 0; listed && index < listed->count(); ++index)
+                static_cast<void>(listed->resourceValues(
+                    index, URLResourceKey::isHidden | URLResourceKey::isDirectory | URLResourceKey::isAliasFile));
+        });
+    }
+
+    void print(const char* what, double few, double many)
+    {
+        std::printf("%-58s %10.1f %10.1f %8.1f\n", what, few, many, many / few);
+    }
+
+    void run()
+    {
+        constexpr int kFew = 1000;
+        constexpr int kMany = 8 * kFew;
+        std::printf("%-58s %10s %10s %8s\n", "", "1,000, ms", "8,000, ms", "ratio");
+        const BundleFigures few = bundlesOfOneName(kFew);
+        const BundleFigures many = bundlesOfOneName(kMany);
+        print("applications of one name: bundles made", few.made, many.made);
+        print("the same renamed", few.renamed, many.renamed);
+        print("the same unchanged", few.unchanged, many.unchanged);
+        constexpr int kHiddenNames = 40'000;
+        print("link entries beside 40,000 names in .hidden: listed", listing(kFew, kHiddenNames),
+              listing(kMany, kHiddenNames));
+    }
+
+} // namespace
+
+} // namespace quillbox
+
+int main()
+{
+    quillbox::run();
+}
