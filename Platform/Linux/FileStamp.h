@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// What one stat call told of a path, its target's where it is a link. All zero where nothing is there.
+// What one stat call told of what a path leads to. It is all zero where nothing is there.
 struct FileStamp {
     std::uint64_t inode = 0;
     std::int64_t size = 0;
@@ -13,8 +13,8 @@ struct FileStamp {
     std::int64_t modified = 0;
 
     static FileStamp of(const std::string& path);
-    // To be kept and compared with a later of(): where the file was written so short a time ago that it may be written
-    // again under the same stamp, it is equal to no real one.
+    // A stamp to be kept and compared with later ones. Where the file was written so short a time ago that it may be
+    // written again under the same stamp, this one is equal to no real one.
     static FileStamp settledOf(const std::string& path);
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };

@@ -10,7 +10,7 @@ namespace quillbox {
 
 namespace {
 
-    // The error number, or 0.
+    // Gives the error number, or 0.
     int writeFile(const std::string& path, std::string_view content)
     {
         const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);
@@ -27,7 +27,7 @@ namespace {
             }
             content.remove_prefix(static_cast<std::size_t>(count));
         }
-        // Some file systems report a full disk only here.
+        // Some file systems report a full disk only when the file is closed.
         return close(file) == 0 ? 0 : errno;
     }
 

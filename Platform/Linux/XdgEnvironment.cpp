@@ -55,7 +55,7 @@ XdgEnvironment XdgEnvironment::ofProcess()
     XdgEnvironment environment;
     environment.dataHome = withoutTrailingSlashes(g_get_user_data_dir());
     for (const char* const* directory = g_get_system_data_dirs(); *directory; ++directory) {
-        // The standard has relative ones ignored.
+        // The standard tells programs to ignore relative paths.
         if ((*directory)[0] == '/')
             environment.dataDirectories.push_back(withoutTrailingSlashes(*directory));
     }

@@ -14,13 +14,13 @@ struct XdgEnvironment {
     std::string dataHome;
     // $XDG_DATA_DIRS, most important first.
     std::vector<std::string> dataDirectories;
-    // The one of them whose entries come with the system; the others' come with this machine.
+    // The one data directory whose entries come with the system. Those of the others were added on this machine.
     std::string systemDataDirectory = "/usr/share";
-    // $XDG_CURRENT_DESKTOP, split; most specific name first.
+    // The names in $XDG_CURRENT_DESKTOP, the most specific one first.
     std::vector<std::string> desktops;
     // Locale names as entries' keys have them in brackets, best first ("de_DE", "de").
     std::vector<std::string> languages;
-    // $PATH, split.
+    // The directories of $PATH.
     std::vector<std::string> programDirectories;
     // $TERMINAL: the terminal program that the user prefers; empty for none.
     std::string terminal;
@@ -29,7 +29,7 @@ struct XdgEnvironment {
 
     static XdgEnvironment ofProcess();
 
-    // The same text for environments that show the same entries.
+    // A text that is the same for environments that show the same entries.
     std::string fingerprint() const;
     // Where the keeper of application bundles writes.
     std::string bundlesDirectory() const { return dataHome + "/quillbox/bundles"; }

@@ -20,18 +20,18 @@ public:
     ApplicationLauncher(const ApplicationLauncher&) = delete;
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
 
-    // What the display got with the click that asks for the next start; for that one only.
+    // `token` is what the display got with the click that asks for the next start. It serves that start alone.
     void setActivationToken(std::string token);
 
     Result<void> startEntry(const std::string& entryPath);
-    // A program without an entry, without arguments.
+    // Starts a program that has no entry, without arguments.
     Result<void> startProgram(const std::string& path);
-    // With the user's default application for the file's type; a directory with the file manager.
+    // Opens a file with the user's default application for its type, a directory with the file manager.
     Result<void> openFile(const std::string& path);
 
 private:
     struct Launches;
-    // Shared with starts under way, which may end after this object.
+    // Starts that are under way share it, since they may end after this object.
     std::shared_ptr<Launches> launches_;
 };
 

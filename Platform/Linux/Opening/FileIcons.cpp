@@ -17,12 +17,12 @@ namespace quillbox {
 
 namespace {
 
-    // Longer endings are no types but parts of a name ("Minutes of 3. September").
+    // Longer endings are parts of a name and no types, as in "Minutes of 3. September".
     constexpr std::size_t kLongestEnding = 16;
-    // Where directories hold thousands of made-up endings the tables start anew, rather than grow.
+    // Directories may hold thousands of made-up endings. With more than this the tables are emptied.
     constexpr std::size_t kMostSources = 4096;
 
-    // What comes before the last dot of an ending of two parts ("tar.gz") that is a type of its own.
+    // Some endings of two parts, like "tar.gz", are types of their own. These are the first parts of such endings.
     constexpr std::array<std::string_view, 15> kFirstParts { "tar", "ps",  "pdf", "svg", "eps",  "epsi", "epsf", "dvi",
                                                              "xcf", "pcf", "psf", "src", "cpio", "fb2",  "img" };
 
@@ -66,7 +66,7 @@ namespace {
         const GLibObject<GIcon> icon(g_content_type_get_icon(contentType));
         if (G_IS_THEMED_ICON(icon.get())) {
             for (const char* const* name = g_themed_icon_get_names(G_THEMED_ICON(icon.get())); name && *name; ++name) {
-                // Those are single-coloured, for bars.
+                // Symbolic pictures have a single colour and are made for bars.
                 if (!std::string_view(*name).ends_with("-symbolic"))
                     names.emplace_back(*name);
             }
@@ -78,7 +78,7 @@ namespace {
     {
         const GLibText type(g_content_type_guess(name.c_str(), nullptr, 0, nullptr));
         ThemedImage image { iconNames(type.get()), {} };
-        // Themes need not have a picture for every type.
+        // This one is the reserve, since themes need not have a picture for every type.
         image.names.emplace_back("text-x-generic");
         return image;
     }
@@ -113,7 +113,7 @@ namespace {
         return image;
     }
 
-    // All files of one ending.
+    // The picture of all files of one ending.
     class EndingSource final : public ImageSource {
     public:
         // `example` is a file name of that ending.
@@ -143,7 +143,7 @@ struct FileIcons::Lookup {
     ImageContent imageOfPackage(const std::string& package) const;
 };
 
-// One path that is looked at when it is painted.
+// The picture of one path, which is looked at when it is painted.
 class FileIcons::PathSource final : public ImageSource {
 public:
     PathSource(std::string_view path, std::shared_ptr<const Lookup> lookup)
@@ -185,7 +185,7 @@ FileIcons::Source FileIcons::source(std::string_view path, EntryKind kind)
     case EntryKind::directory:
         return directorySource(path);
     case EntryKind::unknown:
-        // What is likely decided by the path alone is shared; the source looks whether it is so.
+        // The path alone likely decides these, so rows share a source, which looks whether it is so.
         if (isPackageName(path::lastPathComponent(path)))
             return packageSource(path);
         if (const Source* place = placeSource(path))

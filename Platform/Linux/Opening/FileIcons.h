@@ -28,7 +28,7 @@ public:
     FileIcons(EntryOfPackage entryOfPackage, std::vector<std::string> languages);
 
     Source source(std::string_view path, EntryKind kind);
-    // Desktop entries have changed; those of other paths are kept.
+    // To be called when desktop entries have changed. Pictures of other paths are kept.
     void dropPackages() { packages_.clear(); }
 
 private:
@@ -50,11 +50,11 @@ private:
     Source packageSource(std::string_view path);
 
     std::shared_ptr<const Lookup> lookup_;
-    // By ending with its dot, or by the whole name of files that are known by it.
+    // The keys are endings with their dot, and whole names of files that are known by them.
     Table files_;
-    // The same for endings that fit into a number, which is nearly all: a whole directory asks here.
+    // The same for endings that fit into a number. Nearly all do, and asking here is quicker.
     std::unordered_map<std::uint64_t, Source> shortEndings_;
-    // By path.
+    // The keys are paths.
     Table packages_;
     // The home and the XDG user directories.
     std::vector<std::pair<std::string, Source>> places_;

@@ -19,15 +19,15 @@ namespace {
 
     constexpr std::string_view kSettingsIdentifier = "com.apple.systempreferences";
 
-    // An icon of a file until it is given another size: what most themes draw best.
+    // The size of a file's icon until it is given another one. Most themes draw this one best.
     constexpr NSSize kFileIconSize { 32, 32 };
 
     struct SystemImage {
         std::string_view name;
-        // In the icon theme, best first.
+        // Its names in icon themes, the best one first.
         std::vector<std::string> themeNames;
         double size;
-        // Themes have no picture, or several that mean something else: ours is shown.
+        // Ours is shown even where the theme has one: themes' pictures of that name mean different things.
         bool prefersOwn;
     };
 

@@ -18,7 +18,7 @@ class ApplicationBundles;
 // text, which may name another file than the kernel means.
 class LinuxWorkspace final : public NSWorkspace {
 public:
-    // A heading and what went wrong.
+    // `message` is a heading, `detail` says what went wrong.
     using FailureCallback = std::function<void(const std::string& message, const std::string& detail)>;
 
     LinuxWorkspace(ApplicationBundles& bundles, FailureCallback onFailure);
@@ -38,7 +38,7 @@ public:
     // that was launched by its id its entry's.
     std::function<void(const std::string& path)> onOpened;
 
-    // From the display, before the action of a click runs: lets what that action starts take the focus.
+    // The display calls it before the action of a click runs, so that what the action starts may take the focus.
     void setActivationToken(std::string token) { launcher_.setActivationToken(std::move(token)); }
 
 private:
@@ -46,7 +46,7 @@ private:
     Result<void> startAppDir(const std::string& path);
     std::optional<std::string> entryOfApplication(const std::string& identifier) const;
     bool tell(const std::string& what, const Result<void>& result) const;
-    // The same, and where `path` was opened, tells `onOpened`.
+    // Tells the person of a failure, as tell() does, and `onOpened` that `path` was opened.
     bool finish(const std::string& what, const std::string& path, const Result<void>& result) const;
 
     ApplicationBundles& bundles_;

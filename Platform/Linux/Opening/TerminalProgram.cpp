@@ -13,7 +13,7 @@ namespace {
 
     struct TerminalProgram {
         std::string_view name;
-        // What stands before the command; empty for those that take it without.
+        // What the program wants before the command; empty where it wants nothing.
         std::string_view option;
     };
 

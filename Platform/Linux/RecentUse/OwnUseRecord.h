@@ -18,7 +18,7 @@ public:
     // `onError` is told of what can't be read or written, once until it has changed.
     OwnUseRecord(const std::string& dataHome, std::function<void(const Error&)> onError);
 
-    // Used now, as the installed clock tells it.
+    // Both note a use at this moment of the installed clock.
     void addFile(const std::string& path);
     void addApplication(const std::string& desktopId);
 

@@ -26,7 +26,7 @@ namespace {
     constexpr std::uint8_t kWithLog = 2;
     constexpr std::uint8_t kWithoutLog = 1;
 
-    // The bits of a result without its details.
+    // These bits of a result tell what kind it is; the others are details.
     constexpr int kPrimaryResult = 0xff;
 
     struct CloseDatabase {
@@ -69,7 +69,7 @@ namespace {
             uses.applications.push_back({ resource.substr(kApplicationScheme.size()), {}, {}, when });
     }
 
-    // Another moment won't mend it: a table that isn't there has no rows, and a damaged one those before the damage.
+    // Trying again won't change these: a table that isn't there has no rows, a damaged one has those before the damage.
     bool isFinal(int result)
     {
         return result == SQLITE_DONE || result == SQLITE_ERROR || result == SQLITE_CORRUPT || result == SQLITE_NOTADB;

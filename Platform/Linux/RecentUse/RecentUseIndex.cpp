@@ -63,7 +63,7 @@ void RecentUseIndex::merge()
     uses_.reserve(newest.size());
     for (const auto& [path, use] : newest)
         uses_.push_back(use);
-    // Names tell those of one moment apart, so that the order is the same every time.
+    // Uses of one moment are ordered by name, so that the order is the same every time.
     std::sort(uses_.begin(), uses_.end(),
               [](const Use& a, const Use& b) { return a.when != b.when ? a.when < b.when : *a.path < *b.path; });
     generation_ = bundles_.generation();

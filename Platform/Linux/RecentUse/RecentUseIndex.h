@@ -31,9 +31,9 @@ public:
 
 private:
     struct Use {
-        // Seconds since 1970.
+        // In seconds since 1970.
         double when;
-        // Lies in a record or the bundles' keeper.
+        // It belongs to a record or to the keeper of bundles.
         const std::string* path;
     };
 
@@ -47,9 +47,9 @@ private:
     PlasmaUseRecord plasmaRecord_;
     GnomeUseRecord gnomeRecord_;
     OwnUseRecord ownRecord_;
-    // Oldest first, each path once with its newest moment.
+    // The oldest use is first. Each path is there once, with its newest moment.
     std::vector<Use> uses_;
-    // Of the bundles, when uses_ was made; none before.
+    // The generation of the bundles that uses_ was made with; none before that.
     std::optional<unsigned> generation_;
 };
 

@@ -74,11 +74,11 @@ namespace {
             const std::string name = application.attribute("name").value();
             const std::string command = application.attribute("exec").value();
             double when = momentOf(application.attribute("modified").value(), utc_);
-            // What was written before there were dates.
+            // Older lists have a number in place of a date.
             when = std::max(when, std::strtod(application.attribute("timestamp").value(), nullptr));
             if (!(when > 0))
                 return;
-            // A few programs stand in thousands of bookmarks.
+            // A list has thousands of bookmarks of a few programs, so each program is kept once.
             const auto [found, isNew] = applications_.try_emplace(name + '\n' + command);
             ApplicationUse& use = found->second;
             if (isNew)
@@ -88,7 +88,7 @@ namespace {
 
         UtcZone utc_ { g_time_zone_new_utc() };
         RecentUses uses_;
-        // By name and command.
+        // The key is made of the name and the command.
         std::unordered_map<std::string, ApplicationUse> applications_;
     };
 

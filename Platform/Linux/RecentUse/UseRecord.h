@@ -9,15 +9,15 @@
 namespace quillbox {
 
 struct FileUse {
-    // Absolute, as the file system's bytes, without a slash at its end.
+    // The path is absolute, in the file system's bytes, without a slash at its end.
     std::string path;
-    // Seconds since 1970, as all moments in records of use.
+    // Moments in records of use are seconds since 1970.
     double when = 0;
 };
 
-// Names an application in one or more ways, as far as the record tells; empty where it doesn't.
+// Names an application in the ways that its record tells; the others are empty.
 struct ApplicationUse {
-    // With its extension.
+    // The id has its extension.
     std::string desktopId;
     // The name of its executable file, without directories.
     std::string program;
@@ -31,8 +31,7 @@ struct RecentUses {
     std::vector<FileUse> files;
     std::vector<ApplicationUse> applications;
 
-    // A text that is an absolute path or a "file:" URL on this machine; any other, and a moment before 1970, is left
-    // out.
+    // Adds a file by its absolute path or its "file:" URL. Another text or a moment before 1970 adds nothing.
     void addFile(const std::string& pathOrUrl, double when);
 };
 
@@ -42,7 +41,7 @@ struct RecentUses {
 class UseRecord {
 public:
     virtual ~UseRecord() = default;
-    // True where uses() may have changed.
+    // Reads the record again if its files have changed; true where uses() may be different now.
     bool refresh();
     const RecentUses& uses() const { return uses_; }
 
@@ -51,16 +50,16 @@ protected:
     const std::string& file() const { return files_.front(); }
     // None where it can't be read at the moment: what was read before stays, and the next refresh tries again.
     virtual std::optional<RecentUses> read() = 0;
-    // For a record that this program writes: what it is now, and that the files on disk are its own work.
+    // For a record that this program writes: these tell what it is now, and that the files on disk are its own work.
     void replaceUses(RecentUses uses);
     void markFilesRead();
 
 private:
-    // The record itself first.
+    // The first one is the record itself.
     std::vector<std::string> files_;
     std::vector<FileStamp> stamps_;
     RecentUses uses_;
-    // Since the last refresh.
+    // Whether replaceUses() was called since the last refresh.
     bool isReplaced_ = false;
 };
 
