@@ -1,5 +1,6 @@
 #include "RecentItems.h"
 
+#include "CanonicalPath.h"
 #include "FileManager.h"
 #include "MainMenuItem.h"
 #include "MDQuery.h"
@@ -10,6 +11,7 @@
 
 #include <optional>
 #include <string_view>
+#include <unordered_set>
 
 namespace quillbox {
 
@@ -82,6 +84,7 @@ std::pair<PathList, PathList> recentlyUsedPaths(Date lastUsedSince, std::int64_t
 
     PathList apps;
     PathList docs;
+    std::unordered_set<std::string> listed;
     const auto hasRoomFor = [&](UseKind kind) {
         const bool isApp = kind == UseKind::application;
         return static_cast<std::int64_t>((isApp ? apps : docs).size()) < (isApp ? maxApps : maxDocs);
@@ -97,7 +100,11 @@ std::pair<PathList, PathList> recentlyUsedPaths(Date lastUsedSince, std::int64_t
         if (extension != "app" && !hasRoomFor(UseKind::document))
             continue;
         const auto kind = useKindOf(*path, extension);
-        if (kind && hasRoomFor(*kind))
+        if (!kind || !hasRoomFor(*kind))
+            continue;
+        // Programs record one file by several paths. The one used last stays; only those to be listed are asked for.
+        const Result<std::string> canonical = canonicalPath(*path);
+        if (listed.insert(canonical ? *canonical : *path).second)
             (*kind == UseKind::application ? apps : docs).push_back(*path);
     }
     if (!optionFlagsSv.contains(menuOptionFlagsSv::sortByDate)) {

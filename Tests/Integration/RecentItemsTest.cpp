@@ -37,12 +37,14 @@ namespace {
             tree.files().writeFile("user/gnome-shell/application_state",
                                    "<application-state>" + seen("Alpha", 40) + seen("Beta", 20) + seen("Gamma", 30)
                                        + seen("Gone", 5) + "</application-state>");
-            tree.files().writeFile(
-                "user/recently-used.xbel",
-                "<xbel>" + bookmark("Report 10", 20) + bookmark("Report 9", 40) + bookmark("a letter", 31)
-                    + bookmark("odd.app", 25) + "<bookmark href='file:///gone' visited='" + iso(10)
-                    + "'/><bookmark href='sftp://host/x' visited='" + iso(9) + "'/><bookmark href='file://"
-                    + tree.files().makeDirectory("folder") + "' visited='" + iso(8) + "'/></xbel>");
+            tree.files().writeFile("user/recently-used.xbel",
+                                   "<xbel>" + bookmark("Report 10", 20) + bookmark("Report 9", 40)
+                                       + bookmark("a letter", 31) + bookmark("odd.app", 25)
+                                       + bookmarkOf(tree.files().makeLink("shortcut", tree.path()) + "/a letter", 45)
+                                       + "<bookmark href='file:///gone' visited='" + iso(10)
+                                       + "'/><bookmark href='sftp://host/x' visited='" + iso(9)
+                                       + "'/><bookmark href='file://" + tree.files().makeDirectory("folder")
+                                       + "' visited='" + iso(8) + "'/></xbel>");
             start();
         }
 
@@ -68,8 +70,12 @@ namespace {
         }
         std::string bookmark(const std::string& name, int secondsAgo)
         {
-            const URL file = URL::fileURLWithPath(tree.files().writeFile(name));
-            return "<bookmark href='" + file.absoluteString() + "' visited='" + iso(secondsAgo) + "'/>";
+            return bookmarkOf(tree.files().writeFile(name), secondsAgo);
+        }
+        std::string bookmarkOf(const std::string& path, int secondsAgo) const
+        {
+            return "<bookmark href='" + URL::fileURLWithPath(path).absoluteString() + "' visited='" + iso(secondsAgo)
+                + "'/>";
         }
         void configure(std::int64_t limit, MenuOptionFlagsSv flags = {})
         {
