@@ -37,7 +37,7 @@ TEST(SessionBus, AnswersUnderItsNameAfterARestart)
 {
     PrivateBus daemon;
     SingleInstance first({});
-    ASSERT_EQ(first.claim(), SingleInstance::Outcome::First);
+    ASSERT_EQ(first.claim(), SingleInstance::Outcome::first);
     QStringList calls;
     first.setHandlers({ [&calls] { calls.append("activate"); }, {}, {} });
     daemon.stop();
