@@ -12,22 +12,27 @@ namespace quillbox {
 template <class Role>
 class Installed {
 public:
-    explicit Installed(Role& object) : object_(&object), before_(std::exchange(current_, &object)) { }
+    explicit Installed(Role& object) : object_(&object), before_(std::exchange(slot(), &object)) { }
     ~Installed()
     {
-        QB_CHECK(current_ == object_);
-        current_ = before_;
+        QB_CHECK(slot() == object_);
+        slot() = before_;
     }
     Installed(const Installed&) = delete;
     Installed& operator=(const Installed&) = delete;
 
     // Null where none is installed.
-    static Role* current() { return current_; }
+    static Role* current() { return slot(); }
 
 private:
+    static Role*& slot()
+    {
+        static Role* installed = nullptr;
+        return installed;
+    }
+
     Role* object_;
     Role* before_;
-    static inline Role* current_ = nullptr;
 };
 
 } // namespace quillbox
