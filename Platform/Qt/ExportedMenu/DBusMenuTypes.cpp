@@ -48,6 +48,22 @@ const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuProperties& ite
     return in;
 }
 
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuRemoved& item)
+{
+    out.beginStructure();
+    out << item.id << item.names;
+    out.endStructure();
+    return out;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuRemoved& item)
+{
+    in.beginStructure();
+    in >> item.id >> item.names;
+    in.endStructure();
+    return in;
+}
+
 QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuEvent& event)
 {
     out.beginStructure();
@@ -69,6 +85,8 @@ void registerDBusMenuTypes()
     qDBusRegisterMetaType<DBusMenuLayout>();
     qDBusRegisterMetaType<DBusMenuProperties>();
     qDBusRegisterMetaType<DBusMenuPropertiesList>();
+    qDBusRegisterMetaType<DBusMenuRemoved>();
+    qDBusRegisterMetaType<DBusMenuRemovedList>();
     qDBusRegisterMetaType<DBusMenuEvent>();
     qDBusRegisterMetaType<DBusMenuEventList>();
     qDBusRegisterMetaType<QList<int>>();

@@ -23,6 +23,13 @@ struct DBusMenuProperties {
 };
 using DBusMenuPropertiesList = QList<DBusMenuProperties>;
 
+// Names of properties that a row has lost: (ias).
+struct DBusMenuRemoved {
+    int id = 0;
+    QStringList names;
+};
+using DBusMenuRemovedList = QList<DBusMenuRemoved>;
+
 // What a host says happened to a row: (isvu).
 struct DBusMenuEvent {
     int id = 0;
@@ -36,6 +43,8 @@ QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuLayout& layout);
 const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuLayout& layout);
 QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuProperties& item);
 const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuProperties& item);
+QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuRemoved& item);
+const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuRemoved& item);
 QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuEvent& event);
 const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuEvent& event);
 
@@ -46,4 +55,5 @@ void registerDBusMenuTypes();
 
 Q_DECLARE_METATYPE(quillbox::DBusMenuLayout)
 Q_DECLARE_METATYPE(quillbox::DBusMenuProperties)
+Q_DECLARE_METATYPE(quillbox::DBusMenuRemoved)
 Q_DECLARE_METATYPE(quillbox::DBusMenuEvent)

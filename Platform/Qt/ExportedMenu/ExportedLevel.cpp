@@ -2,6 +2,7 @@
 
 #include "ImageRenderer.h"
 #include "MenuText.h"
+#include "ShownTitle.h"
 #include "StatusIcon.h"
 
 #include <QBuffer>
@@ -18,22 +19,6 @@ namespace {
 
     // Hosts scale pictures down to their menus' icons; one of this many times its size stays sharp.
     constexpr double kPictureScale = 2;
-
-    // Hosts make their menus as wide as the longest row, wider than the screen too.
-    constexpr qsizetype kLongestTitle = 120;
-
-    QString shortened(const QString& title)
-    {
-        if (title.size() <= kLongestTitle)
-            return title;
-        QString begin = title.left(kLongestTitle / 2);
-        QString end = title.right(kLongestTitle / 2);
-        if (begin.back().isHighSurrogate())
-            begin.chop(1);
-        if (end.front().isLowSurrogate())
-            end.remove(0, 1);
-        return begin + QChar(0x2026) + end;
-    }
 
     // Where no theme here has any of the names, the host's may: most themes have pictures for groups of types.
     QString nameForOtherThemes(const std::vector<std::string>& names)
@@ -99,10 +84,28 @@ namespace {
             return;
         }
         for (const QString& line : shownLines(item)) {
-            row.title = shortened(line);
+            row.title = line;
             rows.push_back(row);
             row.iconName.clear();
             row.iconData.clear();
+        }
+    }
+
+    // A row for each part of the items from `begin` to `end`. The last one takes what is left.
+    void appendMoreRows(std::vector<ExportedRow>& rows, const NSMenu::ItemArray& items, std::size_t begin,
+                        std::size_t end)
+    {
+        const bool isOne = end - begin <= kItemsPerExportedLevel;
+        for (std::size_t part = 0; begin < end; ++part) {
+            const bool isLast = part + 1 == kItemsPerExportedLevel;
+            const std::size_t count = isLast ? end - begin : std::min(end - begin, kItemsPerExportedLevel);
+            const QString title = isOne || count > kItemsPerExportedLevel
+                ? QStringLiteral("More (%1)").arg(count)
+                : QStringLiteral("More (%1 \u2013 %2)")
+                      .arg(shownTitle(exportedTitle(*items[begin]), TitleWidth::half),
+                           shownTitle(exportedTitle(*items[begin + count - 1]), TitleWidth::half));
+            rows.push_back({ Kind::more, title, {}, {}, begin, count });
+            begin += count;
         }
     }
 
@@ -119,27 +122,27 @@ Kind exportedKind(const NSMenuItem& item)
 
 QString exportedTitle(const NSMenuItem& item)
 {
-    return item.isSeparatorItem() ? QString() : shortened(shownLines(item).join(QChar(' ')));
+    return item.isSeparatorItem() ? QString() : shownLines(item).join(QChar(' '));
 }
 
 std::vector<ExportedRow> exportedLevel(const NSMenu& menu, const ExportedRow& super)
 {
     const NSMenu::ItemArray& items = menu.itemArray();
-    const std::size_t begin = super.kind == Kind::more ? std::min(super.place, items.size()) : 0;
-    const std::size_t end = std::min(items.size(), begin + kItemsPerExportedLevel);
+    const bool goesOn = super.kind == Kind::more;
+    const std::size_t begin = goesOn ? std::min(super.place, items.size()) : 0;
+    const std::size_t end = goesOn ? std::min(super.place + super.count, items.size()) : items.size();
+    const std::size_t endOfItems = std::min(end, begin + kItemsPerExportedLevel);
 
     std::vector<ExportedRow> rows;
     if (super.kind == Kind::submenuWithAction) {
-        rows.push_back(
-            { Kind::openSuper, QStringLiteral("Open %1").arg(super.title), super.iconName, super.iconData, 0 });
+        rows.push_back({ Kind::openSuper, QStringLiteral("Open %1").arg(super.title), super.iconName, super.iconData });
         if (begin < end)
-            rows.push_back({ Kind::separator, {}, {}, {}, 0 });
+            rows.push_back({ Kind::separator, {}, {}, {} });
     }
     IconsOfLevel icons;
-    for (std::size_t place = begin; place < end; ++place)
+    for (std::size_t place = begin; place < endOfItems; ++place)
         appendRows(rows, *items[place], place, icons);
-    if (end < items.size())
-        rows.push_back({ Kind::more, QStringLiteral("More (%1)").arg(items.size() - end), {}, {}, end });
+    appendMoreRows(rows, items, endOfItems, end);
     return rows;
 }
 

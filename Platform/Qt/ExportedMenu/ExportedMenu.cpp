@@ -47,6 +47,7 @@ void ExportedMenu::close()
 {
     closing_.reset();
     closingTimer_.reset();
+    silenceTimer_.reset();
     closeFrom(0);
 }
 
@@ -87,6 +88,22 @@ bool ExportedMenu::announce(const std::vector<int>& ids, Announcement by)
     if (changed && onLayoutChanged)
         onLayoutChanged(*changed);
     return contains(ids, kRoot) && !open_.empty() && open_.front().hasOtherRows;
+}
+
+std::vector<int> ExportedMenu::besideOpenLevels(std::size_t roomForRows) const
+{
+    const std::size_t count = closing_ ? openIndex(*closing_).value_or(open_.size()) : open_.size();
+    std::size_t rows = 0;
+    for (std::size_t level = 0; level < count; ++level)
+        rows += tree_.children(open_[level].id).size();
+    std::vector<int> beside;
+    for (std::size_t level = 0; rows > roomForRows && level + 1 < count; ++level) {
+        for (const int row : tree_.children(open_[level].id)) {
+            if (row != open_[level + 1].id)
+                beside.push_back(row);
+        }
+    }
+    return beside;
 }
 
 std::optional<std::size_t> ExportedMenu::openIndex(int id) const
@@ -185,7 +202,17 @@ void ExportedMenu::closed(int id)
     if (!index || (closing_ && openIndex(*closing_) <= index))
         return;
     closing_ = id;
-    closingTimer_ = Clock::current().after(kClickWait, [this] { settleClosing(); });
+    closingTimer_ = Clock::current().after(kClickWait, [this] {
+        settleClosing();
+        heard();
+    });
+}
+
+void ExportedMenu::heard()
+{
+    silenceTimer_.reset();
+    if (open_.size() == 1 && !closing_)
+        silenceTimer_ = Clock::current().after(kSilence, [this] { close(); });
 }
 
 void ExportedMenu::settleClosing()
@@ -238,6 +265,7 @@ void ExportedMenu::perform(const Choice& choice)
     }
     closing_.reset();
     closingTimer_.reset();
+    silenceTimer_.reset();
     std::vector<int> openIds;
     for (const OpenLevel& level : open_)
         if (!level.isMore)

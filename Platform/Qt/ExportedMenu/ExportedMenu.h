@@ -43,10 +43,17 @@ public:
     // Levels of one announcement are opened one after another; none of them takes another one's rows away.
     // True where this opening gave the root other rows.
     bool announce(const std::vector<int>& ids, Announcement by);
+    // What a host hides that shows all levels in one column with room for `roomForRows` rows: the rows beside the way
+    // to the deepest level that it has open, where it has not room for all.
+    std::vector<int> besideOpenLevels(std::size_t roomForRows) const;
     // Whether an announcement of that row would show a level.
     bool canOpen(int id) const;
     // The menus of the model stay open for kClickWait, for a click may follow.
     void closed(int id);
+
+    // A host has called, whatever it asked or told. Not all hosts say that the menu was dismissed: one that has nothing
+    // open below the top level, and then is silent for kSilence, has closed it.
+    void heard();
 
     // The way to a row, which is good even when the rows are gone by the time it is clicked.
     struct Choice {
@@ -65,6 +72,7 @@ public:
     void perform(const Choice& choice);
 
     static constexpr std::chrono::milliseconds kClickWait { 1000 };
+    static constexpr std::chrono::milliseconds kSilence { 5000 };
 
     // Called once after each announcement that gave hosts something to read, with the id of the row below
     // which it all is.
@@ -107,6 +115,7 @@ private:
     // The topmost level that the host has closed, while a click may follow.
     std::optional<int> closing_;
     std::unique_ptr<Clock::Timer> closingTimer_;
+    std::unique_ptr<Clock::Timer> silenceTimer_;
 };
 
 } // namespace quillbox

@@ -18,17 +18,18 @@ struct ExportedRow {
         submenuWithAction,
         separator,
         openSuper, // Begins a level in place of a click on the row that the level hangs on.
-        more, // Ends a long level; the level below it goes on.
+        more, // One of those that end a long level; the level below it goes on.
     };
 
     Kind kind = Kind::text;
-    // On one line, as it is read.
+    // The whole title on one line, as it is read; what hosts are given may be cut.
     QString title;
     // A name of the icon theme; where there is none, a picture as PNG.
     QString iconName;
     QByteArray iconData;
-    // Index of the item in the model's menu; of `more`, of the first item below it.
+    // Index of the item in the model's menu; of `more`, of the first item below it, which `count` items go on from.
     std::size_t place = 0;
+    std::size_t count = 0;
 
     bool hasLevel() const { return kind == Kind::submenu || kind == Kind::submenuWithAction || kind == Kind::more; }
     bool looksLike(const ExportedRow& other) const;

@@ -2,8 +2,10 @@
 
 #include "DBusMenuTypes.h"
 #include "SessionBus.h"
+#include "ShownTitle.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 
 #include <algorithm>
 #include <utility>
@@ -17,18 +19,13 @@ namespace {
     using Kind = ExportedRow::Kind;
     using Announcement = ExportedMenu::Announcement;
 
-    // Hosts take an underscore as the mark of a mnemonic.
-    QString escaped(QString title)
-    {
-        return title.replace(u'_', QStringLiteral("__"));
-    }
-
     // What a property that was not sent stands for.
     const QVariantMap& defaultProperties()
     {
         static const QVariantMap defaults {
             { QStringLiteral("type"), QStringLiteral("standard") },
             { QStringLiteral("label"), QString() },
+            { QStringLiteral("accessible-desc"), QString() },
             { QStringLiteral("enabled"), true },
             { QStringLiteral("visible"), true },
             { QStringLiteral("icon-name"), QString() },
@@ -40,14 +37,25 @@ namespace {
         return defaults;
     }
 
-    QVariantMap properties(const ExportedTree& tree, int id)
+    bool contains(const ExportedTree& tree, int id)
     {
+        return isPlaceholder(id) ? tree.contains(levelOfPlaceholder(id)) : tree.contains(id);
+    }
+
+    QVariantMap properties(const ExportedTree& tree, int id, MenuHostKind host)
+    {
+        if (isPlaceholder(id))
+            return { { QStringLiteral("label"), placeholderLabel() }, { QStringLiteral("enabled"), false } };
         const ExportedRow& row = tree.row(id);
         if (row.kind == Kind::separator)
             return { { QStringLiteral("type"), QStringLiteral("separator") } };
         QVariantMap properties;
-        if (id != kRoot)
-            properties.insert(QStringLiteral("label"), escaped(row.title));
+        if (id != kRoot) {
+            const QString shown = shownTitle(row.title);
+            properties.insert(QStringLiteral("label"), escapedLabel(shown, host));
+            if (shown != row.title)
+                properties.insert(QStringLiteral("accessible-desc"), row.title);
+        }
         if (row.kind == Kind::text)
             properties.insert(QStringLiteral("enabled"), false);
         if (row.hasLevel())
@@ -66,16 +74,26 @@ namespace {
         return properties;
     }
 
-    // A negative depth has no end.
-    DBusMenuLayout layout(const ExportedTree& tree, int id, int depth, const QStringList& names)
-    {
-        DBusMenuLayout result { id, onlyNamed(properties(tree, id), names), {} };
-        if (depth == 0)
+    // What one GetLayout asks for.
+    struct LayoutRequest {
+        MenuHostKind host;
+        QStringList names;
+
+        // A negative depth has no end.
+        DBusMenuLayout layout(const ExportedTree& tree, int id, int depth) const
+        {
+            DBusMenuLayout result { id, onlyNamed(properties(tree, id, host), names), {} };
+            if (leavesChildrenDisplayToProperties(host))
+                result.properties.remove(QStringLiteral("children-display"));
+            if (depth == 0 || isPlaceholder(id))
+                return result;
+            for (const int child : tree.children(id))
+                result.children.append(layout(tree, child, depth - 1));
+            if (result.children.isEmpty() && tree.row(id).hasLevel() && needsPlaceholders(host))
+                result.children.append(layout(tree, placeholderId(id), depth - 1));
             return result;
-        for (const int child : tree.children(id))
-            result.children.append(layout(tree, child, depth - 1, names));
-        return result;
-    }
+        }
+    };
 
     QVariantMap objectProperties()
     {
@@ -143,15 +161,49 @@ void MenuExporter::tellLayoutUpdated(int id)
     connection_.send(updated);
 }
 
+QVariantMap MenuExporter::propertiesFor(MenuHostKind host, int id) const
+{
+    QVariantMap found = properties(menu_.tree(), id, host);
+    if (showsOneColumn(host) && hidden_.contains(id))
+        found.insert(QStringLiteral("visible"), false);
+    return found;
+}
+
+void MenuExporter::hideBesideOpenLevels()
+{
+    if (hosts_.withOneColumn().isEmpty())
+        return;
+    const std::vector<int> beside = menu_.besideOpenLevels(roomForRowsInOneColumn());
+    std::set<int> hidden(beside.begin(), beside.end());
+    DBusMenuPropertiesList changed;
+    const auto tell = [&](const std::set<int>& rows, const std::set<int>& others, bool isVisible) {
+        for (const int id : rows)
+            if (!others.contains(id) && menu_.tree().contains(id))
+                changed.append({ id, { { QStringLiteral("visible"), isVisible } } });
+    };
+    tell(hidden_, hidden, true);
+    tell(hidden, hidden_, false);
+    hidden_ = std::move(hidden);
+    if (changed.isEmpty())
+        return;
+    for (const QString& host : hosts_.withOneColumn()) {
+        QDBusMessage updated =
+            QDBusMessage::createTargetedSignal(host, path_, kInterface, QStringLiteral("ItemsPropertiesUpdated"));
+        updated.setArguments({ QVariant::fromValue(changed), QVariant::fromValue(DBusMenuRemovedList()) });
+        connection_.send(updated);
+    }
+}
+
 QDBusMessage MenuExporter::getLayout(const QDBusMessage& call)
 {
     fillOnce();
     const int parent = call.arguments().at(0).toInt();
     const int depth = call.arguments().at(1).toInt();
     const QStringList names = call.arguments().at(2).toStringList();
+    const LayoutRequest request { hosts_.askedForLayout(call.service(), names), names };
     if (!menu_.tree().contains(parent))
         return noSuchRow(call, parent);
-    return call.createReply({ revision_, QVariant::fromValue(layout(menu_.tree(), parent, depth, names)) });
+    return call.createReply({ revision_, QVariant::fromValue(request.layout(menu_.tree(), parent, depth)) });
 }
 
 QDBusMessage MenuExporter::getGroupProperties(const QDBusMessage& call)
@@ -164,9 +216,10 @@ QDBusMessage MenuExporter::getGroupProperties(const QDBusMessage& call)
         ids = QList<int>(all.begin(), all.end());
     }
     DBusMenuPropertiesList found;
+    const MenuHostKind host = hosts_.kind(call.service());
     for (const int id : ids) {
-        if (menu_.tree().contains(id))
-            found.append({ id, onlyNamed(properties(menu_.tree(), id), names) });
+        if (contains(menu_.tree(), id))
+            found.append({ id, onlyNamed(propertiesFor(host, id), names) });
     }
     return call.createReply(QVariant::fromValue(found));
 }
@@ -175,11 +228,11 @@ QDBusMessage MenuExporter::getProperty(const QDBusMessage& call)
 {
     const int id = call.arguments().at(0).toInt();
     const QString name = call.arguments().at(1).toString();
-    if (!menu_.tree().contains(id))
+    if (!contains(menu_.tree(), id))
         return noSuchRow(call, id);
     if (!defaultProperties().contains(name))
         return invalidArguments(call, QStringLiteral("rows have no property %1").arg(name));
-    const QVariant value = properties(menu_.tree(), id).value(name, defaultProperties().value(name));
+    const QVariant value = propertiesFor(hosts_.kind(call.service()), id).value(name, defaultProperties().value(name));
     return call.createReply(QVariant::fromValue(QDBusVariant(value)));
 }
 
@@ -192,7 +245,15 @@ bool MenuExporter::takeEvent(int id, const QString& event)
     } else if (event == QLatin1String("closed")) {
         afterAnswer_.emplace_back([this, id] { menu_.closed(id); });
     } else if (event == QLatin1String("clicked")) {
-        const auto choose = [this, choice = menu_.choice(id)] { menu_.perform(choice); };
+        const auto choose = [this, choice = menu_.choice(id)] {
+            if (willPerform_)
+                willPerform_();
+            // The action may end the program, and with it the status item.
+            const QPointer<MenuExporter> self(this);
+            menu_.perform(choice);
+            if (self && didPerform_)
+                didPerform_();
+        };
         QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
     }
     return true;
@@ -269,6 +330,8 @@ bool MenuExporter::handleMessage(const QDBusMessage& message, const QDBusConnect
                         { "AboutToShowGroup", "ai", by(&MenuExporter::aboutToShowGroup) } });
     for (const auto& work : std::exchange(afterAnswer_, {}))
         work();
+    menu_.heard();
+    hideBesideOpenLevels();
     return isAnswered;
 }
 

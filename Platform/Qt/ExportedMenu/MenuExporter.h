@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ExportedMenu.h"
+#include "MenuHostKind.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 
 namespace quillbox {
 
@@ -40,12 +42,24 @@ public:
         menu_.onWillOpen = std::move(willOpen);
     }
 
+    // Called before and after the action of a row that a host has clicked.
+    void setChoiceHandlers(std::function<void()> willPerform, std::function<void()> didPerform)
+    {
+        willPerform_ = std::move(willPerform);
+        didPerform_ = std::move(didPerform);
+    }
+    // What the host with this connection is.
+    MenuHostKind hostKind(const QString& connection) const { return hosts_.kind(connection); }
+
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
 private:
     void fillOnce();
     void tellLayoutUpdated(int id);
+    // Makes room for the deepest level in hosts that show all levels in one column.
+    void hideBesideOpenLevels();
+    QVariantMap propertiesFor(MenuHostKind host, int id) const;
     // False where no row has the id.
     bool takeEvent(int id, const QString& event);
 
@@ -60,9 +74,14 @@ private:
     QDBusConnection connection_;
     QString path_;
     ExportedMenu menu_;
+    MenuHosts hosts_;
     // Counts the layouts that hosts were told of.
     uint revision_ = 1;
     bool isKnown_ = false;
+    // What hosts with one column were told to hide.
+    std::set<int> hidden_;
+    std::function<void()> willPerform_;
+    std::function<void()> didPerform_;
     // What the call that is being answered has set off.
     std::vector<std::function<void()>> afterAnswer_;
 };

@@ -1,12 +1,18 @@
 #include "ExportedLevel.h"
 
 #include "NSMenu.h"
+#include "ShownTitle.h"
 #include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
+#include <QFontMetrics>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
+#include <QScreen>
+
+#include <cstring>
 
 using namespace quillbox;
 
@@ -39,18 +45,25 @@ TEST(ExportedLevel, ATitleOfSeveralLinesBecomesAsManyDisabledRows)
         (QStringList { "0 0 This can't be read:", QString::fromUtf8("0 0 /a→b"), "0 0 Try again.", "1 1 Two lines" }));
 }
 
-TEST(ExportedLevel, NoTitleIsWiderThanAScreen)
+// Hosts would put a wider menu over the one that it came from.
+TEST(ShownTitle, IsNoWiderThanAThirdOfTheScreenAndCutsBetweenCharacters)
 {
-    NSMenu menu;
-    std::string title = "x";
-    for (int i = 0; i < 100; ++i)
-        title += "\U0001F6D1"; // Two units each, so that both cuts fall into one.
-    title += "y";
-    menu.addItem(std::make_shared<NSMenuItem>(title, &kNothing));
-    const QString shown = exportedLevel(menu, root()).at(0).title;
-    EXPECT_EQ(shown.size(), 119);
-    EXPECT_EQ(shown.toUtf8().count("\U0001F6D1"), 29 + 29);
-    EXPECT_EQ(exportedTitle(*menu.itemArray()[0]), shown);
+    const int screen = QGuiApplication::primaryScreen()->geometry().width();
+    const QFontMetrics metrics(QGuiApplication::font());
+    const QString family = QString::fromUtf8("\U0001F468\u200D\U0001F469\u200D\U0001F467"); // One character of five.
+    const QString accented = QStringLiteral("e\u0301");
+    for (const QString& character : { QStringLiteral("x"), family, accented }) {
+        const QString title = QStringLiteral("begin ") + character.repeated(300) + QStringLiteral(" end");
+        const QString shown = shownTitle(title);
+        EXPECT_LT(metrics.horizontalAdvance(shown), screen / 3);
+        EXPECT_LT(metrics.horizontalAdvance(shownTitle(title, TitleWidth::half)), screen / 6);
+        const QStringList parts = shown.split(QChar(0x2026));
+        ASSERT_EQ(parts.size(), 2) << shown.toStdString();
+        EXPECT_TRUE(title.startsWith(parts[0]) && title.endsWith(parts[1])) << shown.toStdString();
+        EXPECT_EQ((parts[0].size() - qsizetype(std::strlen("begin "))) % character.size(), 0) << shown.toStdString();
+        EXPECT_EQ((parts[1].size() - qsizetype(std::strlen(" end"))) % character.size(), 0) << shown.toStdString();
+    }
+    EXPECT_EQ(shownTitle("short & \t_sweet_"), "short & \t_sweet_");
 }
 
 TEST(ExportedLevel, PicturesGoByTheFirstNameThatTheThemeHas)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 using namespace quillbox;
 using namespace std::chrono_literals;
 
@@ -33,6 +35,16 @@ protected:
     std::string run(const std::string& script)
     {
         return host.run(script, [this] { return world.takeLog(); });
+    }
+
+    // Each row's id and the names of its properties.
+    QStringList properties(const QList<int>& ids, const QStringList& names)
+    {
+        QStringList text;
+        const QDBusMessage reply = host.call("GetGroupProperties", { QVariant::fromValue(ids), names });
+        for (const auto& row : qdbus_cast<DBusMenuPropertiesList>(reply.arguments().value(0)))
+            text.append(QStringLiteral("%1 %2").arg(row.id).arg(row.properties.keys().join(u' ')));
+        return text;
     }
 
     PrivateBus bus;
@@ -131,6 +143,27 @@ TEST_F(MenuExporterTest, TheModelClosesWhenNoClickFollows)
     EXPECT_EQ(world.clock.pendingCount(), 0U);
 }
 
+// Panels of GTK close their menus without a word of the top level; what was listed must not stay for that.
+TEST_F(MenuExporterTest, TheModelClosesWhenTheHostIsSilentWithNothingOpen)
+{
+    run("get top\nabout top\nabout Papers\nget Papers");
+    world.clock.advance(60s);
+    EXPECT_EQ(world.takeLog(), "") << "Papers is still read";
+    run("closed Papers");
+    world.clock.advance(1s);
+    EXPECT_EQ(world.takeLog(), "close Papers");
+    world.clock.advance(4s);
+    host.layout(0, 1);
+    world.clock.advance(4s);
+    EXPECT_EQ(world.takeLog(), "") << "the host has just asked";
+    world.clock.advance(1s);
+    EXPECT_EQ(world.takeLog(), "close top");
+    EXPECT_TRUE(world.top->itemArray().empty());
+    EXPECT_EQ(world.clock.pendingCount(), 0U);
+    EXPECT_EQ(run("clicked my__note"),
+              "clicked my__note: update top, open top, close top, chose my_note with 0 popups\n");
+}
+
 TEST_F(MenuExporterTest, AClickOnAKeptRowActsOnTheSameRowOrNotAtAll)
 {
     run("get top\nabout Papers\nget Papers\nabout Letters\nget Letters\nclosed top");
@@ -193,31 +226,92 @@ TEST_F(MenuExporterTest, AskingForTheWholeTreeListsNothing)
 
 TEST_F(MenuExporterTest, ALongLevelGoesOnWithoutAnotherOpening)
 {
-    world.contents["Places"] = [this] { return world.numbered("n", 450); };
+    world.contents["Places"] = [this] { return world.numbered("n", 650); };
     run("get top\nabout Places");
-    EXPECT_TRUE(host.layout(host.id("Places"), 1).endsWith("n199, 205 More (250)"));
-    EXPECT_EQ(run("about More (250)"), "about More (250): true; r3 below 205\n");
-    const QString second = host.layout(205, 1);
-    EXPECT_TRUE(second.startsWith("206 n200, ")) << second.toStdString();
-    EXPECT_TRUE(second.endsWith("405 n399, 406 More (50)"));
-    run("opened More (50)");
-    EXPECT_TRUE(host.layout(406, -1).endsWith("456 n449"));
-    EXPECT_EQ(run("clicked More (50)\nclosed top\nclicked n449"),
-              "clicked More (50):\nclosed top:\nclicked n449: close Places, close top, chose n449 with 0 popups\n");
+    const QString dash = QString::fromUtf8(" \u2013 ");
+    const QString last = QStringLiteral("More (n600") + dash + "n649)";
+    const QString first = host.layout(host.id("Places"), 1);
+    EXPECT_TRUE(first.endsWith("n199, 205 More (n200" + dash + "n399), 206 More (n400" + dash + "n599), 207 " + last));
+    EXPECT_EQ(run("about " + last.toStdString()), "about " + last.toStdString() + ": true; r3 below 207\n");
+    const QString rows = host.layout(207, -1);
+    EXPECT_TRUE(rows.startsWith("208 n600, ")) << rows.toStdString();
+    EXPECT_TRUE(rows.endsWith("257 n649")) << rows.toStdString();
+    run("opened " + last.toStdString());
+    EXPECT_EQ(run("clicked " + last.toStdString() + "\nclosed top\nclicked n649"),
+              "clicked " + last.toStdString()
+                  + ":\nclosed top:\nclicked n649: close Places, close top, chose n649 with 0 popups\n");
+}
+
+// More than what as many rows as a level has can go on with.
+TEST_F(MenuExporterTest, EveryEntryOfAHugeDirectoryIsThreeLevelsAway)
+{
+    world.contents["Places"] = [this] { return world.numbered("n", 50'000); };
+    run("get top\nabout Places");
+    host.layout(host.id("Places"), 1);
+    run("about More (10000)");
+    const QString rows = host.layout(host.id("More (10000)"), 1);
+    EXPECT_EQ(rows.count(", ") + 1, 200 + 49) << rows.toStdString();
+    EXPECT_TRUE(rows.section(", ", 199, 199).endsWith("n40199"));
+    EXPECT_TRUE(rows.endsWith("n49999)")) << rows.right(80).toStdString();
 }
 
 TEST_F(MenuExporterTest, AnswersEveryQuestionAboutProperties)
 {
     run("get top");
-    const auto group = [this](const QList<int>& ids, const QStringList& names) {
-        QStringList text;
-        const QDBusMessage reply = host.call("GetGroupProperties", { QVariant::fromValue(ids), names });
-        for (const auto& row : qdbus_cast<DBusMenuPropertiesList>(reply.arguments().value(0)))
-            text.append(QStringLiteral("%1 %2").arg(row.id).arg(row.properties.keys().join(u' ')));
-        return text;
-    };
-    EXPECT_EQ(group({ 3, 99, 1 }, {}), (QStringList { "3 children-display label", "1 label" }));
-    EXPECT_EQ(group({}, { "type" }), (QStringList { "0 ", "1 ", "2 type", "3 ", "4 " }));
+    EXPECT_EQ(properties({ 3, 99, 1 }, {}), (QStringList { "3 children-display label", "1 label" }));
+    EXPECT_EQ(properties({}, { "type" }), (QStringList { "0 ", "1 ", "2 type", "3 ", "4 " }));
+}
+
+// The shell opens no empty submenu, and replaces a row whose children-display a layout brings again.
+TEST_F(MenuExporterTest, GnomesShellGetsPlaceholdersAndChildrenDisplayAsAProperty)
+{
+    const QStringList names { "type", "children-display" };
+    const int placeholder = placeholderId(3);
+    EXPECT_EQ(host.layout(0, -1, names), "1 ---, 2 ---, 3 --- > (1073741827 ---), 4 --- > (1073741828 ---)");
+    EXPECT_EQ(properties({ 3, placeholder }, {}),
+              (QStringList { "3 children-display label", "1073741827 enabled label" }));
+    const QDBusMessage layout = host.call("GetLayout", { 0, 1, names });
+    for (const auto& row : qdbus_cast<DBusMenuLayout>(layout.arguments().value(1)).children)
+        EXPECT_FALSE(row.properties.contains("children-display")) << row.id;
+    EXPECT_EQ(host.tell(3, "opened").errorName(), "");
+    EXPECT_EQ(host.takeUpdates(), QStringList { "r2 below 3" });
+    EXPECT_EQ(host.layout(3, -1, names), "5 ---, 6 ---, 7 ---, 8 --- > (1073741832 ---)");
+    EXPECT_EQ(host.tell(placeholder, "clicked").errorName(), kInvalid);
+    MenuHost another(itemBus.connection().baseService(), kPath);
+    EXPECT_EQ(another.layout(0, 1), "1 my__note, 2 ---, 3 Papers, 4 Places");
+}
+
+// The shell would leave a long level no room between the rows of those above it.
+TEST_F(MenuExporterTest, GnomesShellHidesWhatLiesBesideALongLevelWhileItIsOpen)
+{
+    world.contents["Papers"] = [this] { return world.numbered("n", 100); };
+    host.layout(0, -1, { "type", "children-display" });
+    host.layout(0, 1);
+    MenuHost another(itemBus.connection().baseService(), kPath);
+    EXPECT_EQ(run("opened top\nopened Places"),
+              "opened top: update top, open top\n"
+              "opened Places: r2 below 4; update Places, open Places\n");
+    EXPECT_EQ(run("opened Papers"),
+              "opened Papers: r3 below 3; hide 1; hide 2; hide 4; close Places, update Papers, "
+              "open Papers\n");
+    EXPECT_EQ(properties({ 3, 4 }, {}),
+              (QStringList { "3 children-display label", "4 children-display label visible" }));
+    EXPECT_EQ(run("closed Papers"), "closed Papers: show 1; show 2; show 4\n");
+    EXPECT_EQ(another.takeUpdates(), (QStringList { "r2 below 4", "r3 below 3" }));
+}
+
+TEST(MenuHostKind, EveryHostShowsTheTitleThatWasMeant)
+{
+    for (const auto& [title, others, gnome] :
+         std::initializer_list<std::array<QString, 3>> { { "my_file_name", "my__file__name", "my__file_name" },
+                                                         { "_lead", "__lead", "__lead" },
+                                                         { "tail_", "tail__", "tail_" },
+                                                         { "a__b_c", "a____b__c", "a___b_c" },
+                                                         { "___", "______", "___" },
+                                                         { "plain", "plain", "plain" } }) {
+        EXPECT_EQ(escapedLabel(title, MenuHostKind::standard), others);
+        EXPECT_EQ(escapedLabel(title, MenuHostKind::gnomeShell), gnome);
+    }
 }
 
 TEST_F(MenuExporterTest, TakesGroupsOfEventsAndIgnoresWhatMeansNothing)

@@ -16,6 +16,8 @@ MenuHost::MenuHost(QString service, QString path) : service_(std::move(service))
 {
     client_.connection().connect(service_, path_, kInterface, QStringLiteral("LayoutUpdated"), this,
                                  SLOT(layoutUpdated(uint, int)));
+    client_.connection().connect(service_, path_, kInterface, QStringLiteral("ItemsPropertiesUpdated"), this,
+                                 SLOT(propertiesUpdated(QDBusMessage)));
 }
 
 QDBusMessage MenuHost::call(const QString& member, const QVariantList& arguments)
@@ -53,6 +55,14 @@ QString MenuHost::layout(int parent, int depth, const QStringList& names)
 void MenuHost::layoutUpdated(uint revision, int parent)
 {
     updates_.append(QStringLiteral("r%1 below %2").arg(revision).arg(parent));
+}
+
+void MenuHost::propertiesUpdated(const QDBusMessage& signal)
+{
+    for (const auto& row : qdbus_cast<DBusMenuPropertiesList>(signal.arguments().at(0))) {
+        const QString what = row.properties.value(QStringLiteral("visible")).toBool() ? "show" : "hide";
+        updates_.append(QStringLiteral("%1 %2").arg(what).arg(row.id));
+    }
 }
 
 QStringList MenuHost::takeUpdates()

@@ -36,6 +36,7 @@ public:
 
 public slots:
     void layoutUpdated(uint revision, int parent);
+    void propertiesUpdated(const QDBusMessage& signal);
 
 private:
     QString answerOf(const QString& step);
