@@ -126,10 +126,13 @@ namespace {
         const Installed<MetadataIndex> installedRecentUse(recentUse);
         workspace.onOpened = [&recentUse](const std::string& path) { recentUse.noteOpened(path); };
 
-        const auto takeToken = [&workspace](const std::string& token) { workspace.setActivationToken(token); };
+        const auto takeToken = [&workspace](const std::string& token) {
+            workspace.setActivationToken(token);
+            QtDesktop::setActivationToken(token);
+        };
         const auto shortMenu = std::make_shared<ShortMenu>(desktop);
         desktop.setShortMenu(ShortMenu::menu(shortMenu));
-        desktop.setActivationTokenHandler(takeToken);
+        desktop.setActivationTokenHandlers(takeToken, [&workspace] { return workspace.isActivationTokenTaken(); });
         const auto startAgain = [&desktop] {
             desktop.startedAgain();
             openPreferences();

@@ -8,6 +8,13 @@
 
 namespace quillbox {
 
+namespace {
+
+    // Where the toolkit looks for the token when a window is to come to the front; it takes the variable away.
+    constexpr const char* kTokenForWindows = "XDG_ACTIVATION_TOKEN";
+
+} // namespace
+
 QtDesktop::QtDesktop(QApplication& application) : application_(application)
 {
     // The program lives in the status bar; its windows come and go.
@@ -23,14 +30,22 @@ void QtDesktop::showStatusItem(NSStatusItem& item)
 {
     statusItem_.reset();
     statusItem_ = std::make_unique<StatusItemPresenter>(item, menuPresenter_, shortMenu_, menuDrawingOfSession());
-    statusItem_->setActivationTokenHandler(takeActivationToken_);
+    statusItem_->setActivationTokenHandlers(takeActivationToken_, isActivationTokenTaken_);
 }
 
-void QtDesktop::setActivationTokenHandler(std::function<void(const std::string&)> handler)
+void QtDesktop::setActivationTokenHandlers(std::function<void(const std::string&)> take, std::function<bool()> isTaken)
 {
-    takeActivationToken_ = std::move(handler);
+    takeActivationToken_ = std::move(take);
+    isActivationTokenTaken_ = [isTaken = std::move(isTaken)] {
+        return !qEnvironmentVariableIsSet(kTokenForWindows) || isTaken();
+    };
     if (statusItem_)
-        statusItem_->setActivationTokenHandler(takeActivationToken_);
+        statusItem_->setActivationTokenHandlers(takeActivationToken_, isActivationTokenTaken_);
+}
+
+void QtDesktop::setActivationToken(const std::string& token)
+{
+    qputenv(kTokenForWindows, QByteArray::fromStdString(token));
 }
 
 void QtDesktop::openMenu()

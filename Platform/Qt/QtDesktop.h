@@ -26,8 +26,11 @@ public:
     // The menu of a right click on the icon, and what is shown where the icon's own menu is empty.
     void setShortMenu(std::shared_ptr<NSMenu> menu) { shortMenu_ = std::move(menu); }
 
-    // `handler` gets the right to take the focus that a host hands over with a click.
-    void setActivationTokenHandler(std::function<void(const std::string&)> handler);
+    // `take` gets the right to take the focus that a host hands over with a click; `isTaken` says whether something has
+    // been started with it since, other than a window of this program.
+    void setActivationTokenHandlers(std::function<void(const std::string&)> take, std::function<bool()> isTaken);
+    // The window that is brought to the front next uses it up.
+    static void setActivationToken(const std::string& token);
 
     // Does what a click on the icon does.
     void openMenu();
@@ -53,6 +56,7 @@ private:
     QtWindowDisplay windows_;
     std::shared_ptr<NSMenu> shortMenu_;
     std::function<void(const std::string&)> takeActivationToken_;
+    std::function<bool()> isActivationTokenTaken_;
     std::unique_ptr<StatusItemPresenter> statusItem_;
     bool isStopped_ = false;
 };

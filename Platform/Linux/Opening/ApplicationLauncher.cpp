@@ -66,6 +66,7 @@ struct ApplicationLauncher::Launches : std::enable_shared_from_this<Launches> {
     XdgEnvironment environment;
     std::function<void(const Error&)> onLateError;
     std::string activationToken;
+    bool isTokenTaken = false;
 
     // `file` is what the application is to open; empty for nothing.
     Result<void> launch(AppInfo info, const std::string& file);
@@ -96,6 +97,12 @@ ApplicationLauncher::~ApplicationLauncher()
 void ApplicationLauncher::setActivationToken(std::string token)
 {
     launches_->activationToken = std::move(token);
+    launches_->isTokenTaken = false;
+}
+
+bool ApplicationLauncher::isActivationTokenTaken() const
+{
+    return launches_->isTokenTaken;
 }
 
 Result<void> ApplicationLauncher::startEntry(const std::string& entryPath)
@@ -135,7 +142,7 @@ Result<void> ApplicationLauncher::openFile(const std::string& path)
 
 Result<void> ApplicationLauncher::Launches::launch(AppInfo info, const std::string& file)
 {
-    const GLibObject<GAppLaunchContext> context = makeLaunchContext(std::exchange(activationToken, {}));
+    const GLibObject<GAppLaunchContext> context = makeLaunchContext(std::exchange(activationToken, {}), isTokenTaken);
     if (g_desktop_app_info_get_boolean(info.get(), "Terminal")) {
         Result<AppInfo> changed = inTerminal(info, environment);
         if (!changed)

@@ -22,6 +22,8 @@ public:
 
     // `token` is what the display got with the click that asks for the next start. It serves that start alone.
     void setActivationToken(std::string token);
+    // Whether a program was started since then that tells the desktop, by the token, when it has started.
+    bool isActivationTokenTaken() const;
 
     Result<void> startEntry(const std::string& entryPath);
     // Starts a program that has no entry, without arguments.

@@ -5,6 +5,7 @@ namespace {
 struct QuillboxLaunchContext {
     GAppLaunchContext parent;
     char* token;
+    bool* isTaken;
 };
 
 struct QuillboxLaunchContextClass {
@@ -21,6 +22,8 @@ QuillboxLaunchContext* cast(gpointer context)
 // The token serves as start-up id too: programs of both kinds take either.
 char* startupNotifyId(GAppLaunchContext* context, GAppInfo*, GList*)
 {
+    if (cast(context)->token)
+        *cast(context)->isTaken = true;
     return g_strdup(cast(context)->token);
 }
 
@@ -33,6 +36,7 @@ void finalize(GObject* object)
 void quillbox_launch_context_init(QuillboxLaunchContext* context)
 {
     context->token = nullptr;
+    context->isTaken = nullptr;
 }
 
 void quillbox_launch_context_class_init(QuillboxLaunchContextClass* type)
@@ -45,7 +49,7 @@ void quillbox_launch_context_class_init(QuillboxLaunchContextClass* type)
 
 namespace quillbox {
 
-GLibObject<GAppLaunchContext> makeLaunchContext(const std::string& activationToken)
+GLibObject<GAppLaunchContext> makeLaunchContext(const std::string& activationToken, bool& isTaken)
 {
     gpointer object = g_object_new(quillbox_launch_context_get_type(), nullptr);
     GLibObject<GAppLaunchContext> context(G_APP_LAUNCH_CONTEXT(object));
@@ -56,6 +60,7 @@ GLibObject<GAppLaunchContext> makeLaunchContext(const std::string& activationTok
         else
             g_app_launch_context_setenv(context.get(), variable, activationToken.c_str());
     }
+    cast(object)->isTaken = &isTaken;
     if (!activationToken.empty())
         cast(object)->token = g_strdup(activationToken.c_str());
     return context;

@@ -40,6 +40,8 @@ public:
 
     // The display calls it before the action of a click runs, so that what the action starts may take the focus.
     void setActivationToken(std::string token) { launcher_.setActivationToken(std::move(token)); }
+    // Whether what was started since then tells the desktop, by the token, when it has started.
+    bool isActivationTokenTaken() const { return launcher_.isActivationTokenTaken(); }
 
 private:
     Result<void> start(const std::string& path);

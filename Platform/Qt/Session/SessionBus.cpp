@@ -140,7 +140,7 @@ bool answerCall(const QDBusMessage& call, const QDBusConnection& connection, con
         const QDBusMessage reply = fits
             ? method.answer(call)
             : invalidArguments(call, QStringLiteral("%1 takes (%2)").arg(call.member(), method.signature));
-        if (call.isReplyRequired())
+        if (call.isReplyRequired() && reply.type() != QDBusMessage::InvalidMessage)
             connection.send(reply);
         return true;
     }

@@ -1,6 +1,7 @@
 #include "StatusItemPresenter.h"
 
 #include "Clock.h"
+#include "HeldActivationToken.h"
 #include "MenuExporter.h"
 #include "MenuPresenter.h"
 #include "NSAlert.h"
@@ -96,6 +97,7 @@ struct StatusItemPresenter::State {
     std::shared_ptr<NSMenu> shortMenu;
     MenuDrawing drawing;
     std::function<void(const std::string&)> onActivationToken;
+    HeldActivationToken heldToken;
 
     StatusIcon icon;
     SessionBus bus;
@@ -152,13 +154,16 @@ void StatusItemPresenter::State::showOnBus()
         // Some hosts tell of a click and open nothing, whatever the item says of itself.
         notifierItem->onActivate = [this](QPoint) { openAtStrip(); };
     }
-    notifierItem->onActivationToken = [this](const QString& token) {
+    notifierItem->onActivationToken = [this](const QDBusMessage& call) {
         if (onActivationToken)
-            onActivationToken(token.toStdString());
+            onActivationToken(call.arguments().at(0).toString().toStdString());
+        return exporter && showsBusyPointer(exporter->hostKind(call.service()))
+            && heldToken.hold(call, bus.connection());
     };
     if (exported) {
         exporter = std::make_unique<MenuExporter>(bus.connection(), kMenuPath, exported, shortMenu);
         exporter->setOtherWay([this] { return menus.isOpen(); }, [this] { menus.close(); });
+        exporter->setChoiceHandlers([this] { heldToken.clickCame(); }, [this] { heldToken.actionEnded(); });
     }
     registration = std::make_unique<StatusNotifierRegistration>(bus.connection());
     registration->onShownChanged = [this] { hostsChanged(); };
@@ -292,9 +297,11 @@ StatusItemPresenter::StatusItemPresenter(NSStatusItem& item, MenuPresenter& menu
 
 StatusItemPresenter::~StatusItemPresenter() = default;
 
-void StatusItemPresenter::setActivationTokenHandler(std::function<void(const std::string&)> handler)
+void StatusItemPresenter::setActivationTokenHandlers(std::function<void(const std::string&)> take,
+                                                     std::function<bool()> isTaken)
 {
-    state_->onActivationToken = std::move(handler);
+    state_->onActivationToken = std::move(take);
+    state_->heldToken.isTaken = std::move(isTaken);
 }
 
 void StatusItemPresenter::openMenu()

@@ -25,8 +25,9 @@ public:
     StatusItemPresenter(const StatusItemPresenter&) = delete;
     StatusItemPresenter& operator=(const StatusItemPresenter&) = delete;
 
-    // `handler` gets the activation token that a host hands over before a click, for what the click starts.
-    void setActivationTokenHandler(std::function<void(const std::string&)> handler);
+    // `take` gets the activation token that a host hands over before a click, for what the click starts; `isTaken` says
+    // whether something has used it since.
+    void setActivationTokenHandlers(std::function<void(const std::string&)> take, std::function<bool()> isTaken);
 
     // Does what a click on the icon does; for the short menu, which opens where that was opened.
     void openMenu();

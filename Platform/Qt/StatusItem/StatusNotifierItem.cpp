@@ -148,9 +148,7 @@ bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusC
 {
     const auto nothing = [](const QDBusMessage& call) { return call.createReply(); };
     const auto token = [this](const QDBusMessage& call) {
-        if (onActivationToken)
-            onActivationToken(call.arguments().at(0).toString());
-        return call.createReply();
+        return onActivationToken && onActivationToken(call) ? QDBusMessage() : call.createReply();
     };
     return answerProperties(message, connection, kInterface, [this] { return properties(); })
         || answerClicks(message, connection)

@@ -47,8 +47,9 @@ public:
     // method is refused as one that is not there; so is a context menu where the host draws menus.
     std::function<void(QPoint)> onActivate;
     std::function<void(QPoint)> onContextMenu;
-    // The right to bring a window to the front, handed over just before the click it belongs to.
-    std::function<void(const QString&)> onActivationToken;
+    // The right to bring a window to the front, the call's only argument, handed over just before the click it belongs
+    // to. True where the call is answered later, by whoever took it.
+    std::function<bool(const QDBusMessage&)> onActivationToken;
 
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;

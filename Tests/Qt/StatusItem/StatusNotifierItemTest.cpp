@@ -1,5 +1,7 @@
 #include "StatusNotifierItem.h"
 
+#include "HeldActivationToken.h"
+#include "ManualClock.h"
 #include "Palettes.h"
 #include "PrivateBus.h"
 #include "StatusNotifierRegistration.h"
@@ -88,6 +90,46 @@ TEST(StatusNotifierItem, AnswersAClickBeforeItIsHandled)
     EXPECT_FALSE(pending->isError());
 }
 
+// What the host hears of an activation token, and when; it shows a busy pointer until it hears.
+TEST(HeldActivationToken, IsRefusedWhereTheClickHasUsedItForNothing)
+{
+    struct Case {
+        const char* name;
+        bool isClick;
+        bool isTaken;
+        bool isRefused;
+    };
+    for (const Case& test :
+         { Case { "a program was started", true, true, false }, Case { "a row that starts nothing", true, false, true },
+           Case { "no click on a row came", false, false, false } }) {
+        ItemOnBus world;
+        ManualClock clock;
+        StatusNotifierItem item(world.itemBus.connection(), StatusIcon(NSImage()), "/Menu", MenuDrawing::byHost);
+        HeldActivationToken held;
+        held.isTaken = [&] { return test.isTaken; };
+        bool hasCome = false;
+        item.onActivationToken = [&](const QDBusMessage& call) {
+            hasCome = true;
+            return held.hold(call, world.itemBus.connection());
+        };
+        QDBusMessage token = QDBusMessage::createMethodCall(world.itemBus.connection().baseService(), kPath, kInterface,
+                                                            QStringLiteral("ProvideXdgActivationToken"));
+        token.setArguments({ "t1" });
+        const QDBusPendingCallWatcher pending(world.host.connection().asyncCall(token));
+        ASSERT_TRUE(waitUntil([&] { return hasCome; })) << test.name;
+        EXPECT_FALSE(pending.isFinished()) << test.name;
+        if (test.isClick) {
+            held.clickCame();
+            held.actionEnded();
+        } else {
+            clock.advance(std::chrono::milliseconds(300));
+        }
+        ASSERT_TRUE(waitUntil([&] { return pending.isFinished(); })) << test.name;
+        EXPECT_EQ(pending.isError(), test.isRefused) << test.name;
+        EXPECT_EQ(clock.pendingCount(), 0U) << test.name;
+    }
+}
+
 TEST(StatusNotifierItem, TakesTheCallsOfEveryHost)
 {
     ItemOnBus world;
@@ -95,7 +137,10 @@ TEST(StatusNotifierItem, TakesTheCallsOfEveryHost)
     QStringList calls;
     item.onActivate = [&](QPoint) { calls.append("activate"); };
     item.onContextMenu = [&](QPoint point) { calls.append(QStringLiteral("context menu %1").arg(point.x())); };
-    item.onActivationToken = [&](const QString& token) { calls.append("token " + token); };
+    item.onActivationToken = [&](const QDBusMessage& call) {
+        calls.append("token " + call.arguments().at(0).toString());
+        return false;
+    };
 
     EXPECT_EQ(world.call(kInterface, "ProvideXdgActivationToken", { "t1" }).errorName(), "");
     EXPECT_EQ(world.call("", "Activate", { 1, 2 }).errorName(), "");
