@@ -1,0 +1,72 @@
+"""The desktops that scripts/real_desktop knows: what each needs installed and how its session starts."""
+
+import os
+import subprocess
+from dataclasses import dataclass
+from pathlib import Path
+
+from desktop_menus import PopupMenu, ShellMenu
+from gnome_desktop import GnomeDesktop
+from x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession
+
+# What the walk itself needs; a fresh Debian has none of it.
+TOOLS = ["dbus", "xvfb", "xdotool", "x11-utils", "imagemagick", "libglib2.0-bin", "python3", "python3-gi",
+         "at-spi2-core", "gir1.2-atspi-2.0", "adwaita-icon-theme", "librsvg2-common", "fonts-dejavu-core",
+         "shared-mime-info", "dconf-gsettings-backend"]
+
+
+# What Quillbox needs; a fresh Debian has none of it.
+LIBRARIES = ["libqt6widgets6", "libqt6dbus6", "libqt6svg6", "qt6-svg-plugins", "qt6-wayland", "qt6-qpa-plugins", "fonts-symbola",
+             "libpugixml1v5", "libsqlite3-0", "libxcb1"]
+
+
+@dataclass
+class RealDesktop:
+    title: str
+    debian: int
+    packages: list
+    session: type
+    menu: type
+    # Commands that the machine's administrator would have run, by the time a person logs in.
+    as_root: tuple = ()
+
+    def lower(self):
+        """The system below: this machine's where it is that Debian, else a fresh one, which is made here if need be."""
+        if f'VERSION_ID="{self.debian}"' in Path("/etc/os-release").read_text():
+            return "/"
+        scripts = Path(__file__).resolve().parent
+        base = Path(os.environ.get("QUILLBOX_ROOTS") or scripts.parent / "build/roots") / f"base-{self.debian}"
+        if not base.exists():
+            subprocess.run([scripts / "fresh_root", str(self.debian), "true"], check=True, stdin=subprocess.DEVNULL)
+        return str(base)
+
+
+DESKTOPS = {
+    "gnome43": RealDesktop(
+        "GNOME 43", 12, ["gnome-shell", "gnome-shell-extension-appindicator", "nautilus", "xwayland",
+                         "xdg-desktop-portal-gnome", "python3-dbusmock", *TOOLS],
+        GnomeDesktop, ShellMenu,
+        as_root=("setsid /usr/bin/python3 -m dbusmock --system --template logind >/run/logind.log 2>&1 &",)),
+    "gnome48": RealDesktop(
+        "GNOME 48", 13, ["gnome-shell", "gnome-shell-extension-appindicator", "nautilus", "xwayland",
+                         "gnome-shell-extension-prefs", *TOOLS, *LIBRARIES],
+        GnomeDesktop, ShellMenu),
+    "mate": RealDesktop(
+        "MATE 1.26", 12, ["mate-panel", "marco", "mate-session-manager", "mate-settings-daemon", "mate-desktop", "caja",
+                          *TOOLS],
+        MateSession, PopupMenu),
+    "cinnamon": RealDesktop(
+        "Cinnamon 5.6", 12, ["cinnamon", "xapp-sn-watcher", "nemo", *TOOLS], CinnamonSession, PopupMenu),
+    "budgie": RealDesktop("Budgie 10.7", 12, ["budgie-core", "nautilus", *TOOLS], BudgieSession, PopupMenu),
+    "plasma5": RealDesktop(
+        "Plasma 5.27, X11", 12, ["plasma-desktop", "plasma-workspace", "kwin-x11", "dolphin", "breeze-icon-theme",
+                                 "plasma-integration", "kde-cli-tools", "dbus-x11", *TOOLS],
+        PlasmaSession, PopupMenu),
+    "plasma6": RealDesktop(
+        "Plasma 6.3, X11", 13, ["plasma-desktop", "plasma-workspace", "kwin-x11", "plasma-session-x11", "dolphin",
+                                "breeze-icon-theme", "plasma-integration", "kde-cli-tools", "dbus-x11", *TOOLS,
+                                *LIBRARIES],
+        Plasma6Session, PopupMenu),
+}
+
+PASSED_BY_EVERY_CHANGE = ["gnome43", "mate"]
