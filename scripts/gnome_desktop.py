@@ -178,9 +178,9 @@ class GnomeDesktop(RealSession):
 
     def arrange(self, window):
         """Beside each other, as far as the screen allows."""
-        for title, x, width in ((window[1], 0, 620), ("Quillbox Preferences", 640, 0)):
-            self.evaluate("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_title() == "
-                          f"{json.dumps(title)}).forEach(w => {width} ? w.move_resize_frame(true, {x}, 60, {width}, 520) "
+        for name, x, width in ((window[0], 0, 620), ("org.quillbox.Quillbox", 640, 0)):
+            self.evaluate("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_wm_class() == "
+                          f"{json.dumps(name)}).forEach(w => {width} ? w.move_resize_frame(true, {x}, 60, {width}, 520) "
                           f": w.move_frame(true, {x}, 60))")
 
     def expect_idle_pointer(self):

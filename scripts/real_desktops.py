@@ -57,7 +57,7 @@ DESKTOPS = {
         MateSession, PopupMenu),
     "cinnamon": RealDesktop(
         "Cinnamon 5.6", 12, ["cinnamon", "xapp-sn-watcher", "nemo", *TOOLS], CinnamonSession, PopupMenu),
-    "budgie": RealDesktop("Budgie 10.7", 12, ["budgie-core", "nautilus", *TOOLS], BudgieSession, PopupMenu),
+    "budgie": RealDesktop("Budgie 10.7", 12, ["budgie-core", "gir1.2-peas-1.0", "nautilus", *TOOLS], BudgieSession, PopupMenu),
     "plasma5": RealDesktop(
         "Plasma 5.27, X11", 12, ["plasma-desktop", "plasma-workspace", "kwin-x11", "dolphin", "breeze-icon-theme",
                                  "plasma-integration", "kde-cli-tools", "dbus-x11", *TOOLS],
