@@ -113,12 +113,17 @@ std::optional<std::size_t> ExportedMenu::openIndex(int id) const
     return found == open_.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - open_.begin()));
 }
 
-bool ExportedMenu::joinsOpening(int id, Announcement by)
+bool ExportedMenu::joinsAnother(int id, Announcement by) const
 {
     const auto index = openIndex(id);
-    if (!index || (open_[*index].announcedBy & static_cast<unsigned>(by)) != 0)
+    return index && (open_[*index].announcedBy & static_cast<unsigned>(by)) == 0;
+}
+
+bool ExportedMenu::joinsOpening(int id, Announcement by)
+{
+    if (!joinsAnother(id, by))
         return false;
-    open_[*index].announcedBy |= static_cast<unsigned>(by);
+    open_[*openIndex(id)].announcedBy |= static_cast<unsigned>(by);
     return true;
 }
 

@@ -46,6 +46,9 @@ public:
     // What a host hides that shows all levels in one column with room for `roomForRows` rows: the rows beside the way
     // to the deepest level that it has open, where it has not room for all.
     std::vector<int> besideOpenLevels(std::size_t roomForRows) const;
+    // Whether the level of that row is open, and was announced in the other way, so that this announcement adds
+    // nothing.
+    bool joinsAnother(int id, Announcement by) const;
     // Whether an announcement of that row would show a level.
     bool canOpen(int id) const;
     // The menus of the model stay open for kClickWait, for a click may follow.

@@ -288,8 +288,10 @@ QDBusMessage MenuExporter::aboutToShow(const QDBusMessage& call)
         return call.createReply(menu_.announce({ id }, Announcement::aboutToShow));
     if (!menu_.canOpen(id))
         return call.createReply(false);
+    const bool isNews =
+        !losesOneOfTwoLayouts(hosts_.kind(call.service())) || !menu_.joinsAnother(id, Announcement::aboutToShow);
     afterAnswer_.emplace_back([this, id] { menu_.announce({ id }, Announcement::aboutToShow); });
-    return call.createReply(true);
+    return call.createReply(isNews);
 }
 
 QDBusMessage MenuExporter::aboutToShowGroup(const QDBusMessage& call)

@@ -40,6 +40,11 @@ bool needsPlaceholders(MenuHostKind host)
     return host == MenuHostKind::gnomeShell;
 }
 
+bool losesOneOfTwoLayouts(MenuHostKind host)
+{
+    return host == MenuHostKind::gnomeShell;
+}
+
 bool showsBusyPointer(MenuHostKind host)
 {
     return host == MenuHostKind::gnomeShell;

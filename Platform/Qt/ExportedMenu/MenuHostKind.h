@@ -59,6 +59,10 @@ inline int levelOfPlaceholder(int id)
     return id - kFirstPlaceholder;
 }
 
+// Whether the answer that a level is to be read again must not follow the signal that says the same: the host would ask
+// for the layout twice, and never for the properties of the rows that only the first answer brought.
+bool losesOneOfTwoLayouts(MenuHostKind host);
+
 // Whether a pointer that says that something is being started comes with each click, and stays until something was or
 // the host is told that nothing will be.
 bool showsBusyPointer(MenuHostKind host);

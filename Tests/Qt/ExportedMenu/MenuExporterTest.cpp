@@ -275,6 +275,7 @@ TEST_F(MenuExporterTest, GnomesShellGetsPlaceholdersAndChildrenDisplayAsAPropert
         EXPECT_FALSE(row.properties.contains("children-display")) << row.id;
     EXPECT_EQ(host.tell(3, "opened").errorName(), "");
     EXPECT_EQ(host.takeUpdates(), QStringList { "r2 below 3" });
+    EXPECT_EQ(host.call("AboutToShow", { 3 }).arguments().value(0), false) << "the signal has said it";
     EXPECT_EQ(host.layout(3, -1, names), "5 ---, 6 ---, 7 ---, 8 --- > (1073741832 ---)");
     EXPECT_EQ(host.tell(placeholder, "clicked").errorName(), kInvalid);
     MenuHost another(itemBus.connection().baseService(), kPath);
