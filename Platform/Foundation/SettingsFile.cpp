@@ -65,7 +65,7 @@ void SettingsFile::finishReading(PropertyList::Dictionary values, std::optional<
 }
 
 // The values read before, if any, stay in use.
-void SettingsFile::failReading(Error error)
+void SettingsFile::failReading(const Error& error)
 {
     const bool isNew = lastReport_ != error;
     readError_ = error;

@@ -49,7 +49,7 @@ private:
     // None where nothing is there.
     Result<std::optional<Stamp>> stampNow() const;
     void finishReading(PropertyList::Dictionary values, std::optional<Stamp> stamp);
-    void failReading(Error error);
+    void failReading(const Error& error);
     void meetDamage(const Stamp& stamp);
     bool isQuiet(const Stamp& stamp);
 

@@ -93,9 +93,9 @@ namespace {
                                                 std::chrono::day(fields[1]) };
         if (!day.ok())
             return std::nullopt;
-        const auto days = std::chrono::sys_days(day).time_since_epoch().count();
+        const std::chrono::duration<double> sinceEpoch = std::chrono::sys_days(day).time_since_epoch();
         return PropertyList(
-            Date::sinceUnixEpoch(86400.0 * days + 3600.0 * fields[2] + 60.0 * fields[3] + 1.0 * fields[4]));
+            Date::sinceUnixEpoch(sinceEpoch.count() + 3600.0 * fields[2] + 60.0 * fields[3] + 1.0 * fields[4]));
     }
 
     std::optional<PropertyList> dataFrom(std::string_view text)

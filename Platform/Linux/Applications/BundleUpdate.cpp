@@ -248,7 +248,7 @@ bool BundleUpdate::make(const Target& target)
     }
     std::optional<Error> problem;
     if (mkdir((unfinished + "/Contents").c_str(), 0700) != 0)
-        problem = Error::fromErrno(errno, "couldn't make", target.path());
+        problem = Error::fromErrno(errno, "couldn't make", target.path() + "/Contents");
     else if (const Result<void> written = replaceRegenerableFile(infoPath(unfinished), target.planned->info); !written)
         problem = written.error();
     else if (symlink(target.planned->entryPath.c_str(), entryLinkPath(unfinished).c_str()) != 0
