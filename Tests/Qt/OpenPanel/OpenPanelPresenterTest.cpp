@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QTreeView>
 
+#include <algorithm>
 #include <sys/stat.h>
 
 using namespace quillbox;
@@ -262,7 +263,8 @@ TEST_F(OpenPanel, BlocksItsWindowAlone)
     EXPECT_TRUE(dynamic_cast<SheetShield*>(parent->childAt(parent->rect().center())));
     parent->close();
     answer();
-    EXPECT_FALSE(parent->findChild<SheetShield*>());
+    const auto below = parent->findChildren<QWidget*>();
+    EXPECT_TRUE(std::ranges::none_of(below, [](QWidget* widget) { return dynamic_cast<SheetShield*>(widget); }));
 }
 
 struct Homes final : StandardDirectories {
