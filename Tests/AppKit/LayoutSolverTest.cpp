@@ -37,28 +37,31 @@ namespace {
 
     using Constraints = std::vector<NSLayoutConstraint>;
 
+    struct Case {
+        const char* name;
+        std::function<Constraints(Room&)> constraints;
+        NSRect one;
+        bool hasSize = true;
+    };
+
+    NSLayoutConstraint left(Room& room, double at)
+    {
+        return room.one.leftAnchor().constraintEqualTo(room.container.leftAnchor(), at);
+    }
+
     TEST(LayoutSolver, NamedCases)
     {
-        struct Case {
-            const char* name;
-            std::function<Constraints(Room&)> constraints;
-            NSRect one;
-            bool hasSize = true;
-        };
-        const auto left = [](Room& room, double at) {
-            return room.one.leftAnchor().constraintEqualTo(room.container.leftAnchor(), at);
-        };
         for (const Case& c : {
                  Case { "placed, as large as its content",
-                        [&](Room& r) { return Constraints { left(r, 5) }; },
+                        [](Room& r) { return Constraints { left(r, 5) }; },
                         { { 5, 0 }, { 30, 10 } } },
                  Case { "of two equations that contradict each other the first one holds",
-                        [&](Room& r) {
+                        [](Room& r) {
                             return Constraints { left(r, 5), left(r, 40) };
                         },
                         { { 5, 0 }, { 30, 10 } } },
                  Case { "three equations for two unknowns: the last is left out",
-                        [&](Room& r) {
+                        [](Room& r) {
                             return Constraints { left(r, 5),
                                                  r.one.rightAnchor().constraintEqualTo(r.container.rightAnchor(), -5),
                                                  r.one.widthAnchor().constraintEqualToConstant(20) };
@@ -66,14 +69,14 @@ namespace {
                         // The constant is known at once, the right edge follows from the container.
                         { { 5, 0 }, { 90, 10 } } },
                  Case { "an inequality cuts what the content wants, and makes it higher",
-                        [&](Room& r) {
+                        [](Room& r) {
                             return Constraints { left(r, 80),
                                                  r.one.rightAnchor().constraintLessThanOrEqualTo(
                                                      r.container.rightAnchor(), -5) };
                         },
                         { { 80, 0 }, { 15, 20 } } },
                  Case { "an inequality that has room changes nothing",
-                        [&](Room& r) {
+                        [](Room& r) {
                             return Constraints { left(r, 5),
                                                  r.one.rightAnchor().constraintLessThanOrEqualTo(
                                                      r.container.rightAnchor(), -5) };
@@ -86,12 +89,12 @@ namespace {
                         },
                         { { 35, 20 }, { 30, 10 } } },
                  Case { "no content and no length: nothing wide",
-                        [&](Room& r) { return Constraints { left(r, 5) }; },
+                        [](Room& r) { return Constraints { left(r, 5) }; },
                         { { 5, 0 }, { 0, 0 } },
                         false },
                  Case { "nothing places it", [](Room&) { return Constraints(); }, { { 0, 0 }, { 30, 10 } } },
                  Case { "after a neighbour that is placed later",
-                        [&](Room& r) {
+                        [](Room& r) {
                             return Constraints { r.one.leftAnchor().constraintEqualTo(r.two.rightAnchor(), 6),
                                                  r.two.leftAnchor().constraintEqualTo(r.container.leftAnchor(), 10) };
                         },

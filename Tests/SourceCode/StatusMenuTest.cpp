@@ -60,15 +60,9 @@ namespace {
         EXPECT_EQ(world.controller->statusItem()->menu()->numberOfItems(), 0U) << "closed means empty";
     }
 
-    TEST(StatusMenu, EveryKindHasItsRow)
+    std::vector<std::shared_ptr<MainMenuItem>> oneOfEveryKind(const World& world)
     {
-        World world;
-        world.directories.home = world.files.makeDirectory("home");
-        world.files.writeFile("home/letter.txt");
-        const std::string desktop = world.files.makeDirectory("home/Desktop");
-        world.directories.paths[{ Directory::desktopDirectory, Domain::userDomainMask }] = { desktop };
-        world.directories.paths[{ Directory::documentDirectory, Domain::userDomainMask }] = { "/gone/Documents" };
-        world.configure({
+        return {
             item(Type::fixedAppPreferences, "not this title"),
             item(Type::plaintext, "label"),
             item(Type::plaintext, "grey label", menuOptionFlagsSv::showPlaintextAsDisabled),
@@ -85,7 +79,18 @@ namespace {
             pickedItem(world.files.path("home/letter.txt")),
             pickedItem("/gone/picked"),
             std::make_shared<MainMenuItem>(static_cast<Type>(99), "odd"),
-        });
+        };
+    }
+
+    TEST(StatusMenu, EveryKindHasItsRow)
+    {
+        World world;
+        world.directories.home = world.files.makeDirectory("home");
+        world.files.writeFile("home/letter.txt");
+        const std::string desktop = world.files.makeDirectory("home/Desktop");
+        world.directories.paths[{ Directory::desktopDirectory, Domain::userDomainMask }] = { desktop };
+        world.directories.paths[{ Directory::documentDirectory, Domain::userDomainMask }] = { "/gone/Documents" };
+        world.configure(oneOfEveryKind(world));
         world.directories.paths[{ Directory::applicationDirectory, Domain::systemDomainMask }] = { "/gone/apps" };
         world.directories.paths[{ Directory::preferencePanesDirectory, Domain::systemDomainMask }] = { "/gone/panes" };
 
@@ -370,56 +375,6 @@ namespace {
         world.controller->clearRecentItemsMenu(orphan.get());
         world.controller->clearRecentItemsMenu(nullptr);
         EXPECT_TRUE(world.defaults.object("MenuSaveVersion")) << "with nothing to clear it still saves";
-    }
-
-    // Actions
-
-    TEST(Actions, AMissingPickedFileGetsAnAlertAndIsNotOpened)
-    {
-        World world;
-        world.configure(
-            { std::make_shared<MainMenuItem>(Type::arbitraryPath, "lost", "/lost/file"),
-              std::make_shared<MainMenuItem>(Type::arbitraryPath, "there", world.files.writeFile("there")) });
-        bool reopened = true;
-        world.desktop.duringAlert = [&] {
-            reopened = world.user().tracking().open(world.controller->statusItem()->menu());
-        };
-        world.user().open().choose("lost");
-        ASSERT_EQ(world.desktop.alerts.size(), 1U);
-        const NSAlert& alert = world.desktop.alerts[0];
-        EXPECT_EQ(alert.messageText(), "The application \"Quillbox\" could not find this file:\n\n/lost/file\n");
-        EXPECT_EQ(alert.informativeText(),
-                  "The file existed before.  It may have been deleted, or it might be on an unmounted volume.");
-        EXPECT_EQ(alert.windowFrame(), (NSRect { { 100, 200 }, { 600, 150 } }));
-        EXPECT_FALSE(reopened) << "while an alert runs no menu opens";
-        EXPECT_TRUE(world.workspace.opened.empty());
-
-        world.user().open().choose("there");
-        EXPECT_EQ(world.workspace.opened, std::vector { world.files.path("there") });
-    }
-
-    TEST(Actions, OfTheFixedRows)
-    {
-        World world;
-        world.configure({ item(Type::fixedAppPreferences, ""), item(Type::systemSettings, "Settings"),
-                          item(Type::plaintext, "label") });
-        world.user().open().choose("Settings");
-        EXPECT_EQ(world.workspace.launched, std::vector<std::string> { "com.apple.systempreferences" });
-        world.user().open().choose("label");
-        EXPECT_TRUE(world.desktop.alerts.empty() && world.workspace.opened.empty());
-        world.user().open().choose("Quillbox Preferences...");
-        EXPECT_EQ(world.desktop.shownWindows.calls.back(), "show Quillbox Preferences");
-    }
-
-    TEST(Actions, AnEmptyPathIsReportedAndHandedOn)
-    {
-        World world;
-        world.launch();
-        NSMenuItemPlus empty;
-        world.controller->openTheClickedFile(&empty);
-        EXPECT_EQ(World::loggedMessages(),
-                  std::vector<std::string> { "This function was executed with an empty sender.pathToOpen" });
-        EXPECT_EQ(world.workspace.opened, std::vector<std::string> { "" });
     }
 
 } // namespace

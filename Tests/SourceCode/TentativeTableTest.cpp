@@ -231,20 +231,23 @@ namespace {
                       PropertyList(c.text));
     }
 
+    std::vector<NSView*> puffsAbove(const TentativeMenuItemDeleter& trash)
+    {
+        std::vector<NSView*> found;
+        for (const auto& view : trash.superview()->subviews()) {
+            if (view->identifier() == "smoke")
+                found.push_back(view.get());
+        }
+        return found;
+    }
+
     TEST(Trash, TakesRowsAndShowsOnePuff)
     {
         World world;
         MainMenuItem::actualMenuItems() = labels(6);
         PreferencesUser user(world);
         TentativeMenuItemDeleter& trash = user.trash();
-        const auto puffs = [&] {
-            std::vector<NSView*> found;
-            for (const auto& view : trash.superview()->subviews()) {
-                if (view->identifier() == "smoke")
-                    found.push_back(view.get());
-            }
-            return found;
-        };
+        const auto puffs = [&trash] { return puffsAbove(trash); };
         const auto rows = [&] {
             user.table().selectRowIndexes({ 1, 3, 4 }, false);
             return *user.table().beginDragging(3);
