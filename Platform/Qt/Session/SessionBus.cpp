@@ -2,9 +2,15 @@
 
 #include <QDBusError>
 #include <QDBusVariant>
+#include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 #include <QUrl>
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <utility>
 
 namespace quillbox {
 
@@ -47,14 +53,23 @@ namespace {
     }
 
     // Empty where the bus has no socket in a file system.
-    QString directoryOfSocket(const QString& address)
+    QString socketOf(const QString& address)
     {
         const QString key = QStringLiteral("path=");
         for (const QString& part : partsOf(address)) {
             if (part.startsWith(key))
-                return QFileInfo(QUrl::fromPercentEncoding(part.mid(key.size()).toUtf8())).absolutePath();
+                return QUrl::fromPercentEncoding(part.mid(key.size()).toUtf8());
         }
         return {};
+    }
+
+    // Tells one socket at a path from the next one, which may get the same inode. None where there is none.
+    std::optional<std::pair<ino_t, qint64>> identityOf(const QString& socket)
+    {
+        struct stat status { };
+        if (stat(QFile::encodeName(socket).constData(), &status) != 0)
+            return std::nullopt;
+        return std::pair(status.st_ino, qint64 { status.st_ctim.tv_sec } * 1'000'000'000 + status.st_ctim.tv_nsec);
     }
 
     QString nextConnectionName()
@@ -110,14 +125,19 @@ void SessionBus::waitForReturn()
         retry_.start(kFirstRetry << (kRetries - retriesLeft_));
         --retriesLeft_;
     }
-    const QString directory = directoryOfSocket(addressOfRunningBus());
-    if (socketWatcher_ || directory.isEmpty())
+    const QString socket = socketOf(addressOfRunningBus());
+    if (socketWatcher_ || socket.isEmpty())
         return;
-    socketWatcher_ = std::make_unique<QFileSystemWatcher>(QStringList { directory });
-    QObject::connect(socketWatcher_.get(), &QFileSystemWatcher::directoryChanged, &retry_, [this] {
-        retriesLeft_ = kRetries;
-        retry_.start(kFirstRetry);
-    });
+    socketWatcher_ = std::make_unique<QFileSystemWatcher>(QStringList { QFileInfo(socket).absolutePath() });
+    // Other files of its directory may come and go all the time, and are no reason to try.
+    QObject::connect(socketWatcher_.get(), &QFileSystemWatcher::directoryChanged, &retry_,
+                     [this, socket, tried = identityOf(socket)]() mutable {
+                         const auto now = identityOf(socket);
+                         if (std::exchange(tried, now) == now || !now)
+                             return;
+                         retriesLeft_ = kRetries;
+                         retry_.start(kFirstRetry);
+                     });
     // It may have come back before it was watched.
     retriesLeft_ = kRetries;
     retry_.start(kFirstRetry);

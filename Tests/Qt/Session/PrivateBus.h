@@ -25,6 +25,8 @@ public:
     void stop();
     // Starts one in its place, at the same address.
     void start();
+    // Where its socket lies, with a slash at its end.
+    QString directory() const { return directory_.path() + '/'; }
 
 private:
     QTemporaryDir directory_;

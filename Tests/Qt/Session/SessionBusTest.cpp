@@ -7,6 +7,8 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
+#include <QFile>
+#include <QTimer>
 
 using namespace quillbox;
 
@@ -24,8 +26,16 @@ TEST(SessionBus, IsConnectedToAgainWhenItComesBack)
     for (int restart = 1; restart <= 2; ++restart) {
         daemon.stop();
         EXPECT_TRUE(waitUntil([&bus] { return !bus.isConnected(); }));
+        // Its directory may be a busy one.
+        QTimer others;
+        others.callOnTimeout([&, number = 0]() mutable {
+            QFile(daemon.directory() + QString::number(++number)).open(QFile::WriteOnly);
+        });
+        others.start(5);
+        EXPECT_TRUE(waitUntil([&] { return QFile::exists(daemon.directory() + "60"); }));
         daemon.start();
         EXPECT_TRUE(waitUntil([&] { return returns == restart; }));
+        QFile::remove(daemon.directory() + "60");
         EXPECT_TRUE(bus.isConnected());
         BusClient other;
         const QString ours = bus.connection().baseService();
