@@ -6,6 +6,7 @@
 #include "LinuxStandardDirectories.h"
 #include "LinuxVolumeNames.h"
 #include "LinuxWorkspace.h"
+#include "MountInquiry.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
 #include "NSWindow.h"
@@ -40,6 +41,11 @@ namespace {
     {
         Debug::addErrorLogEntry("ApplicationBundles", "bringUpToDate()", __FILE__, __LINE__, false,
                                 error.description());
+    }
+
+    void logSilentMount(const Error& error)
+    {
+        Debug::addErrorLogEntry("MountInquiry", "ask(question:)", __FILE__, __LINE__, false, error.description());
     }
 
     void logRecentUseError(const Error& error)
@@ -111,6 +117,7 @@ namespace {
 
     int runApplication(QApplication& qt, SingleInstance& instance)
     {
+        MountInquiry mounts(Bundle::pathForAuxiliaryExecutable("quillbox-mount-helper").value_or(""), logSilentMount);
         QtDesktop desktop(qt);
         NSApplication& application = NSApplication::shared();
         const Installed<Desktop> installedDesktop(desktop);

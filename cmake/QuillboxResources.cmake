@@ -16,6 +16,7 @@ foreach(file IN ITEMS ${QUILLBOX_IDENTIFIER}.service ${QUILLBOX_IDENTIFIER}.meta
 endforeach()
 
 install(TARGETS quillbox)
+install(TARGETS quillbox-mount-helper DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/quillbox")
 install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/" DESTINATION "${CMAKE_INSTALL_DATADIR}/quillbox" PATTERN icons EXCLUDE)
 # The index of the installed theme is the icon theme package's.
 install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/icons/" DESTINATION "${CMAKE_INSTALL_DATADIR}/icons" PATTERN index.theme EXCLUDE)

@@ -1,5 +1,6 @@
 #include "MenuTracking.h"
 
+#include "MountInquiry.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
 
@@ -22,6 +23,7 @@ bool MenuTracking::open(std::shared_ptr<NSMenu> menu, std::shared_ptr<NSMenu> re
 {
     if (isOpen() || NSAlert::isAnyRunning())
         return false;
+    MountInquiry::beginOpening();
     tellAboutToOpen(*menu);
     levels_.push_back(std::move(menu));
     if (reserve && levels_.front()->itemArray().empty()) {

@@ -2,6 +2,7 @@
 
 #include "Desktop.h"
 #include "Installed.h"
+#include "MountInquiry.h"
 #include "UserDefaults.h"
 
 #include <utility>
@@ -50,6 +51,7 @@ bool NSApplication::sendAction(const Selector* action, const std::shared_ptr<NSO
 {
     if (!action || !target)
         return false;
+    MountInquiry::beginOpening();
     action->perform(*target, sender.get());
     return true;
 }
@@ -62,7 +64,8 @@ void NSApplication::releaseAfterEvent(std::shared_ptr<void> object)
 
 NSApplication::EventScope::EventScope()
 {
-    ++NSApplication::shared().eventDepth_;
+    if (NSApplication::shared().eventDepth_++ == 0)
+        MountInquiry::continueOpening();
 }
 
 NSApplication::EventScope::~EventScope()

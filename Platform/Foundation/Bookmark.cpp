@@ -1,6 +1,8 @@
 #include "Bookmark.h"
 
 #include "BookmarkSearch.h"
+#include "ByteFields.h"
+#include "MountInquiry.h"
 #include "MountTable.h"
 #include "URL.h"
 
@@ -57,68 +59,6 @@ namespace {
         return ~crc;
     }
 
-    class FieldWriter {
-    public:
-        void number(std::uint64_t value, int width)
-        {
-            for (int i = width - 1; i >= 0; --i)
-                bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-        }
-        template <class Bytes>
-        void field(const Bytes& contents)
-        {
-            number(contents.size(), 4);
-            bytes.insert(bytes.end(), contents.begin(), contents.end());
-        }
-
-        Data bytes;
-    };
-
-    // Takes fields from the front. Once bytes are missing, everything reads as 0 or empty and `isDamaged` is
-    // set.
-    class FieldReader {
-    public:
-        FieldReader(const Data& bytes, std::size_t position, std::size_t end)
-            : bytes_(bytes),
-              position_(position),
-              end_(end)
-        {
-        }
-        bool isDamaged() const { return isDamaged_; }
-        bool isAtEnd() const { return position_ == end_; }
-
-        std::uint64_t number(std::size_t width)
-        {
-            std::uint64_t value = 0;
-            for (const std::uint8_t byte : field<Data>(width))
-                value = (value << 8U) | byte;
-            return value;
-        }
-        template <class Bytes>
-        Bytes field()
-        {
-            return field<Bytes>(static_cast<std::size_t>(number(4)));
-        }
-
-    private:
-        template <class Bytes>
-        Bytes field(std::size_t length)
-        {
-            if (isDamaged_ || length > end_ - position_) {
-                isDamaged_ = true;
-                return {};
-            }
-            const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(position_);
-            position_ += length;
-            return Bytes(first, first + static_cast<std::ptrdiff_t>(length));
-        }
-
-        const Data& bytes_;
-        std::size_t position_;
-        std::size_t end_;
-        bool isDamaged_ = false;
-    };
-
     // The file handle's type and bytes; empty where the file system has none.
     Data handleOfPath(const std::string& path)
     {
@@ -169,6 +109,11 @@ bool Bookmark::isSameFile(const Bookmark& other) const
 
 Result<Bookmark> Bookmark::ofPath(const std::string& path)
 {
+    if (const auto answer = askInTime(FileQuestion::Kind::bookmark, path)) {
+        if (answer->error != 0)
+            return Error::fromErrno(answer->error, "couldn't look at", path);
+        return decode(Data(answer->bytes.begin(), answer->bytes.end()));
+    }
     const Result<FileStatus> file = lookAtFile(path);
     if (!file)
         return file.error();

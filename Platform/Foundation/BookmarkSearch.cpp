@@ -3,6 +3,7 @@
 #include "Bookmark.h"
 #include "FilesNotFound.h"
 #include "LiveFileReferences.h"
+#include "MountInquiry.h"
 #include "MountTable.h"
 #include "URL.h"
 
@@ -61,6 +62,9 @@ namespace {
         // Whether an entry of the same kind is there now.
         bool isTaken(const std::string& place);
         std::optional<std::string> around(const std::string& place);
+        // The same; around a place on a mount that may hang, in time.
+        std::optional<std::string> aroundInTime(const std::string& place);
+        bool isAskedElsewhere() const { return isAskedElsewhere_; }
         // The directories that around() has looked through, each as it was before.
         std::vector<SearchedDirectory>& searched() { return searched_; }
 
@@ -75,6 +79,7 @@ namespace {
         const Bookmark& wanted_;
         Bound& bound_;
         std::vector<SearchedDirectory> searched_;
+        bool isAskedElsewhere_ = false;
     };
 
     bool Search::isWanted(const std::string& path)
@@ -223,6 +228,16 @@ namespace {
         return std::nullopt;
     }
 
+    std::optional<std::string> Search::aroundInTime(const std::string& place)
+    {
+        const Data bookmark = wanted_.encoded();
+        auto answer = askInTime(FileQuestion::Kind::movedFile, place, 0, { bookmark.begin(), bookmark.end() });
+        if (!answer)
+            return around(place);
+        isAskedElsewhere_ = true;
+        return answer->error == 0 ? std::optional(std::move(answer->bytes)) : std::nullopt;
+    }
+
     // A search has these steps:
     //
     // 1. mounts of the file's file system at other places: the file itself at the same place in the volume; where the
@@ -244,19 +259,25 @@ namespace {
         if (filesNotFound().contains(key, places))
             return std::nullopt;
         const bool isBoundWhole = bound.entries == kMaximumSearchedEntries;
-        if (std::optional<std::string> path = search.around(bookmark.path))
+        if (std::optional<std::string> path = search.aroundInTime(bookmark.path))
             return path;
         for (const std::string& place : places) {
-            if (std::optional<std::string> path = search.around(place))
+            if (std::optional<std::string> path = search.aroundInTime(place))
                 return path;
         }
         // A search that others had left too little for is made again.
-        if (isBoundWhole || !bound.isUsedUp())
+        if ((isBoundWhole || !bound.isUsedUp()) && !search.isAskedElsewhere())
             filesNotFound().add(key, places, std::move(search.searched()));
         return std::nullopt;
     }
 
 } // namespace
+
+std::optional<std::string> findMovedFileAround(const Bookmark& bookmark, const std::string& place)
+{
+    Bound bound;
+    return Search(bookmark, bound).around(place);
+}
 
 BookmarkSearchBound::BookmarkSearchBound() : isOutermost_(!currentBound())
 {

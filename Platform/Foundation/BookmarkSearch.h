@@ -16,6 +16,9 @@ struct Bookmark;
 // are searched again once they have changed.
 std::optional<std::string> findMovedFile(const Bookmark&);
 
+// Looks in the directory of `place`, around it, and nowhere else.
+std::optional<std::string> findMovedFileAround(const Bookmark& bookmark, const std::string& place);
+
 inline constexpr int kMaximumSearchedEntries = 20000;
 inline constexpr int kMaximumSearchedDirectories = 200;
 inline constexpr int kMaximumSearchedPlaces = 5000;

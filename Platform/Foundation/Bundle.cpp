@@ -6,6 +6,7 @@
 #include "Installed.h"
 #include "URL.h"
 
+#include <algorithm>
 #include <climits>
 #include <unistd.h>
 #include <utility>
@@ -31,19 +32,22 @@ namespace {
         return kind && *kind == FileKind::file;
     }
 
-    // The result is empty where there is no such directory.
-    std::string resourceDirectoryOfExecutable()
+    // Empty where the system does not tell.
+    std::string directoryOfExecutable()
     {
         char target[PATH_MAX];
         const ssize_t length = ::readlink("/proc/self/exe", target, sizeof target);
-        if (length <= 0)
-            return {};
-        const std::string executable(target, static_cast<std::size_t>(length));
+        const std::string executable(target, static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+        return std::string(path::deletingLastPathComponent(executable));
+    }
+
+    // The result is empty where there is no such directory.
+    std::string resourceDirectoryOfExecutable()
+    {
         // They lie beside the executable, in the installed place, or between a build tree's directory and the sources.
         for (const char* place :
              { "Resources", "../share/quillbox", "../Resources", "../../Resources", "../../../Resources" }) {
-            const std::string directory = path::appending(path::deletingLastPathComponent(executable), place);
-            const Result<std::string> canonical = canonicalPath(directory);
+            const Result<std::string> canonical = canonicalPath(path::appending(directoryOfExecutable(), place));
             if (canonical && isFile(path::appending(*canonical, "Info.plist")))
                 return *canonical;
         }
@@ -75,6 +79,16 @@ std::optional<std::string> Bundle::pathForResource(const std::string& name) cons
         return std::nullopt;
     std::string path = path::appending(resourceDirectory_, name);
     return isFile(path) ? std::optional(std::move(path)) : std::nullopt;
+}
+
+std::optional<std::string> Bundle::pathForAuxiliaryExecutable(const std::string& name)
+{
+    for (const char* place : { ".", QUILLBOX_AUXILIARY_EXECUTABLES }) {
+        const std::string path = path::appending(path::appending(directoryOfExecutable(), place), name);
+        if (isFile(path))
+            return path;
+    }
+    return std::nullopt;
 }
 
 const Bundle& Bundle::main()

@@ -25,6 +25,10 @@ public:
     // The path of a resource by its file name ("Quillbox Icon.svg"); none where there is no such file.
     std::optional<std::string> pathForResource(const std::string& name) const;
 
+    // The path of a program that comes with the running one: beside it in a build tree, else where it was installed
+    // to. None where there is no such file.
+    static std::optional<std::string> pathForAuxiliaryExecutable(const std::string& name);
+
     // The running application. Its resources lie in the ApplicationResources that are Installed, else in Resources/
     // of the source or build tree beside the executable, or in ../share/quillbox once installed.
     static const Bundle& main();

@@ -1,5 +1,8 @@
 #include "CanonicalPath.h"
 
+#include "FileAnswers.h"
+#include "MountInquiry.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -11,6 +14,8 @@ Result<std::string> canonicalPath(const std::string& path)
     constexpr const char* kWhat = "couldn't find where the path leads:";
     if (path.empty() || path.find('\0') != std::string::npos)
         return Error::fromErrno(ENOENT, kWhat, path);
+    if (const auto answer = askInTime(FileQuestion::Kind::canonicalPath, path))
+        return answer::text(*answer, kWhat, path);
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), std::free);
     if (!real)
         return Error::fromErrno(errno, kWhat, path);

@@ -40,8 +40,7 @@ std::optional<URLResourceValues> DirectoryListing::knownResourceValues(std::size
 {
     const EntryKind entryKind = kind(index);
     const std::string_view entryName = name(index);
-    if (!isSearchable_ || entryKind == EntryKind::unknown || hasAliasSuffix(entryName)
-        || (!mountPoints_.empty() && mountPoints_.contains(std::string(entryName))))
+    if (!isSearchable_ || entryKind == EntryKind::unknown || hasAliasSuffix(entryName))
         return std::nullopt;
     const bool isDirectory = entryKind == EntryKind::directory;
     const bool isPackage = isDirectory && isPackageName(entryName);

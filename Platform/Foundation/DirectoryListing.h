@@ -32,8 +32,9 @@ public:
     std::string path(std::size_t index) const;
 
     // What the listing tells of the entry without another look: absent where a look could answer
-    // differently (unknown kinds, possible alias files, mount points, every entry of a directory that can
-    // be listed but not searched). Values beyond the six of a menu entry are never told.
+    // differently (unknown kinds, possible alias files, every entry of a directory that can be listed but not
+    // searched). What something is mounted on is of the same kind as what is mounted, so it needs no look, which the
+    // mounted file system might not answer. Values beyond the six of a menu entry are never told.
     std::optional<URLResourceValues> knownResourceValues(std::size_t index) const;
 
     // What another look at the entry tells, for those of which the listing knows too little. Whether it is hidden the
@@ -43,8 +44,9 @@ public:
     // What fills a listing calls these:
     void append(std::string_view name, EntryKind kind);
     void setNamesToldHidden(std::unordered_set<std::string> names) { hiddenNames_ = std::move(names); }
-    void setMountPoints(std::unordered_set<std::string> names) { mountPoints_ = std::move(names); }
     void setIsSearchable(bool isSearchable) { isSearchable_ = isSearchable; }
+    bool isSearchable() const { return isSearchable_; }
+    const std::unordered_set<std::string>& namesToldHidden() const { return hiddenNames_; }
     bool isHidden(std::string_view name) const;
 
 private:
@@ -59,8 +61,6 @@ private:
     std::vector<Entry> entries_;
     // The names that the directory's .hidden file lists.
     std::unordered_set<std::string> hiddenNames_;
-    // Names in this directory that other file systems are mounted on.
-    std::unordered_set<std::string> mountPoints_;
     bool isSearchable_ = true;
 };
 

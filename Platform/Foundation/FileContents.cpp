@@ -1,10 +1,12 @@
 #include "FileContents.h"
 
 #include "FileDescriptor.h"
+#include "MountInquiry.h"
 #include "URL.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
@@ -125,6 +127,15 @@ namespace {
     }
 
     // Writes, syncs and moves the temporary file into place. Gives the error number, or 0.
+    // Without links; empty where the system does not tell.
+    std::string pathOfDescriptor(int descriptor)
+    {
+        char target[PATH_MAX];
+        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+        const ssize_t length = ::readlink(link.c_str(), target, sizeof target);
+        return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
+    }
+
     int fillAndRename(FileDescriptor file, const std::string& temporary, const std::string& path, const Data& bytes,
                       mode_t mode)
     {
@@ -142,6 +153,11 @@ namespace {
 
 Result<Data> readFile(const std::string& path, std::size_t maximumSize)
 {
+    if (const auto answer = askInTime(FileQuestion::Kind::contents, path, maximumSize)) {
+        if (answer->error != 0)
+            return Error::fromErrno(answer->error, "couldn't read", path);
+        return Data(answer->bytes.begin(), answer->bytes.end());
+    }
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status { };
     if (!file || ::fstat(file.get(), &status) != 0)
@@ -160,7 +176,17 @@ Result<Data> readFile(const std::string& path, std::size_t maximumSize)
 
 std::string readSmallFile(int directory, const char* path, std::size_t maximumSize)
 {
-    const FileDescriptor file(::openat(directory, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (directory == AT_FDCWD) {
+        if (const auto answer = askInTime(FileQuestion::Kind::beginning, path, maximumSize))
+            return answer->bytes;
+    }
+    // In an open directory a name is there or a link, which may lead anywhere.
+    const int followingNone = directory == AT_FDCWD ? 0 : O_NOFOLLOW;
+    const FileDescriptor file(::openat(directory, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | followingNone));
+    if (!file && errno == ELOOP && followingNone != 0) {
+        if (const std::string whole = pathOfDescriptor(directory); !whole.empty())
+            return readSmallFile(AT_FDCWD, path::appending(whole, path).c_str(), maximumSize);
+    }
     struct stat status { };
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0)
         return {};

@@ -1,5 +1,8 @@
 #include "FileIdentity.h"
 
+#include "FileAnswers.h"
+#include "MountInquiry.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,7 +14,7 @@ namespace {
     Result<FileStatus> look(int directory, const char* name, int flags, const std::string& path)
     {
         struct statx status { };
-        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | flags,
+        if (::statx(directory, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC | flags,
                     STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MTIME | STATX_CTIME | STATX_MNT_ID, &status)
             != 0)
             return Error::fromErrno(errno, "couldn't look at", path);
@@ -38,6 +41,8 @@ Result<FileStatus> lookAtFile(const std::string& path)
 {
     if (path.empty() || path.find('\0') != std::string::npos)
         return Error::fromErrno(ENOENT, "couldn't look at", path);
+    if (const auto answer = askInTime(FileQuestion::Kind::identity, path))
+        return answer::identity(*answer, path);
     return look(AT_FDCWD, path.c_str(), 0, path);
 }
 

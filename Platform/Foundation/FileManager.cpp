@@ -1,13 +1,14 @@
 #include "FileManager.h"
 
+#include "FileAnswers.h"
 #include "FileDescriptor.h"
 #include "HiddenNames.h"
 #include "Installed.h"
-#include "MountTable.h"
+#include "MountInquiry.h"
+#include "PathStatus.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
@@ -44,15 +45,6 @@ namespace {
         return !path.empty() && path.find('\0') == std::string::npos;
     }
 
-    // The path that the open directory has in the mount table: without links.
-    std::string pathOfDescriptor(int descriptor)
-    {
-        char target[PATH_MAX];
-        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-        const ssize_t length = ::readlink(link.c_str(), target, sizeof target);
-        return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
-    }
-
     // Hands every entry but "." and ".." to `take(name, kind)`. Gives the error number, or 0.
     template <class Take>
     int forEachEntry(int directory, Take take)
@@ -80,11 +72,10 @@ namespace {
 
 Result<FileKind> FileManager::kind(const std::string& path)
 {
-    struct stat status { };
-    const bool isNamed = isNameable(path);
-    if (!isNamed || ::stat(path.c_str(), &status) != 0)
-        return Error::fromErrno(isNamed ? errno : ENOENT, "couldn't look at", path);
-    return S_ISDIR(status.st_mode) ? FileKind::directory : FileKind::file;
+    const auto status = isNameable(path) ? statusOfPath(path) : Error::fromErrno(ENOENT, "couldn't look at", path);
+    if (!status)
+        return status.error();
+    return S_ISDIR(status->st_mode) ? FileKind::directory : FileKind::file;
 }
 
 bool FileManager::isDirectory(const std::string& path)
@@ -98,13 +89,15 @@ Result<DirectoryListing> FileManager::contentsOfDirectory(const URL& directory, 
     const std::string& path = directory.path();
     if (!isNameable(path))
         return Error::fromErrno(ENOENT, "couldn't list", path);
+    const bool skipsHidden = options == DirectoryEnumerationOptions::skipsHiddenFiles;
+    if (const auto answer = askInTime(FileQuestion::Kind::listing, path, skipsHidden ? 1 : 0))
+        return answer::listing(*answer, path);
     const FileDescriptor opened(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!opened)
         return Error::fromErrno(errno, "couldn't list", path);
 
     DirectoryListing listing(path);
     listing.setNamesToldHidden(hiddenNames(opened.get()));
-    const bool skipsHidden = options == DirectoryEnumerationOptions::skipsHiddenFiles;
     const int error = forEachEntry(opened.get(), [&](std::string_view name, EntryKind kind) {
         if (!skipsHidden || !listing.isHidden(name))
             listing.append(name, kind);
@@ -115,7 +108,6 @@ Result<DirectoryListing> FileManager::contentsOfDirectory(const URL& directory, 
     // Without the right to search it, a directory still lists its names, but none of them can be looked at.
     struct stat status { };
     listing.setIsSearchable(::fstatat(opened.get(), ".", &status, AT_SYMLINK_NOFOLLOW) == 0);
-    listing.setMountPoints(MountTable::current().mountPointsIn(pathOfDescriptor(opened.get())));
     return listing;
 }
 
@@ -123,6 +115,8 @@ Result<std::string> FileManager::destinationOfSymbolicLink(const std::string& pa
 {
     if (!isNameable(path))
         return Error::fromErrno(ENOENT, "couldn't read the link", path);
+    if (const auto answer = askInTime(FileQuestion::Kind::linkTarget, path))
+        return answer::text(*answer, "couldn't read the link", path);
     std::string target(256, '\0');
     while (true) {
         const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());

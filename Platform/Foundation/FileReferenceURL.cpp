@@ -4,6 +4,7 @@
 #include "FileIdentity.h"
 #include "FileManager.h"
 #include "LiveFileReferences.h"
+#include "MountInquiry.h"
 #include "URL.h"
 
 #include <algorithm>
@@ -76,7 +77,10 @@ namespace {
     {
         const auto held = std::count_if(followedFiles().begin(), followedFiles().end(),
                                         [](const FollowedFile* other) { return static_cast<bool>(other->descriptor); });
-        if (held >= FileReferenceURL::kMaximumDescriptors || !isOnLastingMount(file))
+        MountInquiry* inquiry = Installed<MountInquiry>::current();
+        // Opening asks the file system, and no descriptor is worth waiting for one that may not answer.
+        if (held >= FileReferenceURL::kMaximumDescriptors || !isOnLastingMount(file)
+            || (inquiry && !inquiry->isFreeToAsk(path)))
             return {};
         FileDescriptor descriptor(::open(path.c_str(), O_PATH | O_CLOEXEC | O_NOFOLLOW));
         if (!descriptor)

@@ -1,10 +1,9 @@
 #include "MountTable.h"
 
-#include "URL.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <climits>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
@@ -15,6 +14,11 @@
 namespace quillbox {
 
 namespace {
+
+    constexpr std::array<std::string_view, 19> kRemoteTypes { "9p",    "afs",   "autofs", "beegfs",  "ceph",
+                                                              "cifs",  "coda",  "gfs2",   "gpfs",    "lustre",
+                                                              "ncpfs", "nfs",   "nfs4",   "ocfs2",   "orangefs",
+                                                              "smb3",  "smbfs", "vboxsf", "virtiofs" };
 
     constexpr const char* kMountInfo = "/proc/self/mountinfo";
 
@@ -68,6 +72,20 @@ namespace {
         return {};
     }
 
+    // Empty where the system does not tell.
+    std::string pathOfOwnProgram()
+    {
+        char target[PATH_MAX];
+        const ssize_t length = ::readlink("/proc/self/exe", target, sizeof target);
+        return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
+    }
+
+    bool isAtOrBelow(std::string_view path, std::string_view directory)
+    {
+        return directory == "/"
+            || (path.starts_with(directory) && (path.size() == directory.size() || path[directory.size()] == '/'));
+    }
+
     template <class Number>
     bool readNumber(std::string_view text, Number& number)
     {
@@ -76,9 +94,20 @@ namespace {
 
 } // namespace
 
-const MountTable& MountTable::current()
+MountTable& MountTable::ofProcess()
 {
     static MountTable table;
+    return table;
+}
+
+const MountTable& MountTable::asLastRead()
+{
+    return ofProcess();
+}
+
+const MountTable& MountTable::current()
+{
+    MountTable& table = ofProcess();
     if (table.hasChanged())
         table.parse(readTable());
     return table;
@@ -97,7 +126,6 @@ bool MountTable::hasChanged()
 void MountTable::parse(std::string_view mountinfo)
 {
     mounts_.clear();
-    namesByDirectory_.clear();
     knownUUIDs_.clear();
     for (const std::string_view line : split(mountinfo, '\n')) {
         // "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw": optional fields end at the dash.
@@ -120,16 +148,13 @@ void MountTable::parse(std::string_view mountinfo)
                 break;
             }
         }
-        namesByDirectory_[std::string(path::deletingLastPathComponent(mount.mountPoint))].emplace_back(
-            path::lastPathComponent(mount.mountPoint));
         mounts_.push_back(std::move(mount));
     }
+    findThoseThatMayHang();
 }
 
 bool MountTable::Mount::isRemote() const
 {
-    constexpr std::array<std::string_view, 12> kRemoteTypes { "9p",     "afs",   "autofs", "ceph", "cifs", "coda",
-                                                              "lustre", "ncpfs", "nfs",    "nfs4", "smb3", "smbfs" };
     if (std::find(kRemoteTypes.begin(), kRemoteTypes.end(), type) != kRemoteTypes.end())
         return true;
     // A program serves it. With a device or an image of this machine it reads that.
@@ -144,12 +169,33 @@ bool MountTable::Mount::isPersons() const
         || std::any_of(kRoots.begin(), kRoots.end(), [this](auto root) { return mountPoint.starts_with(root); });
 }
 
-std::unordered_set<std::string> MountTable::mountPointsIn(const std::string& directoryPath) const
+bool MountTable::Mount::mayHang() const
 {
-    const auto found = namesByDirectory_.find(directoryPath);
-    if (found == namesByDirectory_.end())
-        return {};
-    return { found->second.begin(), found->second.end() };
+    return type == "fuse" || type == "fuseblk" || type.starts_with("fuse.") || isRemote();
+}
+
+void MountTable::findThoseThatMayHang()
+{
+    static const std::string ownProgram = pathOfOwnProgram();
+    std::unordered_map<std::string_view, std::size_t> lastAt;
+    for (std::size_t i = 0; i < mounts_.size(); ++i)
+        lastAt[mounts_[i].mountPoint] = i;
+    thoseThatMayHang_.clear();
+    for (const auto& [place, position] : lastAt) {
+        if (mounts_[position].mayHang() && !isAtOrBelow(ownProgram, place))
+            thoseThatMayHang_.push_back(position);
+    }
+}
+
+const MountTable::Mount* MountTable::firstThatMayHang(std::string_view path) const
+{
+    const Mount* first = nullptr;
+    for (const std::size_t position : thoseThatMayHang_) {
+        const Mount& mount = mounts_[position];
+        if (isAtOrBelow(path, mount.mountPoint) && (!first || mount.mountPoint.size() < first->mountPoint.size()))
+            first = &mount;
+    }
+    return first;
 }
 
 std::string MountTable::Mount::deviceLink(const std::string& linksDirectory) const
@@ -157,7 +203,7 @@ std::string MountTable::Mount::deviceLink(const std::string& linksDirectory) con
     std::string name = linkToDevice(device, linksDirectory);
     struct stat sourceStatus { };
     // Some file systems give their files device numbers that no device has.
-    if (name.empty() && source.starts_with('/') && ::stat(source.c_str(), &sourceStatus) == 0
+    if (name.empty() && source.starts_with("/dev/") && ::stat(source.c_str(), &sourceStatus) == 0
         && S_ISBLK(sourceStatus.st_mode))
         name = linkToDevice(sourceStatus.st_rdev, linksDirectory);
     return name;

@@ -7,16 +7,15 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include <sys/types.h>
 
 namespace quillbox {
 
-// Where file systems are mounted, as this process sees them. Asked for by listings and by whoever needs to
-// know a volume's root. The system's table is read again only when the system says that it has changed, so
-// a question costs one poll(). Where there is no such table, nothing is mounted anywhere.
+// Where file systems are mounted, as this process sees them. Asked for by whoever needs to know a
+// volume's root, or which mounts may hang. The system's table is read again only when the system says that it has
+// changed, so a question costs one poll(). Where there is no such table, nothing is mounted anywhere.
 class MountTable {
 public:
     struct Mount {
@@ -32,6 +31,9 @@ public:
         bool isRemote() const;
         // Whether it is where desktops and people mount what they plug in or reach over a network.
         bool isPersons() const;
+        // Whether its answer may never come: what another computer, or any program, has to give. Told by the type
+        // alone.
+        bool mayHang() const;
         // The name of the link to its device among those in the directory ("/dev/disk/by-uuid",
         // "/dev/disk/by-label"); empty where there is none. Does not touch the mount.
         std::string deviceLink(const std::string& linksDirectory) const;
@@ -39,13 +41,18 @@ public:
 
     // The process's table, brought up to date. The reference is good until the next call.
     static const MountTable& current();
+    // The same as the last call of current() gave it, without asking the system.
+    static const MountTable& asLastRead();
 
-    // The names directly in the directory that something is mounted on. The path must have no links in it.
-    std::unordered_set<std::string> mountPointsIn(const std::string& directoryPath) const;
     // Null where no mount has the id.
     const Mount* find(std::optional<std::uint64_t> mountId) const;
     // In the order of mounting.
     const std::vector<Mount>& mounts() const { return mounts_; }
+    bool hasAnyThatMayHang() const { return !thoseThatMayHang_.empty(); }
+    // The mount that may hang which a path meets first on its way from the root; null where it meets none. The path
+    // must be absolute, with no links, ".", ".." or doubled slashes in it. The mounts that the root directory and
+    // this program's own file lie on are no such mounts: without them there would be nobody to ask.
+    const Mount* firstThatMayHang(std::string_view path) const;
     // The UUID of what is mounted, by the links that the system keeps; empty where it is not known. `mount` is
     // one of these, or a copy.
     const std::string& fileSystemUUID(const Mount& mount) const;
@@ -54,12 +61,15 @@ public:
     void parse(std::string_view mountinfo);
 
 private:
+    static MountTable& ofProcess();
     bool hasChanged();
+    void findThoseThatMayHang();
 
     FileDescriptor watched_;
     std::vector<Mount> mounts_;
+    // Positions in mounts_; of several mounts at one place only the last, which is the one that is met.
+    std::vector<std::size_t> thoseThatMayHang_;
     mutable std::unordered_map<std::uint64_t, std::string> knownUUIDs_;
-    std::unordered_map<std::string, std::vector<std::string>> namesByDirectory_;
 };
 
 } // namespace quillbox

@@ -1,8 +1,10 @@
 #include "URLResourceValues.h"
 
 #include "AliasFile.h"
+#include "FileAnswers.h"
 #include "HiddenNames.h"
 #include "Installed.h"
+#include "MountInquiry.h"
 #include "MountTable.h"
 #include "URL.h"
 #include "VolumeNames.h"
@@ -21,6 +23,29 @@ namespace {
     bool isNameWith(std::string_view extension, std::string_view name)
     {
         return name.size() > extension.size() && name.ends_with(extension);
+    }
+
+    std::optional<std::string> volumeName(const std::string& mountPoint)
+    {
+        VolumeNames* const names = Installed<VolumeNames>::current();
+        return names ? names->localizedName(mountPoint) : std::nullopt;
+    }
+
+    // None where the file system can be asked directly.
+    std::optional<Result<URLResourceValues>> valuesInTime(const std::string& path, URLResourceKey keys)
+    {
+        const bool asksForName = contains(keys, URLResourceKey::volumeLocalizedName);
+        const auto asked = asksForName ? keys | URLResourceKey::isVolume : keys;
+        const auto answer = askInTime(FileQuestion::Kind::resourceValues, path, static_cast<std::uint32_t>(asked));
+        if (!answer)
+            return std::nullopt;
+        Result<URLResourceValues> values = answer::resourceValues(*answer, path);
+        // The names are this process's affair.
+        if (values && asksForName && values->isVolume.value_or(false)) {
+            if (const auto place = askInTime(FileQuestion::Kind::canonicalPath, path); place && place->error == 0)
+                values->volumeLocalizedName = volumeName(place->bytes);
+        }
+        return values;
     }
 
     bool isListedHidden(const URL& url)
@@ -46,10 +71,15 @@ bool packageHidesExtension(std::string_view name)
 Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
 {
     const bool isNameable = !path_.empty() && path_.find('\0') == std::string::npos;
+    if (isNameable) {
+        if (auto values = valuesInTime(path_, keys))
+            return std::move(*values);
+    }
     struct statx status { };
     // Not mounting an automount: looking at the entry is all that was asked.
     if (!isNameable
-        || ::statx(AT_FDCWD, path_.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_MNT_ID, &status)
+        || ::statx(AT_FDCWD, path_.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC,
+                   STATX_TYPE | STATX_MNT_ID, &status)
             != 0)
         return Error::fromErrno(isNameable ? errno : ENOENT, "couldn't look at", path_);
 
@@ -76,9 +106,8 @@ Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
             values.isVolume = isVolume;
         // By the mount's own path, which has no links on the way.
         const MountTable::Mount* mount = isVolume ? MountTable::current().find(status.stx_mnt_id) : nullptr;
-        VolumeNames* const names = Installed<VolumeNames>::current();
-        if (mount && names && asked(URLResourceKey::volumeLocalizedName))
-            values.volumeLocalizedName = names->localizedName(mount->mountPoint);
+        if (mount && asked(URLResourceKey::volumeLocalizedName))
+            values.volumeLocalizedName = volumeName(mount->mountPoint);
     }
     return values;
 }
