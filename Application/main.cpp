@@ -3,6 +3,7 @@
 #include "Bundle.h"
 #include "Debug.h"
 #include "Installed.h"
+#include "LibrarySearchPaths.h"
 #include "LinuxStandardDirectories.h"
 #include "LinuxVolumeNames.h"
 #include "LinuxWorkspace.h"
@@ -115,19 +116,20 @@ namespace {
         QtDesktop& desktop_;
     };
 
-    int runApplication(QApplication& qt, SingleInstance& instance)
+    int runApplication(QApplication& qt, SingleInstance& instance, LibrarySearchPaths& searchPaths)
     {
         MountInquiry mounts(Bundle::pathForAuxiliaryExecutable("quillbox-mount-helper").value_or(""), logSilentMount);
         QtDesktop desktop(qt);
         NSApplication& application = NSApplication::shared();
         const Installed<Desktop> installedDesktop(desktop);
 
-        ApplicationBundles bundles(XdgEnvironment::ofProcess(), logBundleError);
+        ApplicationBundles bundles(XdgEnvironment::ofProcess(searchPaths), logBundleError);
         LinuxStandardDirectories directories(bundles);
         const Installed<StandardDirectories> installedDirectories(directories);
         LinuxVolumeNames volumeNames;
         const Installed<VolumeNames> installedVolumeNames(volumeNames);
         LinuxWorkspace workspace(bundles, showMessage);
+        workspace.setSearchPaths(&searchPaths);
         const Installed<NSWorkspace> installedWorkspace(workspace);
         RecentUseIndex recentUse(bundles, logRecentUseError);
         const Installed<MetadataIndex> installedRecentUse(recentUse);
@@ -170,6 +172,7 @@ int main(int argc, char** argv)
     using namespace quillbox;
     // Where nobody reads our standard output any more, writing to it fails, and the program goes on.
     std::signal(SIGPIPE, SIG_IGN);
+    LibrarySearchPaths searchPaths;
     auto startEnvironment = SingleInstance::StartEnvironment::take();
     QtApplication qt(argc, argv);
     QApplication::setApplicationName("Quillbox");
@@ -190,5 +193,5 @@ int main(int argc, char** argv)
 
     QtClock clock;
     const Installed<Clock> installedClock(clock);
-    return runApplication(qt, instance);
+    return runApplication(qt, instance, searchPaths);
 }

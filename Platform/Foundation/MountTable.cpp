@@ -141,6 +141,8 @@ void MountTable::parse(std::string_view mountinfo)
             continue;
         mount.device = makedev(major, minor);
         mount.mountPoint = unescaped(fields[4]);
+        const std::vector<std::string_view> options = split(fields[5], ',');
+        mount.isNoSuid = std::find(options.begin(), options.end(), "nosuid") != options.end();
         for (std::size_t i = 6; i + 2 < fields.size(); ++i) {
             if (fields[i] == "-") {
                 mount.type = unescaped(fields[i + 1]);

@@ -26,6 +26,8 @@ public:
         std::string type;
         // What is mounted: a device, an image file, "host:/path", or a word that means nothing.
         std::string source;
+        // Whether programs on it get no rights from who owns them, as where others may have made them.
+        bool isNoSuid = false;
 
         // Whether asking it for anything may wait for another computer, or for a program that does.
         bool isRemote() const;

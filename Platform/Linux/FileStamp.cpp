@@ -1,6 +1,6 @@
 #include "FileStamp.h"
 
-#include <sys/stat.h>
+#include "PathStatus.h"
 
 #include <chrono>
 
@@ -11,10 +11,10 @@ static constexpr std::int64_t kStampStep = 20'000'000;
 
 FileStamp FileStamp::of(const std::string& path)
 {
-    struct stat status { };
-    if (stat(path.c_str(), &status) != 0)
+    const Result<struct stat> status = statusOfPath(path);
+    if (!status)
         return {};
-    return { status.st_ino, status.st_size, status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec };
+    return { status->st_ino, status->st_size, status->st_mtim.tv_sec * 1'000'000'000 + status->st_mtim.tv_nsec };
 }
 
 FileStamp FileStamp::settledOf(const std::string& path)

@@ -44,6 +44,30 @@ namespace {
         return label;
     }
 
+    // GIO looks at every mount in the places that people mount in, to see whether it may be shown.
+    bool mayMonitorLook(const std::vector<MountTable::Mount>& table)
+    {
+        return std::none_of(table.begin(), table.end(), [](const MountTable::Mount& mount) {
+            return mount.mayHang() && !mount.mountPoint.starts_with("/run/user/")
+                && !mount.mountPoint.starts_with("/proc/");
+        });
+    }
+
+    std::optional<std::string> nameOfMonitor(const std::string& mountRoot)
+    {
+        useSessionBusOfGLib();
+        const GLibObject<GVolumeMonitor> monitor(g_volume_monitor_get());
+        const std::unique_ptr<GList, MountListRelease> mounts(g_volume_monitor_get_mounts(monitor.get()));
+        for (const GList* link = mounts.get(); link; link = link->next) {
+            auto* mount = G_MOUNT(link->data);
+            const GLibObject<GFile> root(g_mount_get_root(mount));
+            const GLibText rootPath(g_file_get_path(root.get()));
+            if (rootPath && mountRoot == rootPath.get())
+                return nonEmpty(GLibText(g_mount_get_name(mount)));
+        }
+        return std::nullopt;
+    }
+
 } // namespace
 
 std::optional<std::string> LinuxVolumeNames::localizedName(const std::string& mountRoot)
@@ -56,15 +80,9 @@ std::optional<std::string> LinuxVolumeNames::localizedName(const std::string& mo
         return std::nullopt;
     if (const std::string link = mounted->deviceLink(labels_); !link.empty())
         return decodedLabel(link);
-    useSessionBusOfGLib();
-    const GLibObject<GVolumeMonitor> monitor(g_volume_monitor_get());
-    const std::unique_ptr<GList, MountListRelease> mounts(g_volume_monitor_get_mounts(monitor.get()));
-    for (const GList* link = mounts.get(); link; link = link->next) {
-        auto* mount = G_MOUNT(link->data);
-        const GLibObject<GFile> root(g_mount_get_root(mount));
-        const GLibText rootPath(g_file_get_path(root.get()));
-        if (rootPath && mountRoot == rootPath.get())
-            return nonEmpty(GLibText(g_mount_get_name(mount)));
+    if (mayMonitorLook(table)) {
+        if (auto name = nameOfMonitor(mountRoot))
+            return name;
     }
     const GLibPointer<GUnixMountEntry, g_unix_mount_free> entry(g_unix_mount_at(mountRoot.c_str(), nullptr));
     if (!entry)

@@ -1,11 +1,12 @@
 #include "XdgEnvironment.h"
 
 #include "DirectoryNames.h"
+#include "LibrarySearchPaths.h"
+#include "PathStatus.h"
 #include "URL.h"
 
 #include <glib.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -39,30 +40,31 @@ namespace {
 
     Result<bool> isProgram(const std::string& path)
     {
-        struct stat status { };
-        if (stat(path.c_str(), &status) == 0)
-            return S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+        const Result<struct stat> status = statusOfPath(path);
+        if (status)
+            return S_ISREG(status->st_mode) && isAccessible(path, X_OK);
         // What may not be looked at may not be run either.
-        if (isAbsence(errno) || errno == EACCES)
+        const int error = status.error().code;
+        if (isAbsence(error) || error == EACCES)
             return false;
-        return Error::fromErrno(errno, "couldn't look for the program", path);
+        return Error::fromErrno(error, "couldn't look for the program", path);
     }
 
 } // namespace
 
-XdgEnvironment XdgEnvironment::ofProcess()
+XdgEnvironment XdgEnvironment::ofProcess(const LibrarySearchPaths& searchPaths)
 {
     XdgEnvironment environment;
     environment.dataHome = withoutTrailingSlashes(g_get_user_data_dir());
-    for (const char* const* directory = g_get_system_data_dirs(); *directory; ++directory) {
+    for (const std::string& directory : searchPaths.original("XDG_DATA_DIRS")) {
         // The standard tells programs to ignore relative paths.
-        if ((*directory)[0] == '/')
-            environment.dataDirectories.push_back(withoutTrailingSlashes(*directory));
+        if (directory.front() == '/')
+            environment.dataDirectories.push_back(withoutTrailingSlashes(directory));
     }
     environment.desktops = split(std::getenv("XDG_CURRENT_DESKTOP"));
     for (const char* const* language = g_get_language_names(); *language; ++language)
         environment.languages.emplace_back(*language);
-    environment.programDirectories = split(std::getenv("PATH"));
+    environment.programDirectories = searchPaths.original("PATH");
     if (const char* terminal = std::getenv("TERMINAL"))
         environment.terminal = terminal;
     // GLib answers with a cache directory where there is none, which would outlive the session.

@@ -7,6 +7,8 @@
 
 namespace quillbox {
 
+class LibrarySearchPaths;
+
 // What the session tells a program about where desktop entries lie and which of them to show. The program takes
 // the process's own once, at its start; tests make theirs.
 struct XdgEnvironment {
@@ -27,7 +29,7 @@ struct XdgEnvironment {
     // $XDG_RUNTIME_DIR, which lasts as long as the person is logged in; empty where there is none.
     std::string runtimeDirectory;
 
-    static XdgEnvironment ofProcess();
+    static XdgEnvironment ofProcess(const LibrarySearchPaths& searchPaths);
 
     // A text that is the same for environments that show the same entries.
     std::string fingerprint() const;

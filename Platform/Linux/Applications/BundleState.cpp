@@ -1,10 +1,10 @@
 #include "BundleState.h"
 
 #include "FileContents.h"
-#include "FileDescriptor.h"
+#include "PathStatus.h"
 #include "RegenerableFile.h"
 
-#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
@@ -115,9 +115,8 @@ bool BundleState::isCurrent() const
                            const Presence now = presence(program.first);
                            return now == Presence::unknown || now == program.second;
                        })
-        && std::none_of(unread_.begin(), unread_.end(), [](const std::string& path) {
-               return bool(FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)));
-           });
+        && std::none_of(unread_.begin(), unread_.end(),
+                        [](const std::string& path) { return isAccessible(path, R_OK); });
 }
 
 std::string BundleState::serialized() const

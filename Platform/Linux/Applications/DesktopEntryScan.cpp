@@ -2,12 +2,10 @@
 
 #include "BundleState.h"
 #include "DirectoryNames.h"
+#include "PathStatus.h"
 #include "Unicode.h"
 #include "URL.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <map>
 #include <set>
 #include <string_view>
@@ -56,13 +54,13 @@ namespace {
         void readFolder(const std::string& folder, const std::string& idPrefix, BundleDomain domain, int depth)
         {
             state_.watch(folder);
-            struct stat status { };
-            if (stat(folder.c_str(), &status) != 0) {
-                noteUnlessAbsent(Error::fromErrno(errno, "couldn't look at", folder));
+            const Result<struct stat> status = statusOfPath(folder);
+            if (!status) {
+                noteUnlessAbsent(status.error());
                 return;
             }
             // Links may lead back up.
-            if (!visited_.emplace(status.st_dev, status.st_ino).second)
+            if (!visited_.emplace(status->st_dev, status->st_ino).second)
                 return;
             const Result<std::vector<std::string>> names = sortedNames(folder);
             if (!names) {
@@ -72,8 +70,9 @@ namespace {
             std::vector<std::pair<std::string, std::string>> subfolders;
             for (const std::string& name : *names) {
                 const std::string path = path::appending(folder, name);
-                const int error = stat(path.c_str(), &status) == 0 ? 0 : errno;
-                if (error == 0 && S_ISDIR(status.st_mode)) {
+                const Result<struct stat> entry = statusOfPath(path);
+                const int error = entry ? 0 : entry.error().code;
+                if (entry && S_ISDIR(entry->st_mode)) {
                     if (depth < kDeepestFolder)
                         subfolders.emplace_back(path, std::string(idPrefix).append(name).append("-"));
                 } else if (name.ends_with(kExtension)) {

@@ -1,18 +1,16 @@
 #include "InstalledBundles.h"
 
 #include "CanonicalPath.h"
+#include "PathStatus.h"
 #include "URL.h"
-
-#include <sys/stat.h>
 
 namespace quillbox {
 
 static bool isSameFile(const std::string& a, const std::string& b)
 {
-    struct stat statusA { };
-    struct stat statusB { };
-    return stat(a.c_str(), &statusA) == 0 && stat(b.c_str(), &statusB) == 0 && statusA.st_dev == statusB.st_dev
-        && statusA.st_ino == statusB.st_ino;
+    const Result<struct stat> statusA = statusOfPath(a);
+    const Result<struct stat> statusB = statusOfPath(b);
+    return statusA && statusB && statusA->st_dev == statusB->st_dev && statusA->st_ino == statusB->st_ino;
 }
 
 InstalledBundles::InstalledBundles(std::vector<InstalledBundle> bundles) : bundles_(std::move(bundles))

@@ -1,8 +1,8 @@
 #include "LinuxStandardDirectories.h"
 
-#include <glib.h>
+#include "PathStatus.h"
 
-#include <sys/stat.h>
+#include <glib.h>
 
 namespace quillbox {
 
@@ -15,8 +15,8 @@ namespace {
 
     bool isDirectory(const URL& url)
     {
-        struct stat status { };
-        return stat(url.path().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+        const Result<struct stat> status = statusOfPath(url.path());
+        return status && S_ISDIR(status->st_mode);
     }
 
     // `usualName` is the directory in the home of those who have set none.

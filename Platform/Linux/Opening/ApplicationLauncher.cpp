@@ -1,15 +1,20 @@
 #include "ApplicationLauncher.h"
 
+#include "DesktopEntry.h"
 #include "ExecQuoting.h"
+#include "FileHandler.h"
 #include "GLibPointer.h"
 #include "GLibSessionBus.h"
 #include "LaunchContext.h"
+#include "LibrarySearchPaths.h"
+#include "PathStatus.h"
 #include "TerminalProgram.h"
 
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <memory>
 #include <utility>
@@ -25,6 +30,37 @@ namespace {
     Error errorFrom(const GLibError& error, std::string path)
     {
         return Error { 0, error ? error->message : "couldn't be opened", std::move(path) };
+    }
+
+    // A program or a directory that the child would wait for, and this process for the child.
+    Result<void> answersInTime(const AppInfo& info)
+    {
+        const GLibText directory(g_desktop_app_info_get_string(info.get(), G_KEY_FILE_DESKTOP_KEY_PATH));
+        const char* program = g_app_info_get_executable(G_APP_INFO(info.get()));
+        for (const char* path : { program, static_cast<const char*>(directory.get()) }) {
+            if (!path || *path != '/')
+                continue;
+            if (const Result<struct stat> status = statusOfPath(path); !status && status.error().code == ETIMEDOUT)
+                return status.error();
+        }
+        return {};
+    }
+
+    // GIO looks for the entry's programs itself, for as long as it takes.
+    Result<void> answersInTime(const std::string& entryPath)
+    {
+        const auto entry = DesktopEntry::read(entryPath, {});
+        if (!entry && entry.error().code == ETIMEDOUT)
+            return entry.error();
+        if (!entry || !*entry)
+            return {};
+        for (const std::string& program : { (*entry)->program, (*entry)->tryExec }) {
+            if (!program.starts_with('/'))
+                continue;
+            if (const Result<struct stat> status = statusOfPath(program); !status && status.error().code == ETIMEDOUT)
+                return status.error();
+        }
+        return {};
     }
 
     // This runs in the child between fork and exec, where only system calls are safe.
@@ -67,7 +103,13 @@ struct ApplicationLauncher::Launches : std::enable_shared_from_this<Launches> {
     std::function<void(const Error&)> onLateError;
     std::string activationToken;
     bool isTokenTaken = false;
+    LibrarySearchPaths* searchPaths = nullptr;
 
+    void prepare() const
+    {
+        if (searchPaths)
+            searchPaths->bringUpToDate();
+    }
     // `file` is what the application is to open; empty for nothing.
     Result<void> launch(AppInfo info, const std::string& file);
 
@@ -105,8 +147,16 @@ bool ApplicationLauncher::isActivationTokenTaken() const
     return launches_->isTokenTaken;
 }
 
+void ApplicationLauncher::setSearchPaths(LibrarySearchPaths* paths)
+{
+    launches_->searchPaths = paths;
+}
+
 Result<void> ApplicationLauncher::startEntry(const std::string& entryPath)
 {
+    launches_->prepare();
+    if (Result<void> answers = answersInTime(entryPath); !answers)
+        return answers;
     AppInfo info(g_desktop_app_info_new_from_filename(entryPath.c_str()));
     if (!info) {
         return Error { 0, access(entryPath.c_str(), F_OK) == 0 ? "the program it starts isn't installed" : "it is gone",
@@ -117,6 +167,7 @@ Result<void> ApplicationLauncher::startEntry(const std::string& entryPath)
 
 Result<void> ApplicationLauncher::startProgram(const std::string& path)
 {
+    launches_->prepare();
     if (launches_->environment.findProgram(path).empty())
         return Error { 0, "it has no program that can be run", path };
     const GLibPointer<GKeyFile, g_key_file_unref> file(g_key_file_new());
@@ -131,18 +182,20 @@ Result<void> ApplicationLauncher::startProgram(const std::string& path)
 
 Result<void> ApplicationLauncher::openFile(const std::string& path)
 {
-    // GIO's default file system starts daemons first, and the local one needs none.
-    const GLibObject<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
-    GError* problem = nullptr;
-    GAppInfo* info = g_file_query_default_handler(file.get(), nullptr, &problem);
+    launches_->prepare();
+    Result<GLibObject<GAppInfo>> info = defaultHandler(path);
     if (!info)
-        return errorFrom(GLibError(problem), path);
-    return launches_->launch(AppInfo(G_DESKTOP_APP_INFO(info)), path);
+        return info.error();
+    return launches_->launch(AppInfo(G_DESKTOP_APP_INFO(info->release())), path);
 }
 
 Result<void> ApplicationLauncher::Launches::launch(AppInfo info, const std::string& file)
 {
+    if (Result<void> answers = answersInTime(info); !answers)
+        return answers;
     const GLibObject<GAppLaunchContext> context = makeLaunchContext(std::exchange(activationToken, {}), isTokenTaken);
+    for (const auto& [name, value] : searchPaths ? searchPaths->forStartedPrograms() : LibrarySearchPaths::Variables())
+        g_app_launch_context_setenv(context.get(), name.c_str(), value.c_str());
     if (g_desktop_app_info_get_boolean(info.get(), "Terminal")) {
         Result<AppInfo> changed = inTerminal(info, environment);
         if (!changed)
@@ -170,10 +223,12 @@ Result<void> ApplicationLauncher::Launches::spawn(const AppInfo& info, GList* ur
     const bool hasDirectory = directory && *directory.get();
     const auto flags =
         static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+    // The child goes there before it is the program, and this process waits until it is.
+    const char* home = statusOfPath(g_get_home_dir()) ? g_get_home_dir() : "/";
     GError* problem = nullptr;
     if (!g_desktop_app_info_launch_uris_as_manager(info.get(), uris, context, flags, prepareChild,
-                                                   hasDirectory ? nullptr : const_cast<char*>(g_get_home_dir()),
-                                                   nullptr, nullptr, &problem)) {
+                                                   hasDirectory ? nullptr : const_cast<char*>(home), nullptr, nullptr,
+                                                   &problem)) {
         return errorFrom(GLibError(problem), file);
     }
     return {};

@@ -9,6 +9,8 @@
 
 namespace quillbox {
 
+class LibrarySearchPaths;
+
 // Starts programs for LinuxWorkspace as the desktop would: field codes, activation over the bus, terminal programs,
 // start-up notification. What is started lives on when this process ends, in a session of its own, and gets none of
 // its descriptors. Each call's activation token is used up by it.
@@ -20,6 +22,9 @@ public:
     ApplicationLauncher(const ApplicationLauncher&) = delete;
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
 
+    // `paths` are brought up to date before a program is looked for, and what is started gets the session's own. They
+    // must outlive this object; there are none by default.
+    void setSearchPaths(LibrarySearchPaths* paths);
     // `token` is what the display got with the click that asks for the next start. It serves that start alone.
     void setActivationToken(std::string token);
     // Whether a program was started since then that tells the desktop, by the token, when it has started.

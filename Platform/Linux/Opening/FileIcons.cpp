@@ -3,14 +3,15 @@
 #include "CanonicalPath.h"
 #include "DesktopEntry.h"
 #include "GLibPointer.h"
+#include "PathStatus.h"
 #include "URL.h"
 #include "URLResourceValues.h"
 
 #include <gio/gio.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 
 namespace quillbox {
@@ -92,16 +93,21 @@ namespace {
     const ThemedImage kPackageImage { { "package-x-generic", "folder" }, {} };
     const ThemedImage kApplicationImage { { "application-x-executable", "package-x-generic" }, {} };
 
+    // What does not answer now may be painted the next time.
+    bool mayBeThere(const std::string& path)
+    {
+        const Result<struct stat> status = statusOfPath(path);
+        return status || status.error().code == ETIMEDOUT;
+    }
+
     ImageContent imageOfEntry(const std::string& entryPath, const std::vector<std::string>& languages)
     {
         const Result<std::optional<DesktopEntry>> read = DesktopEntry::read(entryPath, languages);
         const std::optional<DesktopEntry> entry = read ? *read : std::nullopt;
         if (!entry || entry->icon.empty())
             return kApplicationImage;
-        struct stat status { };
         if (entry->icon.front() == '/')
-            return stat(entry->icon.c_str(), &status) == 0 ? ImageContent(ImageFile { entry->icon })
-                                                           : kApplicationImage;
+            return mayBeThere(entry->icon) ? ImageContent(ImageFile { entry->icon }) : kApplicationImage;
         std::string name = entry->icon;
         // Some entries name a theme's picture as if it were a file.
         for (const std::string_view fileEnding : { ".png", ".svg", ".xpm" }) {
@@ -262,20 +268,22 @@ ImageContent FileIcons::Lookup::imageOfPackage(const std::string& package) const
 {
     if (const auto entry = entryOfPackage(package))
         return imageOfEntry(*entry, languages);
-    struct stat status { };
     const std::string ownPicture = package + "/.DirIcon";
-    if (package.ends_with(".AppDir") && stat(ownPicture.c_str(), &status) == 0 && S_ISREG(status.st_mode))
-        return ImageFile { ownPicture };
+    if (package.ends_with(".AppDir")) {
+        if (const Result<struct stat> status = statusOfPath(ownPicture); status && S_ISREG(status->st_mode))
+            return ImageFile { ownPicture };
+    }
     return package.ends_with(".app") || package.ends_with(".AppDir") ? kApplicationImage : kPackageImage;
 }
 
 ImageContent FileIcons::Lookup::imageOf(const std::string& path) const
 {
-    struct stat status { };
-    const bool isLink = lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
-    if (stat(path.c_str(), &status) != 0)
+    const Result<struct stat> entry = statusOfPath(path, LastLink::notFollowed);
+    const bool isLink = entry && S_ISLNK(entry->st_mode);
+    const Result<struct stat> status = isLink ? statusOfPath(path) : entry;
+    if (!status)
         return isLink ? imageOfType("inode/symlink") : imageOfFileNamed("file");
-    switch (status.st_mode & S_IFMT) {
+    switch (status->st_mode & S_IFMT) {
     case S_IFDIR:
     case S_IFREG:
         break;
@@ -292,7 +300,7 @@ ImageContent FileIcons::Lookup::imageOf(const std::string& path) const
     const Result<std::string> target = isLink ? canonicalPath(path) : path;
     const std::string end = target ? *target : path;
     const std::string name(path::lastPathComponent(end));
-    if (S_ISREG(status.st_mode))
+    if (S_ISREG(status->st_mode))
         return imageOfFileNamed(name);
     return isPackageName(name) ? imageOfPackage(end) : ImageContent(kFolderImage);
 }

@@ -4,11 +4,9 @@
 #include "GLibPointer.h"
 #include "GLibSessionBus.h"
 #include "MountTable.h"
+#include "PathStatus.h"
 
-#include <fcntl.h>
 #include <gio/gio.h>
-#include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -33,16 +31,13 @@ namespace {
         return status && status->mountId == mountId;
     }
 
-    bool keepsOwnersAndModes(const std::string& path, std::uint64_t mountId)
+    bool keepsOwnersAndModes(std::uint64_t mountId)
     {
         const MountTable::Mount* mount = MountTable::current().find(mountId);
-        struct statvfs fileSystem { };
-        if (!mount || std::find(kTypesWithModes.begin(), kTypesWithModes.end(), mount->type) == kTypesWithModes.end()
-            || statvfs(path.c_str(), &fileSystem) != 0)
+        if (!mount || std::find(kTypesWithModes.begin(), kTypesWithModes.end(), mount->type) == kTypesWithModes.end())
             return false;
         // Sticks are mounted so, and so is what holds files of unknown origin. A home may be, and is one's own.
-        const bool isForeign = (fileSystem.f_flag & ST_NOSUID) != 0;
-        return !isForeign || isMountOf("/", mountId) || isMountOf(g_get_home_dir(), mountId);
+        return !mount->isNoSuid || isMountOf("/", mountId) || isMountOf(g_get_home_dir(), mountId);
     }
 
     bool isMarkedTrusted(const std::string& path)
@@ -60,15 +55,16 @@ namespace {
 
 bool mayBeStarted(const std::string& path)
 {
-    struct statx status { };
-    if (statx(AT_FDCWD, path.c_str(), 0, STATX_TYPE | STATX_MODE | STATX_UID | STATX_MNT_ID, &status) != 0
-        || !S_ISREG(status.stx_mode) || access(path.c_str(), X_OK) != 0)
+    const Result<struct stat> status = statusOfPath(path);
+    if (!status || !S_ISREG(status->st_mode) || !isAccessible(path, X_OK))
         return false;
-    const bool isOwn = status.stx_uid == geteuid() || status.stx_uid == 0;
-    const bool isWritableByOthers = (status.stx_mode & S_IWOTH) != 0;
-    if (isOwn && !isWritableByOthers && keepsOwnersAndModes(path, status.stx_mnt_id))
+    const bool isOwn = status->st_uid == geteuid() || status->st_uid == 0;
+    const bool isWritableByOthers = (status->st_mode & S_IWOTH) != 0;
+    const Result<FileStatus> place = lookAtFile(path);
+    if (isOwn && !isWritableByOthers && place && place->mountId && keepsOwnersAndModes(*place->mountId))
         return true;
-    return isMarkedTrusted(path);
+    // GIO would look at the file for as long as it takes.
+    return !mountThatMayHangOn(path, LastLink::followed) && isMarkedTrusted(path);
 }
 
 } // namespace quillbox

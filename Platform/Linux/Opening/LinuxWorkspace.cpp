@@ -4,6 +4,7 @@
 #include "Bundle.h"
 #include "CanonicalPath.h"
 #include "LaunchTrust.h"
+#include "PathStatus.h"
 #include "Unicode.h"
 
 #include <unistd.h>
@@ -110,7 +111,7 @@ Result<void> LinuxWorkspace::startAppDir(const std::string& path)
     const std::string program = path + "/AppRun";
     const Result<std::string> file = canonicalPath(program);
     // What may not be started for its origin is shown, what can't be started is an error.
-    if (file && access(file->c_str(), X_OK) == 0 && !mayBeStarted(*file))
+    if (file && isAccessible(*file, X_OK) && !mayBeStarted(*file))
         return launcher_.openFile(path);
     return launcher_.startProgram(program);
 }

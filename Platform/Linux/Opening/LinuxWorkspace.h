@@ -38,6 +38,8 @@ public:
     // that was launched by its id its entry's.
     std::function<void(const std::string& path)> onOpened;
 
+    // See ApplicationLauncher.
+    void setSearchPaths(LibrarySearchPaths* paths) { launcher_.setSearchPaths(paths); }
     // The display calls it before the action of a click runs, so that what the action starts may take the focus.
     void setActivationToken(std::string token) { launcher_.setActivationToken(std::move(token)); }
     // Whether what was started since then tells the desktop, by the token, when it has started.

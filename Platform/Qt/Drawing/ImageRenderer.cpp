@@ -1,9 +1,11 @@
 #include "ImageRenderer.h"
 
+#include "FileContents.h"
+#include "PathStatus.h"
+
+#include <QBuffer>
 #include <QCache>
 #include <QDataStream>
-#include <QDateTime>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHashFunctions>
 #include <QIcon>
@@ -13,6 +15,7 @@
 #include <QSvgRenderer>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <optional>
 
@@ -22,6 +25,7 @@ namespace {
 
     // Whoever asks for a larger picture, in pixels, has made a mistake.
     constexpr double kLargestSide = 4096;
+    constexpr std::size_t kLargestFile = std::size_t { 64 } << 20;
     constexpr qsizetype kKeptBytes = qsizetype { 16 } << 20;
     // More than the rows that several open levels show at once.
     constexpr qsizetype kKeptContents = 512;
@@ -49,6 +53,8 @@ namespace {
         NSImage image;
         ImageContent content;
         QByteArray identity;
+        // Nothing is known of its file at the moment, so it is asked for again the next time.
+        bool isOutOfReach = false;
     };
 
     struct Kept {
@@ -94,8 +100,9 @@ namespace {
     // A file that was written anew is another picture.
     void write(QDataStream& out, const ImageFile& file)
     {
-        const QFileInfo info(QFile::decodeName(file.path.c_str()));
-        out << QByteArray::fromStdString(file.path) << info.size() << info.lastModified().toMSecsSinceEpoch();
+        const Result<struct stat> status = statusOfPath(file.path);
+        out << QByteArray::fromStdString(file.path) << qint64 { status ? status->st_size : 0 }
+            << qint64 { status ? status->st_mtim.tv_sec : 0 } << qint64 { status ? status->st_mtim.tv_nsec : 0 };
     }
 
     void write(QDataStream& out, const DrawnImage& drawn)
@@ -123,11 +130,21 @@ namespace {
     }
 
     // Good until the next call: the cache may drop it then.
+    bool isOutOfReach(const ImageContent& content)
+    {
+        const auto* file = std::get_if<ImageFile>(&content);
+        if (!file)
+            return false;
+        const Result<struct stat> status = statusOfPath(file->path);
+        return !status && status.error().code == ETIMEDOUT;
+    }
+
     const Content& contentOf(const NSImage& image)
     {
-        if (const Content* known = kept().contents.object(image.source()))
+        if (const Content* known = kept().contents.object(image.source()); known && !known->isOutOfReach)
             return *known;
-        auto* asked = new Content { image, image.source()->content(), {} };
+        auto* asked = new Content { image, image.source()->content(), {}, false };
+        asked->isOutOfReach = isOutOfReach(asked->content);
         asked->identity = identityOf(asked->content);
         kept().contents.insert(image.source(), asked);
         return *asked;
@@ -156,20 +173,22 @@ namespace {
         return { QPointF((room.width() - size.width()) / 2, (room.height() - size.height()) / 2), size };
     }
 
-    bool paintFile(QPainter& painter, const QString& path, QSizeF room, double devicePixelRatio)
+    bool paintFile(QPainter& painter, const std::string& path, QSizeF room, double devicePixelRatio)
     {
-        // Opening a pipe or a device could wait for ever.
-        if (!QFileInfo(path).isFile())
+        // Pipes and devices, which it could wait for, are refused, and so is what does not answer in time.
+        const Result<Data> contents = readFile(path, kLargestFile);
+        if (!contents)
             return false;
-        if (path.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive)
-            || path.endsWith(QStringLiteral(".svgz"), Qt::CaseInsensitive)) {
-            QSvgRenderer renderer(path);
+        QByteArray bytes(reinterpret_cast<const char*>(contents->data()), static_cast<qsizetype>(contents->size()));
+        if (path.ends_with(".svg") || path.ends_with(".svgz") || path.ends_with(".SVG") || path.ends_with(".SVGZ")) {
+            QSvgRenderer renderer(bytes);
             if (!renderer.isValid())
                 return false;
             renderer.render(&painter, fitted(renderer.viewBoxF().size(), room));
             return true;
         }
-        QImageReader reader(path);
+        QBuffer buffer(&bytes);
+        QImageReader reader(&buffer);
         reader.setDecideFormatFromContent(true);
         const QSize natural = reader.size();
         const QSizeF inPixels = room * devicePixelRatio;
@@ -193,8 +212,7 @@ namespace {
             painter.drawPixmap(fitted(pixmap.size(), room), pixmap, QRectF(QPointF(), QSizeF(pixmap.size())));
             return true;
         }
-        return !themed.reserveFile.empty()
-            && paintFile(painter, QFile::decodeName(themed.reserveFile.c_str()), room, devicePixelRatio);
+        return !themed.reserveFile.empty() && paintFile(painter, themed.reserveFile, room, devicePixelRatio);
     }
 
     QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
@@ -262,7 +280,7 @@ namespace {
         if (const auto* themed = std::get_if<ThemedImage>(&content))
             isPainted = paintThemed(painter, *themed, room, devicePixelRatio);
         else if (const auto* file = std::get_if<ImageFile>(&content))
-            isPainted = paintFile(painter, QFile::decodeName(file->path.c_str()), room, devicePixelRatio);
+            isPainted = paintFile(painter, file->path, room, devicePixelRatio);
         else if (const auto* drawn = std::get_if<DrawnImage>(&content))
             isPainted = paintDrawn(painter, *drawn, room, devicePixelRatio, templateColour);
         if (!isPainted)
@@ -289,11 +307,13 @@ QPixmap ImageRenderer::pixmap(const NSImage& image, double devicePixelRatio, con
                     usesColour ? templateColour.rgba() : 0 };
     if (const QPixmap* known = kept().pixels.object(key))
         return *known;
+    const bool isKept = !content.isOutOfReach;
     // A copy, since drawing may ask other sources.
     QPixmap rendered = render(image, ImageContent(content.content), devicePixelRatio, templateColour);
     // An image that can't be found is remembered too: it would be looked for at every paint.
     const qsizetype cost = 256 + static_cast<qsizetype>(rendered.width()) * rendered.height() * 4;
-    kept().pixels.insert(key, new QPixmap(rendered), cost);
+    if (isKept)
+        kept().pixels.insert(key, new QPixmap(rendered), cost);
     return rendered;
 }
 

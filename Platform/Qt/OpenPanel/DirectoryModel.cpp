@@ -4,6 +4,7 @@
 #include "ImageRenderer.h"
 #include "MenuText.h"
 #include "NSWorkspace.h"
+#include "PathStatus.h"
 #include "StringComparison.h"
 #include "Unicode.h"
 
@@ -14,8 +15,6 @@
 
 #include <algorithm>
 #include <numeric>
-
-#include <sys/stat.h>
 
 namespace quillbox {
 
@@ -28,10 +27,8 @@ namespace {
 
     std::optional<struct stat> statusOf(const std::string& path)
     {
-        struct stat status { };
-        if (stat(path.c_str(), &status) == 0)
-            return status;
-        return std::nullopt;
+        const Result<struct stat> status = statusOfPath(path);
+        return status ? std::optional(*status) : std::nullopt;
     }
 
     std::int64_t changeTime(const std::string& directory)
@@ -91,10 +88,11 @@ const DirectoryModel::Details& DirectoryModel::detailsOf(const Row& row) const
 {
     if (!row.details) {
         const std::string path = listing_.path(row.entry);
-        struct stat status { };
+        Result<struct stat> status = statusOfPath(path);
         // Of a link that leads nowhere, its own.
-        const bool isKnown = stat(path.c_str(), &status) == 0 || lstat(path.c_str(), &status) == 0;
-        row.details = Details { isKnown, status.st_size, status.st_mtim.tv_sec };
+        if (!status)
+            status = statusOfPath(path, LastLink::notFollowed);
+        row.details = status ? Details { true, status->st_size, status->st_mtim.tv_sec } : Details {};
     }
     return *row.details;
 }
