@@ -123,9 +123,13 @@ class RunningQuillbox:
 
     def printed_since(self, position, end=b"(no more open menus)\n"):
         """What Quillbox printed since then; it prints after it has answered the call, and says where it ends."""
-        text = wait_for("what is open as text", lambda: self.alive() and (
-            grown if (grown := self.printed.read_bytes()[position:]).endswith(end) else None))
-        return text.removesuffix(end).decode(errors="replace")
+        def grown():
+            self.alive()
+            with open(self.printed, "rb") as printed:
+                printed.seek(position)
+                text = printed.read()
+            return text if text.endswith(end) else None
+        return wait_for("what is open as text", grown).removesuffix(end).decode(errors="replace")
 
     def expect_level(self, number, what, matches):
         """Waits until level `number` is the deepest open one and its titles match; gives its rows."""
