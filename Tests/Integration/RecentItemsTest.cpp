@@ -131,7 +131,9 @@ namespace {
 
         world.clock.advance(std::chrono::seconds(2));
         index->noteOpened(tree.path("Report 9"));
-        index->noteOpened(bundles->bundles().front().path);
+        // A copy: the record looks at the bundles anew.
+        const std::string application = bundles->bundles().front().path;
+        index->noteOpened(application);
         start();
         MainMenuItem::actualMenuItems().clear();
         ManageDefaults::loadAllFromDisk();
