@@ -61,7 +61,7 @@ namespace {
         resolve(bookmark->encoded());
     }
 
-    const FuzzTarget target("bookmark", readBookmark);
+    const FuzzTarget kTarget("bookmark", readBookmark);
 
 } // namespace
 

@@ -60,7 +60,7 @@ namespace {
         }
     }
 
-    const FuzzTarget target("desktop-entry", readEntryOrState);
+    const FuzzTarget kTarget("desktop-entry", readEntryOrState);
 
 } // namespace
 

@@ -48,7 +48,7 @@ namespace {
         QB_CHECK(!drop.isAccepted());
     }
 
-    const FuzzTarget target("drop", dropList);
+    const FuzzTarget kTarget("drop", dropList);
 
 } // namespace
 

@@ -129,7 +129,8 @@ namespace {
                 QDBusMessage call =
                     QDBusMessage::createMethodCall(QStringLiteral("a.b"), QStringLiteral("/Menu"),
                                                    QStringLiteral("com.canonical.dbusmenu"), methods[bytes[i] % 8]);
-                const int id = static_cast<std::int8_t>(bytes[i + 1]);
+                // From -128 on: hosts may ask for what never was.
+                const int id = int { bytes[i + 1] } - (bytes[i + 1] < 128 ? 0 : 256);
                 for (unsigned argument = 0; argument < bytes[i + 2] % 5U; ++argument) {
                     switch ((bytes[i + 3] >> (argument * 2)) % 4) {
                     case 0:
@@ -166,7 +167,7 @@ namespace {
             sendMessages(clock, rest);
     }
 
-    const FuzzTarget target("exported-menu", driveHost);
+    const FuzzTarget kTarget("exported-menu", driveHost);
 
 } // namespace
 

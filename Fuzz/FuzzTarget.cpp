@@ -40,7 +40,9 @@ const TemporaryDirectory& scratchDirectory()
 } // namespace quillbox
 
 // The two functions that the fuzzing library asks for, by these names.
+// NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
+// NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)

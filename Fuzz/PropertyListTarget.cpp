@@ -41,7 +41,7 @@ namespace {
         }
     }
 
-    const FuzzTarget target("property-list", readPropertyList);
+    const FuzzTarget kTarget("property-list", readPropertyList);
 
 } // namespace
 

@@ -40,7 +40,7 @@ namespace {
         QB_CHECK(same.execute() && index.asked == first);
     }
 
-    const FuzzTarget target("query", askQuery);
+    const FuzzTarget kTarget("query", askQuery);
 
 } // namespace
 

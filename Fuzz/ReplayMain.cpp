@@ -8,7 +8,9 @@
 
 // Runs a fuzz target on files, in builds without a fuzzing library: each whole, and cut off at up to a hundred places.
 
+// NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
+// NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
 int main(int argc, char** argv)

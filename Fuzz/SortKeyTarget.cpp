@@ -95,7 +95,7 @@ namespace {
         }
     }
 
-    const FuzzTarget target("sort-key", compareNames);
+    const FuzzTarget kTarget("sort-key", compareNames);
 
 } // namespace
 

@@ -55,9 +55,9 @@ namespace {
         QB_CHECK(std::distance(begin(names), end(names)) == (wasDamaged ? 2 : 1));
     }
 
-    const FuzzTarget recentlyUsed("recently-used", readRecentlyUsed);
-    const FuzzTarget applicationState("application-state", readApplicationState);
-    const FuzzTarget ownRecord("own-record", readOwnRecord);
+    const FuzzTarget kRecentlyUsed("recently-used", readRecentlyUsed);
+    const FuzzTarget kApplicationState("application-state", readApplicationState);
+    const FuzzTarget kOwnRecord("own-record", readOwnRecord);
 
 } // namespace
 

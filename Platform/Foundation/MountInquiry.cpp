@@ -50,7 +50,7 @@ std::optional<FileAnswer> MountInquiry::ask(const FileQuestion& question)
 
 FileAnswer MountInquiry::askMount(const FileQuestion& question, const MountTable::Mount& mount)
 {
-    const FileAnswer none { ETIMEDOUT, 0, {} };
+    FileAnswer none { ETIMEDOUT, 0, {} };
     if (passedOver_.contains(mount.id) || spent_ >= limits_.opening)
         return none;
     if (helper_.countStuckOn(mount.id) >= kMostStuckHelpers) {

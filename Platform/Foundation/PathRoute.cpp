@@ -61,7 +61,8 @@ namespace {
                 walked.resize(walked.empty() ? 0 : walked.rfind('/'));
                 continue;
             }
-            std::string next = walked + '/' + name;
+            std::string next = walked;
+            next.append(1, '/').append(name);
             if (const MountTable::Mount* mount = table.firstThatMayHang(next))
                 return *mount;
             if (waiting.empty() && lastLink == LastLink::notFollowed)

@@ -171,7 +171,7 @@ QString iconThemeFor(const QString& theme, bool isDark, const QStringList& direc
     };
     for (const char* ending : { "-dark", "-Dark", "_dark" }) {
         const QString mark = QLatin1String(ending);
-        const QString sibling = isDark ? theme + mark : theme.chopped(theme.endsWith(mark) ? mark.size() : 0);
+        QString sibling = isDark ? theme + mark : theme.chopped(theme.endsWith(mark) ? mark.size() : 0);
         if (!theme.isEmpty() && sibling != theme && !(isDark && theme.endsWith(mark)) && isThere(sibling))
             return sibling;
     }

@@ -91,34 +91,34 @@ void MenuRowPainter::paint(QPainter& painter, const QRect& row, const NSMenuItem
                            bool mayBeCut) const
 {
     const QStyle& style = *popup_->style();
-    QStyleOptionMenuItem row_ = option(row);
+    QStyleOptionMenuItem rowOption = option(row);
     if (item.isSeparatorItem()) {
-        row_.menuItemType = QStyleOptionMenuItem::Separator;
-        style.drawControl(QStyle::CE_MenuItem, &row_, &painter, popup_);
+        rowOption.menuItemType = QStyleOptionMenuItem::Separator;
+        style.drawControl(QStyle::CE_MenuItem, &rowOption, &painter, popup_);
         return;
     }
-    row_.menuItemType = item.hasSubmenu() ? QStyleOptionMenuItem::SubMenu : QStyleOptionMenuItem::Normal;
+    rowOption.menuItemType = item.hasSubmenu() ? QStyleOptionMenuItem::SubMenu : QStyleOptionMenuItem::Normal;
     if (!item.isEnabled()) {
-        row_.state &= ~QStyle::State_Enabled;
-        row_.palette.setCurrentColorGroup(QPalette::Disabled);
+        rowOption.state &= ~QStyle::State_Enabled;
+        rowOption.palette.setCurrentColorGroup(QPalette::Disabled);
     } else if (isSelected) {
-        row_.state |= QStyle::State_Selected;
+        rowOption.state |= QStyle::State_Selected;
     }
     if (!item.image().isEmpty()) {
         NSImage image = item.image();
         image.setSize({ kIconSide, kIconSide });
         const QColor colour =
-            row_.palette.color(isSelected && item.isEnabled() ? QPalette::HighlightedText : QPalette::Text);
-        row_.icon = QIcon(ImageRenderer::pixmap(image, popup_->devicePixelRatioF(), colour));
+            rowOption.palette.color(isSelected && item.isEnabled() ? QPalette::HighlightedText : QPalette::Text);
+        rowOption.icon = QIcon(ImageRenderer::pixmap(image, popup_->devicePixelRatioF(), colour));
     }
     const QStringList lines = shownLines(item);
     const auto room = mayBeCut ? std::optional(row.width() - widthBesideText_) : std::nullopt;
     if (lines.size() > 1) {
-        paintSeveralLines(painter, lines, room, row_);
+        paintSeveralLines(painter, lines, room, rowOption);
         return;
     }
-    row_.text = forStyle(lines.first(), row_, room);
-    style.drawControl(QStyle::CE_MenuItem, &row_, &painter, popup_);
+    rowOption.text = forStyle(lines.first(), rowOption, room);
+    style.drawControl(QStyle::CE_MenuItem, &rowOption, &painter, popup_);
 }
 
 QStyleOptionMenuItem MenuRowPainter::option(const QRect& row) const
