@@ -55,7 +55,7 @@ namespace {
     }
 
     // A row for something that isn't there, and the log's entry about it.
-    std::shared_ptr<NSMenuItem> reportedRow(std::string message, std::vector<RowProblem>& problems)
+    std::shared_ptr<NSMenuItem> reportedRow(const std::string& message, std::vector<RowProblem>& problems)
     {
         auto row = missingRow(message);
         problems.push_back({ kOperation, unicode::displayText(message) });

@@ -7,7 +7,7 @@ namespace quillbox {
 
 namespace {
 
-    constexpr std::array<std::pair<std::string_view, std::string_view>, 15> prefPaneTitles { {
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 15> kPrefPaneTitles { {
         { "AppleIDPrefPane.prefPane", "Apple ID" },
         { "ClassKitPreferencePane.prefPane", "Class Progress" },
         { "ClassroomSettings.prefPane", "Classroom" },
@@ -29,7 +29,7 @@ namespace {
 
 std::optional<std::string_view> prefPaneTitle(std::string_view fileName)
 {
-    for (const auto& [name, title] : prefPaneTitles) {
+    for (const auto& [name, title] : kPrefPaneTitles) {
         if (name == fileName)
             return title;
     }

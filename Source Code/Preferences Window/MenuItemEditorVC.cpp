@@ -12,9 +12,9 @@ namespace quillbox {
 
 namespace {
 
-    const Selector saveSelector =
+    const Selector kSaveSelector =
         makeSelector<&MenuItemEditorVC::saveMenuItemConfiguration>("saveMenuItemConfigurationWithSender:");
-    const Selector discardSelector =
+    const Selector kDiscardSelector =
         makeSelector<&MenuItemEditorVC::discardMenuItemConfiguration>("discardMenuItemConfigurationWithSender:");
 
     // Points.
@@ -209,14 +209,14 @@ void MenuItemEditorVC::addOptions(const MainMenuItem& item)
 void MenuItemEditorVC::addButtons(const MainMenuItem& item)
 {
     if (item.menuItemType == MenuItemType::fixedAppPreferences) {
-        const auto ok = addButton("OK", discardSelector);
+        const auto ok = addButton("OK", kDiscardSelector);
         ok->setKeyEquivalent("\r\x1b");
         NSLayoutConstraint::activate({ ok->centerXAnchor().constraintEqualTo(view()->centerXAnchor()) });
         return;
     }
-    const auto cancel = addButton("Cancel", discardSelector);
+    const auto cancel = addButton("Cancel", kDiscardSelector);
     cancel->setKeyEquivalent("\x1b");
-    const auto save = addButton("Use this Setting", saveSelector);
+    const auto save = addButton("Use this Setting", kSaveSelector);
     save->setKeyEquivalent("\r");
     NSLayoutConstraint::activate({
         cancel->rightAnchor().constraintEqualTo(view()->centerXAnchor(), -kButtonFromCenter),

@@ -18,18 +18,18 @@ namespace quillbox {
 namespace {
 
     namespace actions {
-        const Selector reset =
+        const Selector kReset =
             makeSelector<&PreferencesWindowVC::resetTentativeMenus>("resetTentativeMenusWithSender:");
-        const Selector cancel = makeSelector<&PreferencesWindowVC::cancelPreferences>("cancelPreferencesWithSender:");
-        const Selector save = makeSelector<&PreferencesWindowVC::savePreferences>("savePreferencesWithSender:");
-        const Selector quit = makeSelector<&PreferencesWindowVC::quitTheApp>("quitTheAppWithSender:");
-        const Selector readAll =
+        const Selector kCancel = makeSelector<&PreferencesWindowVC::cancelPreferences>("cancelPreferencesWithSender:");
+        const Selector kSave = makeSelector<&PreferencesWindowVC::savePreferences>("savePreferencesWithSender:");
+        const Selector kQuit = makeSelector<&PreferencesWindowVC::quitTheApp>("quitTheAppWithSender:");
+        const Selector kReadAll =
             makeSelector<&PreferencesWindowVC::readAllFromUserDefaults>("readAllFromUserDefaultsWithSender:");
-        const Selector printActual =
+        const Selector kPrintActual =
             makeSelector<&PreferencesWindowVC::printActualMenuItems>("printActualMenuItemsWithSender:");
-        const Selector printPlus =
+        const Selector kPrintPlus =
             makeSelector<&PreferencesWindowVC::printMenuItemPlus>("printMenuItemPlusWithSender:");
-        const Selector deletePrefs =
+        const Selector kDeletePrefs =
             makeSelector<&PreferencesWindowVC::deletePrefsAndQuit>("deletePrefsAndQuitWithSender:");
     } // namespace actions
 
@@ -193,7 +193,7 @@ std::shared_ptr<NSButton> PreferencesWindowVC::addButton(const std::shared_ptr<N
 
 void PreferencesWindowVC::fillMenusTab(const std::shared_ptr<NSView>& tab)
 {
-    const MenusTab menus(tab, addButton(tab, "Reset", actions::reset));
+    const MenusTab menus(tab, addButton(tab, "Reset", actions::kReset));
     tableWithTentativeMenus = menus.tentativeTable();
 }
 
@@ -204,7 +204,7 @@ void PreferencesWindowVC::fillAboutTab(const std::shared_ptr<NSView>& tab)
 
 void PreferencesWindowVC::fillQuitTab(const std::shared_ptr<NSView>& tab)
 {
-    const auto quit = addButton(tab, "Quit", actions::quit);
+    const auto quit = addButton(tab, "Quit", actions::kQuit);
     NSLayoutConstraint::activate({
         quit->centerXAnchor().constraintEqualTo(tab->centerXAnchor()),
         quit->topAnchor().constraintEqualTo(tab->topAnchor(), 40),
@@ -239,10 +239,10 @@ void PreferencesWindowVC::fillDebugTab(const std::shared_ptr<NSView>& tab)
         NSLayoutConstraint::activate({ button->widthAnchor().constraintEqualToConstant(340) });
         placeBelowLast(button);
     };
-    addWideButton("Read Menu-Config Into App", actions::readAll);
-    addWideButton("Print actualMenuItems[] to stdout", actions::printActual);
-    addWideButton("Print dynamicMenuItems[] to stdout", actions::printPlus);
-    addWideButton("Delete All Preferences and Quit", actions::deletePrefs);
+    addWideButton("Read Menu-Config Into App", actions::kReadAll);
+    addWideButton("Print actualMenuItems[] to stdout", actions::kPrintActual);
+    addWideButton("Print dynamicMenuItems[] to stdout", actions::kPrintPlus);
+    addWideButton("Delete All Preferences and Quit", actions::kDeletePrefs);
     const auto paths = TesselUtilityFunctions::addTextFieldToView(
         { .attributedText = debugText(), .view = tab, .noAutoLayout = true, .selectable = true });
     placeBelowLast(paths);
@@ -257,9 +257,9 @@ void PreferencesWindowVC::fillErrorLogTab(const std::shared_ptr<NSView>& tab)
 
 void PreferencesWindowVC::addApplyAndCancel()
 {
-    const auto cancel = addButton(view(), "Cancel", actions::cancel);
+    const auto cancel = addButton(view(), "Cancel", actions::kCancel);
     cancel->setKeyEquivalent("\x1b");
-    const auto apply = addButton(view(), "Apply", actions::save);
+    const auto apply = addButton(view(), "Apply", actions::kSave);
     apply->setKeyEquivalent("\r");
     apply->setEnabled(false);
     NSLayoutConstraint::activate({

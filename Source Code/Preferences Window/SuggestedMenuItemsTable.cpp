@@ -83,6 +83,7 @@ bool SuggestedMenuItemsTable::canPerform(Command command, int) const
 void SuggestedMenuItemsTable::perform(Command, const std::set<int>& rows)
 {
     std::vector<MenuItemType> kinds;
+    kinds.reserve(rows.size());
     for (const int row : rows)
         kinds.push_back(suggestedKinds[static_cast<std::size_t>(row)]);
     if (const auto table = tableWithTentativeMenus.lock())

@@ -18,9 +18,9 @@ namespace quillbox {
 
 namespace {
 
-    const Selector handleEditMenuItemButtonSelector =
+    const Selector kHandleEditMenuItemButtonSelector =
         makeSelector<&TentativeMenuItemsTable::handleEditMenuItemButton>("handleEditMenuItemButtonWithSender:");
-    const Selector doubleClickTableRowSelector =
+    const Selector kDoubleClickTableRowSelector =
         makeSelector<&TentativeMenuItemsTable::doubleClickTableRow>("doubleClickTableRow");
 
     void logError(int line, std::string_view function, const std::string& message)
@@ -47,7 +47,7 @@ TentativeMenuItemsTable::create(const std::shared_ptr<NSScrollView>& scrollView)
         table->scrollViewContentView = scrollView->contentView();
     table->setAllowsMultipleSelection(true);
     table->setTarget(table, nullptr);
-    table->setDoubleAction(&doubleClickTableRowSelector);
+    table->setDoubleAction(&kDoubleClickTableRowSelector);
     table->setDelegate(table);
     table->setDataSource(table);
     table->setDraggingSourceOperationMaskOutside(NSDragOperation::copy);
@@ -126,7 +126,7 @@ std::shared_ptr<NSButton> TentativeMenuItemsTable::makeEditButton(const MainMenu
     button->setImagePosition(NSButton::ImagePosition::imageOnly);
     button->setImageScaling(NSButton::ImageScaling::proportionallyUpOrDown);
     button->setBordered(false);
-    button->setTarget(shared_from_this(), &handleEditMenuItemButtonSelector);
+    button->setTarget(shared_from_this(), &kHandleEditMenuItemButtonSelector);
     button->setTag(row);
     button->scrollViewContentView = scrollViewContentView;
     button->setTranslatesAutoresizingMaskIntoConstraints(false);

@@ -34,7 +34,7 @@ namespace {
         // A text fills its last four bytes.
         QByteArray takeText(quint32 length)
         {
-            const QByteArray text = take(length);
+            QByteArray text = take(length);
             take((4 - length % 4) % 4);
             return text;
         }

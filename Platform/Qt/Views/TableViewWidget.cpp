@@ -260,7 +260,9 @@ void TableViewWidget::keyPressEvent(QKeyEvent* event)
     const auto key = isPlain ? movingKey(event->key()) : std::nullopt;
     if (!shown) {
         event->ignore();
-    } else if (const auto command = commandOf(*event)) {
+        return;
+    }
+    if (const auto command = commandOf(*event)) {
         event->setAccepted(shown->userPerforms(*command));
     } else if (key) {
         shown->keyDown(*key, event->modifiers() & Qt::ShiftModifier);
