@@ -110,7 +110,7 @@ namespace {
         World world;
         MainMenuItem::actualMenuItems() = labels(6);
         PreferencesUser user(world);
-        const auto dragOf = [&](std::set<int> rows) {
+        const auto dragOf = [&](const std::set<int>& rows) {
             user.table().selectRowIndexes(rows, false);
             return DragTracking(*user.table().beginDragging(*rows.begin()));
         };

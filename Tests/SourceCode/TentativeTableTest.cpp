@@ -263,8 +263,8 @@ namespace {
         EXPECT_TRUE(puffs().empty());
         EXPECT_FALSE(user.dropFiles({ "file:///a" }, 0));
         // What is no row of the list is refused, and there is no puff.
-        for (NSPasteboard refused : { NSPasteboard::ofFiles({ "file:///a" }), NSPasteboard(),
-                                      NSPasteboard::promising(GlobalVars::tentativeMenuItemPasteboardType()) }) {
+        for (const NSPasteboard& refused : { NSPasteboard::ofFiles({ "file:///a" }), NSPasteboard(),
+                                             NSPasteboard::promising(GlobalVars::tentativeMenuItemPasteboardType()) }) {
             EXPECT_FALSE(trash.performDragOperation({ refused, {} }));
             trash.draggingEnded();
         }
