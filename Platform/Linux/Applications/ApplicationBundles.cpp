@@ -129,8 +129,8 @@ void ApplicationBundles::update()
         for (const std::string& directory : serving_->directories())
             state_->watchOwn(directory);
     }
-    // Kept for the next start only where it tells all there is.
-    if (state_ && unread.errors().empty()) {
+    // Kept for the next start only where it tells all there is and nothing remains to be cleared away.
+    if (state_ && unread.errors().empty() && outcome.leftovers.empty()) {
         if (const Result<void> saved = state_->save(stateFile(*serving_)); !saved)
             errors.push_back(saved.error());
     }
