@@ -4,6 +4,7 @@
 #include "Debug.h"
 #include "Installed.h"
 #include "LibrarySearchPaths.h"
+#include "LinuxPlaces.h"
 #include "LinuxStandardDirectories.h"
 #include "LinuxVolumeNames.h"
 #include "LinuxWorkspace.h"
@@ -128,6 +129,8 @@ namespace {
         const Installed<StandardDirectories> installedDirectories(directories);
         LinuxVolumeNames volumeNames;
         const Installed<VolumeNames> installedVolumeNames(volumeNames);
+        LinuxPlaces places;
+        const Installed<Places> installedPlaces(places);
         LinuxWorkspace workspace(bundles, showMessage);
         workspace.setSearchPaths(&searchPaths);
         const Installed<NSWorkspace> installedWorkspace(workspace);

@@ -1,10 +1,38 @@
 #include "NSOpenPanel.h"
 
+#include "CanonicalPath.h"
 #include "Desktop.h"
+#include "FileManager.h"
+#include "LinkChain.h"
 #include "NSApplication.h"
+#include "URLResourceValues.h"
 #include "WindowDisplay.h"
 
 namespace quillbox {
+
+namespace {
+
+    bool isDirectory(const std::string& path)
+    {
+        return FileManager::defaultManager().isDirectory(path);
+    }
+
+    bool isNamedAsPackage(const std::string& path)
+    {
+        return isPackageName(path::lastPathComponent(path));
+    }
+
+    // What links and alias files at the end of the path lead to; the path itself where nothing is there.
+    std::string resolvingAliases(const std::string& path)
+    {
+        const auto end = endOfLinks(path);
+        if (!end || end->path == path)
+            return path;
+        const Result<std::string> canonical = canonicalPath(end->path);
+        return canonical ? *canonical : path;
+    }
+
+} // namespace
 
 NSOpenPanel::NSOpenPanel() : NSWindow(std::make_shared<NSViewController>())
 {
@@ -22,6 +50,26 @@ void NSOpenPanel::beginSheetModal(NSWindow& parent, std::function<void(NSModalRe
             if (const auto held = heldWindow.lock())
                 held->endSheet(self, response);
         });
+}
+
+bool NSOpenPanel::canChoose(const std::string& path) const
+{
+    const std::string target = urlOfChoice(path).path();
+    const bool isFile = !isDirectory(target) || isNamedAsPackage(target);
+    return isFile ? canChooseFiles_ : canChooseDirectories_;
+}
+
+URL NSOpenPanel::urlOfChoice(const std::string& path) const
+{
+    return URL::fileURLWithPath(resolvesAliases_ ? resolvingAliases(path) : path);
+}
+
+std::optional<std::string> NSOpenPanel::directoryToEnter(const std::string& path) const
+{
+    if (isDirectory(path))
+        return isNamedAsPackage(path) ? std::nullopt : std::optional(path);
+    const std::string target = urlOfChoice(path).path();
+    return target != path && isDirectory(target) ? directoryToEnter(target) : std::nullopt;
 }
 
 } // namespace quillbox

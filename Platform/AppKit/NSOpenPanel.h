@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,12 @@ public:
     // What was chosen, in the order shown; with the file system's bytes. Empty unless the panel ended with OK.
     const std::vector<URL>& urls() const { return urls_; }
 
-    // For the display:
+    // For the display: what these settings mean for an entry that the person points at. Packages are taken for files.
+    bool canChoose(const std::string& path) const;
+    // What urls() has for an entry that was chosen.
+    URL urlOfChoice(const std::string& path) const;
+    // The directory to show when the entry is opened; none for files and packages.
+    std::optional<std::string> directoryToEnter(const std::string& path) const;
     void setURLs(std::vector<URL> urls) { urls_ = std::move(urls); }
 
 private:

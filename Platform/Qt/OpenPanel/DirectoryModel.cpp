@@ -89,7 +89,7 @@ const DirectoryModel::Details& DirectoryModel::detailsOf(const Row& row) const
     if (!row.details) {
         const std::string path = listing_.path(row.entry);
         Result<struct stat> status = statusOfPath(path);
-        // Of a link that leads nowhere, its own.
+        // A link that leads nowhere is shown with its own size and date.
         if (!status)
             status = statusOfPath(path, LastLink::notFollowed);
         row.details = status ? Details { true, status->st_size, status->st_mtim.tv_sec } : Details {};

@@ -22,7 +22,7 @@ public:
 
     explicit DirectoryModel(QObject* parent) : QAbstractTableModel(parent) { }
 
-    // Shows the directory in place of the one before; where it can't be read, no rows.
+    // Shows the directory in place of the one before. One that can't be read has no rows.
     Result<void> read(const std::string& directory);
     const std::string& directory() const { return listing_.directoryPath(); }
     // Whether entries have come or gone since read().
@@ -36,7 +36,7 @@ public:
     std::string path(int row) const { return listing_.path(entry(row)); }
     // Good until the next read().
     std::string_view nameOf(int row) const { return listing_.name(entry(row)); }
-    // Of what is there: links are followed. Packages are directories.
+    // Links are followed. Packages are directories here.
     bool isDirectory(int row) const { return rows_[static_cast<std::size_t>(row)].isDirectory; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -69,7 +69,7 @@ private:
     void sortRows();
 
     DirectoryListing listing_;
-    // Nanoseconds since 1970, when the listing was read; 0 where there was no directory.
+    // When the directory had last changed as it was read, in nanoseconds since 1970; 0 where there was none.
     std::int64_t changed_ = 0;
     // In the order shown.
     std::vector<Row> rows_;

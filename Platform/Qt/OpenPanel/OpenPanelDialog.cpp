@@ -1,37 +1,23 @@
 #include "OpenPanelDialog.h"
 
-#include "CanonicalPath.h"
 #include "DirectoryModel.h"
 #include "FileManager.h"
-#include "LinkChain.h"
+#include "FilesTable.h"
 #include "OpenPanelPlaces.h"
-#include "TypedPath.h"
-#include "Unicode.h"
-#include "URLResourceValues.h"
+#include "PathField.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QSplitter>
-#include <QStringListModel>
-#include <QStyle>
 #include <QToolButton>
-#include <QTreeView>
 #include <QVBoxLayout>
-
-#include <algorithm>
-#include <string_view>
-#include <unordered_set>
 
 namespace quillbox {
 
@@ -40,27 +26,10 @@ namespace {
     // Logical pixels.
     constexpr QSize kNaturalSize { 760, 500 };
     constexpr double kLargestPart = 0.9;
-    constexpr int kSizeCharacters = 12;
-    constexpr int kDateCharacters = 22;
 
     FileManager& files()
     {
         return FileManager::defaultManager();
-    }
-
-    bool isDirectory(const std::string& path)
-    {
-        return files().isDirectory(path);
-    }
-
-    // What links and alias files at the end of the path lead to; the path itself where that is not there.
-    std::string resolvingAliases(const std::string& path)
-    {
-        const auto end = endOfLinks(path);
-        if (!end || end->path == path)
-            return path;
-        const Result<std::string> canonical = canonicalPath(end->path);
-        return canonical ? *canonical : path;
     }
 
     QLabel* makeNote(QWidget* parent)
@@ -73,12 +42,14 @@ namespace {
 
 } // namespace
 
-OpenPanelDialog::OpenPanelDialog(const NSOpenPanel& panel, QWidget* parent) : QDialog(parent), panel_(panel)
+OpenPanelDialog::OpenPanelDialog(const NSOpenPanel& panel, const std::vector<Place>& places, QWidget* parent)
+    : QDialog(parent),
+      panel_(panel)
 {
     setWindowTitle(QApplication::applicationDisplayName());
     auto* down = new QVBoxLayout(this);
     makeTop(down);
-    makeMiddle(down);
+    makeMiddle(down, places);
     makeButtons(down);
     makeShortcuts();
     table_->setFocus();
@@ -97,79 +68,48 @@ void OpenPanelDialog::makeTop(QVBoxLayout* down)
     }
     auto* across = new QHBoxLayout;
     down->addLayout(across);
-    const auto addButton = [&](const char* iconName, QStyle::StandardPixmap icon, const char* name, auto action) {
-        auto* button = new QToolButton(this);
-        button->setIcon(QIcon::fromTheme(QString::fromLatin1(iconName), style()->standardIcon(icon)));
-        button->setToolTip(QString::fromLatin1(name));
-        button->setAccessibleName(QString::fromLatin1(name));
-        button->setAutoRaise(true);
-        connect(button, &QToolButton::clicked, this, action);
-        across->addWidget(button);
-        return button;
-    };
-    backButton_ = addButton("go-previous", QStyle::SP_ArrowBack, "Back", &OpenPanelDialog::goBack);
-    upButton_ = addButton("go-up", QStyle::SP_ArrowUp, "Up", &OpenPanelDialog::goUp);
-
-    path_ = new QLineEdit(this);
-    path_->setAccessibleName(QStringLiteral("Path"));
-    continuations_ = new QStringListModel(this);
-    auto* completer = new QCompleter(continuations_, path_);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    path_->setCompleter(completer);
-    path_->installEventFilter(this);
-    connect(path_, &QLineEdit::textEdited, this, &OpenPanelDialog::pathWasEdited);
-    completer->popup()->installEventFilter(this);
-    // A continuation that was picked from the list, once the field has it; Return may have entered it already.
-    connect(
-        completer, qOverload<const QString&>(&QCompleter::activated), this,
-        [this](const QString& text) {
-            if (typedPath(text, model_->directory()) == model_->directory())
-                choiceHasChanged();
-            else
-                pathWasEdited(text);
-        },
-        Qt::QueuedConnection);
-    connect(path_, &QLineEdit::returnPressed, this, &OpenPanelDialog::openTypedPath);
+    backButton_ = makeButton("go-previous", QStyle::SP_ArrowBack, "Back", &OpenPanelDialog::goBack);
+    across->addWidget(backButton_);
+    upButton_ = makeButton("go-up", QStyle::SP_ArrowUp, "Up", &OpenPanelDialog::goUp);
+    across->addWidget(upButton_);
+    path_ = new PathField(this);
+    path_->onEdited = [this] { pathWasEdited(); };
+    path_->onReturn = [this] { openTypedPath(); };
     across->addWidget(path_, 1);
 }
 
-void OpenPanelDialog::makeMiddle(QVBoxLayout* down)
+QToolButton* OpenPanelDialog::makeButton(const char* iconName, QStyle::StandardPixmap icon, const char* name,
+                                         void (OpenPanelDialog::*action)())
+{
+    auto* button = new QToolButton(this);
+    button->setIcon(QIcon::fromTheme(QString::fromLatin1(iconName), style()->standardIcon(icon)));
+    button->setToolTip(QString::fromLatin1(name));
+    button->setAccessibleName(QString::fromLatin1(name));
+    button->setAutoRaise(true);
+    connect(button, &QToolButton::clicked, this, action);
+    return button;
+}
+
+void OpenPanelDialog::makeMiddle(QVBoxLayout* down, const std::vector<Place>& places)
 {
     auto* splitter = new QSplitter(this);
     splitter->setChildrenCollapsible(false);
     down->addWidget(splitter, 1);
-    places_ = new OpenPanelPlaces(splitter, [this](const std::string& path) {
+    places_ = new OpenPanelPlaces(places, splitter);
+    places_->onOpen = [this](const std::string& path) {
         enter(path);
         table_->setFocus();
-    });
+    };
     model_ = new DirectoryModel(this);
     model_->setFilesEnabled(panel_.canChooseFiles());
-    table_ = new QTreeView(splitter);
-    table_->setAccessibleName(QStringLiteral("Files"));
-    table_->setModel(model_);
-    table_->setRootIsDecorated(false);
-    table_->setItemsExpandable(false);
-    table_->setUniformRowHeights(true);
-    table_->setAllColumnsShowFocus(true);
-    table_->setTextElideMode(Qt::ElideMiddle);
+    table_ = new FilesTable(*model_, splitter);
     table_->setSelectionMode(panel_.allowsMultipleSelection() ? QAbstractItemView::ExtendedSelection
                                                               : QAbstractItemView::SingleSelection);
-    table_->setSortingEnabled(true);
-    table_->sortByColumn(DirectoryModel::name, Qt::AscendingOrder);
-    QHeaderView* header = table_->header();
-    header->setStretchLastSection(false);
-    header->setSectionResizeMode(DirectoryModel::name, QHeaderView::Stretch);
-    const int character = fontMetrics().averageCharWidth();
-    header->resizeSection(DirectoryModel::size, character * kSizeCharacters);
-    header->resizeSection(DirectoryModel::modified, character * kDateCharacters);
-    table_->installEventFilter(this);
-    connect(table_, &QTreeView::doubleClicked, this, &OpenPanelDialog::openSelection);
-    connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &OpenPanelDialog::choiceHasChanged);
-
-    emptyNote_ = makeNote(table_->viewport());
-    emptyNote_->setAlignment(Qt::AlignCenter);
-    auto* over = new QVBoxLayout(table_->viewport());
-    over->addWidget(emptyNote_);
+    table_->onOpen = [this] { openSelection(); };
+    table_->onUp = [this] { goUp(); };
+    table_->onPathBegun = [this](const QString& text) { path_->type(text); };
+    connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &OpenPanelDialog::selectionHasChanged);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({ places_->sizeHint().width(), kNaturalSize.width() });
 }
@@ -195,7 +135,7 @@ void OpenPanelDialog::makeShortcuts()
         connect(new QShortcut(QKeyCombination(modifier, key), this), &QShortcut::activated, this, action);
     };
     add(Qt::ControlModifier, Qt::Key_H, [this] {
-        const std::vector<std::string> selected = selectedNames();
+        const std::vector<std::string> selected = table_->selectedNames();
         model_->setShowsHidden(!model_->showsHidden());
         select(selected);
     });
@@ -222,7 +162,7 @@ void OpenPanelDialog::showEvent(QShowEvent* event)
     std::string directory = panel_.directoryURL().path();
     if (directory.empty())
         directory = files().homeDirectoryForCurrentUser().path();
-    while (directory.size() > 1 && !isDirectory(directory))
+    while (directory.size() > 1 && !files().isDirectory(directory))
         directory = path::deletingLastPathComponent(directory);
     showDirectory(directory.empty() ? "/" : directory);
 }
@@ -239,13 +179,12 @@ void OpenPanelDialog::changeEvent(QEvent* event)
 void OpenPanelDialog::showDirectory(const std::string& directory, const std::vector<std::string>& selected)
 {
     const Result<void> result = model_->read(directory);
-    emptyNote_->setEnabled(!result);
-    if (!result)
-        emptyNote_->setText(
-            QStringLiteral("This directory can't be shown: %1").arg(QString::fromStdString(result.error().reason())));
+    if (result)
+        table_->setEmptyNote(QStringLiteral("Nothing here"), false);
     else
-        emptyNote_->setText(QStringLiteral("Nothing here"));
-    emptyNote_->setVisible(model_->rowCount() == 0);
+        table_->setEmptyNote(
+            QStringLiteral("This directory can't be shown: %1").arg(QString::fromStdString(result.error().reason())),
+            true);
     places_->setShown(directory);
     backButton_->setEnabled(!back_.empty());
     upButton_->setEnabled(directory != "/");
@@ -286,136 +225,55 @@ void OpenPanelDialog::reload()
     const bool isTyping = typed_.has_value() || path_->isModified();
     const QString text = path_->text();
     const std::string directory = model_->directory();
-    showDirectory(directory, selectedNames());
+    showDirectory(directory, table_->selectedNames());
     table_->verticalScrollBar()->setValue(scrolled);
     if (isTyping) {
         path_->setText(text);
-        pathWasEdited(text);
+        pathWasEdited();
     }
 }
 
 void OpenPanelDialog::select(const std::vector<std::string>& names)
 {
-    const std::unordered_set<std::string_view> wanted(names.begin(), names.end());
-    QItemSelection selection;
-    int first = -1;
-    // One range for rows that follow one another, since there may be thousands.
-    int rangeStart = -1;
-    for (int row = 0; row <= model_->rowCount(); ++row) {
-        const bool isWanted = row < model_->rowCount() && wanted.contains(model_->nameOf(row));
-        if (isWanted && rangeStart < 0)
-            rangeStart = row;
-        if (isWanted || rangeStart < 0)
-            continue;
-        selection.select(model_->index(rangeStart, 0), model_->index(row - 1, model_->columnCount() - 1));
-        first = first < 0 ? rangeStart : first;
-        rangeStart = -1;
-    }
-    // Arrow keys go on from the first one, or begin at the top.
-    if (model_->rowCount() > 0) {
-        const QModelIndex current = model_->index(std::max(first, 0), 0);
-        table_->selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-        table_->scrollTo(current);
-    }
-    table_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    choiceHasChanged();
+    table_->select(names);
+    selectionHasChanged();
 }
 
 // What is chosen
-
-std::vector<std::string> OpenPanelDialog::selectedPaths() const
-{
-    const QModelIndexList selected = table_->selectionModel()->selectedRows();
-    std::vector<int> rows(static_cast<std::size_t>(selected.size()));
-    std::transform(selected.begin(), selected.end(), rows.begin(),
-                   [](const QModelIndex& index) { return index.row(); });
-    std::sort(rows.begin(), rows.end());
-    std::vector<std::string> paths(rows.size());
-    std::transform(rows.begin(), rows.end(), paths.begin(), [this](int row) { return model_->path(row); });
-    return paths;
-}
-
-std::vector<std::string> OpenPanelDialog::selectedNames() const
-{
-    std::vector<std::string> names = selectedPaths();
-    for (std::string& name : names)
-        name = path::lastPathComponent(name);
-    return names;
-}
 
 std::vector<std::string> OpenPanelDialog::chosenPaths() const
 {
     if (typed_)
         return { *typed_ };
-    return selectedPaths();
+    return table_->selectedPaths();
 }
 
-bool OpenPanelDialog::canChoose(const std::string& path) const
-{
-    const std::string target = panel_.resolvesAliases() ? resolvingAliases(path) : path;
-    const bool isFile = !isDirectory(target) || isPackageName(path::lastPathComponent(target));
-    return isFile ? panel_.canChooseFiles() : panel_.canChooseDirectories();
-}
-
-std::optional<std::string> OpenPanelDialog::directoryToEnter(const std::string& path) const
-{
-    if (isDirectory(path))
-        return isPackageName(path::lastPathComponent(path)) ? std::nullopt : std::optional(path);
-    const std::string target = panel_.resolvesAliases() ? resolvingAliases(path) : path;
-    return target != path && isDirectory(target) ? directoryToEnter(target) : std::nullopt;
-}
-
-void OpenPanelDialog::choiceHasChanged()
+void OpenPanelDialog::selectionHasChanged()
 {
     if (isTyping_)
         return;
     typed_.reset();
     note_->clear();
-    path_->setText(typedText(model_->directory()));
+    path_->setDirectory(model_->directory());
     confirm_->setEnabled(table_->selectionModel()->hasSelection());
 }
 
-void OpenPanelDialog::pathWasEdited(const QString& text)
+void OpenPanelDialog::pathWasEdited()
 {
-    const QString begun = text.left(text.lastIndexOf(QChar('/')) + 1) + (text.contains("/.") ? "." : "");
-    if (continued_ != begun) {
-        continued_ = begun;
-        continuations_->setStringList(typedContinuations(text, model_->directory()));
-    }
     note_->clear();
     isTyping_ = true;
     table_->clearSelection();
     isTyping_ = false;
-    const std::string path = typedPath(text, model_->directory());
-    const bool isThere = !text.isEmpty() && path != model_->directory() && files().fileExists(path);
+    const std::string path = path_->path();
+    const bool isThere = !path_->text().isEmpty() && path != model_->directory() && files().fileExists(path);
     typed_ = isThere ? std::optional(path) : std::nullopt;
-    confirm_->setEnabled(typed_ && canChoose(*typed_));
-}
-
-void OpenPanelDialog::continueTyping()
-{
-    const QString typed = path_->text();
-    std::optional<QString> common;
-    for (const QString& text : continuations_->stringList()) {
-        if (!text.startsWith(typed, Qt::CaseInsensitive))
-            continue;
-        qsizetype length = typed.size();
-        while (common && length < std::min(common->size(), text.size()) && (*common)[length] == text[length])
-            ++length;
-        common = common ? common->left(length) : text;
-    }
-    if (!common)
-        return;
-    path_->setText(*common);
-    pathWasEdited(*common);
-    path_->completer()->setCompletionPrefix(*common);
-    path_->completer()->complete();
+    confirm_->setEnabled(typed_ && panel_.canChoose(*typed_));
 }
 
 void OpenPanelDialog::openSelection()
 {
-    const std::vector<std::string> paths = selectedPaths();
-    const auto directory = paths.size() == 1 ? directoryToEnter(paths.front()) : std::nullopt;
+    const std::vector<std::string> paths = table_->selectedPaths();
+    const auto directory = paths.size() == 1 ? panel_.directoryToEnter(paths.front()) : std::nullopt;
     if (directory)
         enter(*directory);
     else
@@ -425,14 +283,14 @@ void OpenPanelDialog::openSelection()
 void OpenPanelDialog::openTypedPath()
 {
     const QString text = path_->text();
-    const std::string path = typedPath(text, model_->directory());
+    const std::string path = path_->path();
     if (!files().fileExists(path)) {
         note_->setText(QStringLiteral("There is no “%1”").arg(text));
         return;
     }
     // With a slash behind it, a package's name means its inside.
-    const bool isInsideMeant = text.endsWith(QChar('/')) && isDirectory(path);
-    if (const auto directory = isInsideMeant ? std::optional(path) : directoryToEnter(path)) {
+    const bool isInsideMeant = text.endsWith(QChar('/')) && files().isDirectory(path);
+    if (const auto directory = isInsideMeant ? std::optional(path) : panel_.directoryToEnter(path)) {
         enter(*directory);
         path_->setModified(false);
         path_->end(false);
@@ -445,11 +303,11 @@ void OpenPanelDialog::confirm(const std::vector<std::string>& paths)
 {
     std::vector<URL> urls;
     for (const std::string& path : paths) {
-        if (canChoose(path))
-            urls.push_back(URL::fileURLWithPath(panel_.resolvesAliases() ? resolvingAliases(path) : path));
+        if (panel_.canChoose(path))
+            urls.push_back(panel_.urlOfChoice(path));
     }
     // Where directories can't be chosen, the confirm button opens them.
-    const auto directory = urls.empty() && paths.size() == 1 ? directoryToEnter(paths.front()) : std::nullopt;
+    const auto directory = urls.empty() && paths.size() == 1 ? panel_.directoryToEnter(paths.front()) : std::nullopt;
     if (directory)
         return enter(*directory);
     if (urls.empty())
@@ -458,51 +316,12 @@ void OpenPanelDialog::confirm(const std::vector<std::string>& paths)
     accept();
 }
 
-// Keys that the table or the path field would not hand on, or only together with the default button's
-
 bool OpenPanelDialog::eventFilter(QObject* watched, QEvent* event)
 {
+    // The panel goes with its window.
     if (watched == parentWidget() && event->type() == QEvent::Hide && !event->spontaneous())
         reject();
-    if (event->type() != QEvent::KeyPress)
-        return false;
-    auto& key = static_cast<QKeyEvent&>(*event);
-    if (watched == table_)
-        return handleKeyOfTable(key);
-    if (watched == path_->completer()->popup() && key.key() == Qt::Key_Tab) {
-        continueTyping();
-        return true;
-    }
-    const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-    if (watched == path_ && isReturn && !key.modifiers().testFlag(Qt::ControlModifier)) {
-        openTypedPath();
-        return true;
-    }
     return false;
-}
-
-bool OpenPanelDialog::handleKeyOfTable(QKeyEvent& event)
-{
-    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        openSelection();
-        return true;
-    case Qt::Key_Backspace:
-        goUp();
-        return true;
-    case Qt::Key_Slash:
-    case Qt::Key_AsciiTilde:
-        path_->setFocus();
-        path_->setText(event.text());
-        pathWasEdited(path_->text());
-        path_->completer()->complete();
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace quillbox

@@ -1,26 +1,26 @@
 #pragma once
 
 #include "NSOpenPanel.h"
+#include "Places.h"
 
 #include <QDialog>
+#include <QStyle>
 
 #include <optional>
 #include <string>
 #include <vector>
 
-class QKeyEvent;
 class QLabel;
-class QLineEdit;
 class QPushButton;
-class QStringListModel;
 class QToolButton;
-class QTreeView;
 class QVBoxLayout;
 
 namespace quillbox {
 
 class DirectoryModel;
+class FilesTable;
 class OpenPanelPlaces;
+class PathField;
 
 // The open panel as people know it from their desktop: places, a path that can be typed, a table of one directory.
 // Unlike the toolkit's own, one panel gives files and directories together: Return and a double click enter a
@@ -30,7 +30,7 @@ class OpenPanelPlaces;
 class OpenPanelDialog final : public QDialog {
 public:
     // `panel` must outlive the dialog.
-    OpenPanelDialog(const NSOpenPanel& panel, QWidget* parent);
+    OpenPanelDialog(const NSOpenPanel& panel, const std::vector<Place>& places, QWidget* parent);
 
     // Once it was accepted: what was chosen, in the order shown.
     const std::vector<URL>& urls() const { return urls_; }
@@ -42,7 +42,9 @@ protected:
 
 private:
     void makeTop(QVBoxLayout* down);
-    void makeMiddle(QVBoxLayout* down);
+    QToolButton* makeButton(const char* iconName, QStyle::StandardPixmap icon, const char* name,
+                            void (OpenPanelDialog::*action)());
+    void makeMiddle(QVBoxLayout* down, const std::vector<Place>& places);
     void makeButtons(QVBoxLayout* down);
     void makeShortcuts();
 
@@ -55,23 +57,13 @@ private:
     void reload();
     void select(const std::vector<std::string>& names);
 
-    // In the order shown.
-    std::vector<std::string> selectedPaths() const;
-    std::vector<std::string> selectedNames() const;
     std::vector<std::string> chosenPaths() const;
-    bool canChoose(const std::string& path) const;
-    // The directory that opening this path shows; none for files and packages.
-    std::optional<std::string> directoryToEnter(const std::string& path) const;
-
-    void pathWasEdited(const QString& text);
-    // Tab: types what all continuations have in common.
-    void continueTyping();
-    // Return, or a double click.
+    void selectionHasChanged();
+    void pathWasEdited();
+    // By Return or a double click.
     void openSelection();
     void openTypedPath();
     void confirm(const std::vector<std::string>& paths);
-    void choiceHasChanged();
-    bool handleKeyOfTable(QKeyEvent& event);
 
     const NSOpenPanel& panel_;
     std::vector<URL> urls_;
@@ -81,14 +73,9 @@ private:
     bool isTyping_ = false;
 
     DirectoryModel* model_ = nullptr;
-    QStringListModel* continuations_ = nullptr;
-    // The part of the typed text that the continuations are of.
-    std::optional<QString> continued_;
     OpenPanelPlaces* places_ = nullptr;
-    QTreeView* table_ = nullptr;
-    QLineEdit* path_ = nullptr;
-    // In place of the table's rows where there are none.
-    QLabel* emptyNote_ = nullptr;
+    FilesTable* table_ = nullptr;
+    PathField* path_ = nullptr;
     QLabel* note_ = nullptr;
     QPushButton* confirm_ = nullptr;
     QToolButton* backButton_ = nullptr;

@@ -1,13 +1,9 @@
 #include "OpenPanelPlaces.h"
 
-#include "FileManager.h"
 #include "ImageRenderer.h"
-#include "Installed.h"
 #include "MenuText.h"
-#include "MountTable.h"
 #include "NSWorkspace.h"
 #include "Unicode.h"
-#include "VolumeNames.h"
 
 #include <QFontMetrics>
 #include <QIcon>
@@ -21,67 +17,50 @@ namespace {
     constexpr int kCharactersWide = 18;
     constexpr int kPathRole = Qt::UserRole;
 
-    QString shownName(const std::string& path)
-    {
-        return shownOnOneLine(unicode::displayText(path::lastPathComponent(path)));
-    }
-
     QByteArray bytes(const std::string& path)
     {
         return QByteArray(path.data(), static_cast<qsizetype>(path.size()));
     }
 
+    std::string pathOf(const QListWidgetItem& item)
+    {
+        return item.data(kPathRole).toByteArray().toStdString();
+    }
+
+    // Of the desktop's icon theme; empty for a place that has the icon of its directory.
+    QString iconNameOf(Place::Kind kind)
+    {
+        switch (kind) {
+        case Place::Kind::fileSystem:
+            return QStringLiteral("drive-harddisk");
+        case Place::Kind::volume:
+            return QStringLiteral("drive-removable-media");
+        default:
+            return {};
+        }
+    }
+
 } // namespace
 
-OpenPanelPlaces::OpenPanelPlaces(QWidget* parent, std::function<void(const std::string&)> open)
-    : QListWidget(parent),
-      open_(std::move(open))
+OpenPanelPlaces::OpenPanelPlaces(const std::vector<Place>& places, QWidget* parent) : QListWidget(parent)
 {
     setAccessibleName(QStringLiteral("Places"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideMiddle);
     setIconSize({ kIconSide, kIconSide });
-    FileManager& files = FileManager::defaultManager();
-    const std::string home = files.homeDirectoryForCurrentUser().path();
-    add(QStringLiteral("Home"), home);
-    std::vector<std::string> paths;
-    for (const auto directory : { SearchPathDirectory::desktopDirectory, SearchPathDirectory::documentDirectory,
-                                  SearchPathDirectory::downloadsDirectory, SearchPathDirectory::musicDirectory,
-                                  SearchPathDirectory::picturesDirectory, SearchPathDirectory::moviesDirectory }) {
-        for (const URL& url : files.urls(directory, SearchPathDomainMask::userDomainMask))
-            paths.push_back(url.path());
-    }
-    for (const std::string& path : paths) {
-        if (path != home && files.fileExists(path))
-            add(shownName(path), path);
-    }
-    add(QStringLiteral("File System"), "/", QStringLiteral("drive-harddisk"));
-    addVolumes();
-    // A place that is shown already is opened again, too: the person may have left it empty-handed.
-    connect(this, &QListWidget::itemClicked, this,
-            [this](QListWidgetItem* item) { open_(item->data(kPathRole).toByteArray().toStdString()); });
+    for (const Place& place : places)
+        add(place);
+    connect(this, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) { onOpen(pathOf(*item)); });
 }
 
-void OpenPanelPlaces::addVolumes()
+void OpenPanelPlaces::add(const Place& place)
 {
-    VolumeNames* names = Installed<VolumeNames>::current();
-    for (const MountTable::Mount& mount : MountTable::current().mounts()) {
-        if (!mount.isPersons())
-            continue;
-        const auto name = names ? names->localizedName(mount.mountPoint) : std::nullopt;
-        add(name ? shownOnOneLine(unicode::displayText(*name)) : shownName(mount.mountPoint), mount.mountPoint,
-            QStringLiteral("drive-removable-media"));
-    }
-}
-
-void OpenPanelPlaces::add(const QString& title, const std::string& path, const QString& iconName)
-{
-    auto* item = new QListWidgetItem(title, this);
-    item->setData(kPathRole, bytes(path));
-    item->setToolTip(toolTipMarkup(shownOnOneLine(unicode::displayText(path))));
-    QIcon icon = iconName.isEmpty() ? QIcon() : QIcon::fromTheme(iconName);
+    auto* item = new QListWidgetItem(shownOnOneLine(place.title), this);
+    item->setData(kPathRole, bytes(place.path));
+    item->setToolTip(toolTipMarkup(shownOnOneLine(unicode::displayText(place.path))));
+    QIcon icon = QIcon::fromTheme(iconNameOf(place.kind));
     if (icon.isNull()) {
-        NSImage image = NSWorkspace::sharedWorkspace().icon(path, NSWorkspace::EntryKind::directory);
+        NSImage image = NSWorkspace::sharedWorkspace().icon(place.path, NSWorkspace::EntryKind::directory);
         image.setSize({ kIconSide, kIconSide });
         icon = ImageRenderer::pixmap(image, devicePixelRatioF(), palette().color(QPalette::Text));
     }
@@ -111,7 +90,7 @@ void OpenPanelPlaces::keyPressEvent(QKeyEvent* event)
     if (isReturn && event->modifiers().testFlag(Qt::ControlModifier))
         return event->ignore();
     if (isReturn && currentItem())
-        return open_(currentItem()->data(kPathRole).toByteArray().toStdString());
+        return onOpen(pathOf(*currentItem()));
     QListWidget::keyPressEvent(event);
 }
 

@@ -1,18 +1,23 @@
 #pragma once
 
+#include "Places.h"
+
 #include <QListWidget>
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quillbox {
 
-// The list at the open panel's side: the person's own directories, the root, and the volumes that are mounted where
-// people's volumes are. Filled once, when it is made.
+// The list at the open panel's side, with the places that it is given when it is made. A click on a place, or Return,
+// opens it, also where it is shown already: the person may have left it for another directory and come back.
 class OpenPanelPlaces final : public QListWidget {
 public:
-    // `open` is called with the path of a place that was clicked or chosen with Return.
-    OpenPanelPlaces(QWidget* parent, std::function<void(const std::string&)> open);
+    OpenPanelPlaces(const std::vector<Place>& places, QWidget* parent);
+
+    // Called with the path of a place that the person opens.
+    std::function<void(const std::string& path)> onOpen;
 
     // Marks the place that is this directory, or none.
     void setShown(const std::string& directory);
@@ -23,10 +28,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void add(const QString& title, const std::string& path, const QString& iconName = {});
-    void addVolumes();
-
-    std::function<void(const std::string&)> open_;
+    void add(const Place& place);
 };
 
 } // namespace quillbox

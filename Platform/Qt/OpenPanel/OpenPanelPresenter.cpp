@@ -1,5 +1,6 @@
 #include "OpenPanelPresenter.h"
 
+#include "Installed.h"
 #include "OpenPanelDialog.h"
 #include "SheetShield.h"
 
@@ -32,7 +33,8 @@ namespace {
 void OpenPanelPresenter::begin(std::shared_ptr<NSOpenPanel> panel, QWidget* parentWindow,
                                std::function<void(int response)> completion)
 {
-    auto* dialog = new OpenPanelDialog(*panel, parentWindow);
+    Places* const places = Installed<Places>::current();
+    auto* dialog = new OpenPanelDialog(*panel, places ? places->places() : std::vector<Place>(), parentWindow);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     const auto answer = std::make_shared<Answer>(Answer { std::move(panel), std::move(completion) });
     const QPointer<SheetShield> shield = parentWindow ? new SheetShield(*parentWindow, *dialog) : nullptr;

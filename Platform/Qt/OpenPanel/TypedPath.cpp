@@ -25,7 +25,7 @@ namespace {
         return listing ? std::optional(std::move(*listing)) : std::nullopt;
     }
 
-    // The bytes of the typed name of an entry of `parent`.
+    // The bytes that a typed name stands for, where it is the name of an entry of `parent`.
     std::string typedName(const QString& shown, const std::string& parent)
     {
         std::string plain = shown.toStdString();
@@ -56,7 +56,8 @@ std::string typedPath(const QString& text, const std::string& directory)
 {
     std::string path = "/";
     QStringList names = text.split(kSlash, Qt::SkipEmptyParts);
-    // What of `directory` the names have followed so far; none once they have left it.
+    // The end of `directory` that follows the part of it which the names have named so far; none once they name
+    // something else.
     std::optional<std::string> rest = directory;
     if (!text.startsWith(kSlash)) {
         const bool isInHome = !names.isEmpty() && names.front() == QStringLiteral("~");
@@ -69,7 +70,7 @@ std::string typedPath(const QString& text, const std::string& directory)
         if (name == QStringLiteral("."))
             continue;
         if (name == QStringLiteral("..")) {
-            // The kernel's meaning: above the directory that a link leads to.
+            // As for the kernel, this is what is above the directory that a link leads to.
             const Result<std::string> canonical = canonicalPath(path);
             path = path::deletingLastPathComponent(canonical ? *canonical : path);
             rest.reset();
