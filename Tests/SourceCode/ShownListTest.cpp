@@ -97,7 +97,10 @@ namespace {
                     table.reloadData();
                 } else {
                     const int row = pick(count);
-                    table.tentativeMenuItems[static_cast<std::size_t>(row)]->displayString += "!";
+                    // A copy is renamed: after Reset these are the items of the default list, which every test shares.
+                    auto& item = table.tentativeMenuItems[static_cast<std::size_t>(row)];
+                    item = std::make_shared<MainMenuItem>(*item);
+                    item->displayString += "!";
                     table.reloadData(row);
                 }
                 ASSERT_EQ(fault(user), "") << "seed " << seed << ", step " << step << ", action " << action;
