@@ -5,9 +5,9 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-from desktop_menus import PopupMenu, ShellMenu
-from gnome_desktop import GnomeDesktop
-from x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession
+from .gnome_session import GnomeSession
+from .menus import PopupMenu, ShellMenu
+from .x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession
 
 # What the walk itself needs; a fresh Debian has none of it.
 TOOLS = ["dbus", "xvfb", "xdotool", "x11-utils", "imagemagick", "libglib2.0-bin", "python3", "python3-gi",
@@ -34,7 +34,7 @@ class RealDesktop:
         """The system below: this machine's where it is that Debian, else a fresh one, which is made here if need be."""
         if f'VERSION_ID="{self.debian}"' in Path("/etc/os-release").read_text():
             return "/"
-        scripts = Path(__file__).resolve().parent
+        scripts = Path(__file__).resolve().parents[1]
         base = Path(os.environ.get("QUILLBOX_ROOTS") or scripts.parent / "build/roots") / f"base-{self.debian}"
         if not base.exists():
             subprocess.run([scripts / "fresh_root", str(self.debian), "true"], check=True, stdin=subprocess.DEVNULL)
@@ -45,12 +45,12 @@ DESKTOPS = {
     "gnome43": RealDesktop(
         "GNOME 43", 12, ["gnome-shell", "gnome-shell-extension-appindicator", "nautilus", "xwayland",
                          "xdg-desktop-portal-gnome", "python3-dbusmock", *TOOLS],
-        GnomeDesktop, ShellMenu,
+        GnomeSession, ShellMenu,
         as_root=("setsid /usr/bin/python3 -m dbusmock --system --template logind >/run/logind.log 2>&1 &",)),
     "gnome48": RealDesktop(
         "GNOME 48", 13, ["gnome-shell", "gnome-shell-extension-appindicator", "nautilus", "xwayland",
                          "gnome-shell-extension-prefs", *TOOLS, *LIBRARIES],
-        GnomeDesktop, ShellMenu),
+        GnomeSession, ShellMenu),
     "mate": RealDesktop(
         "MATE 1.26", 12, ["mate-panel", "marco", "mate-session-manager", "mate-settings-daemon", "mate-desktop", "caja",
                           *TOOLS],

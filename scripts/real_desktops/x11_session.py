@@ -4,8 +4,9 @@ import os
 import re
 import signal
 
-from real_session import RealSession
 from virtual_desktop import DesktopError, wait_for
+
+from .session import RealSession
 
 
 class X11Session(RealSession):

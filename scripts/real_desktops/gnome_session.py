@@ -6,8 +6,9 @@ import time
 from dataclasses import dataclass, field
 
 from running_quillbox import Row
-from real_session import RealSession
 from virtual_desktop import DesktopError, wait_for
+
+from .session import RealSession
 
 # From version 45 the shell's modules are loaded another way, and only later than asked for.
 SET_UP = """
@@ -90,7 +91,7 @@ class ShellRow(Row):
         return self.top <= self.middle[1] < self.bottom
 
 
-class GnomeDesktop(RealSession):
+class GnomeSession(RealSession):
     """A Wayland session of GNOME's shell with its AppIndicator extension, on a screen that is not there."""
 
     file_manager = ("nautilus", "--new-window")
