@@ -62,8 +62,7 @@ TEST(DesktopAppearance, FollowsThePortalFromTheStartAndLater)
     {
         FakePortal portal({ { "color-scheme", 1U } });
         const DesktopAppearance appearance;
-        MenuWorld world;
-        world.contents["top"] = [&] { return world.files({ "row" }); };
+        MenuWorld world { { { "top", "row" } } };
         ASSERT_TRUE(world.open());
         EXPECT_TRUE(waitUntil([] { return isDark(QApplication::palette()); }));
         // The open menu as well.

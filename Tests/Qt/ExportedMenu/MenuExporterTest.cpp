@@ -21,13 +21,6 @@ class MenuExporterTest : public testing::Test {
 protected:
     MenuExporterTest()
     {
-        world.contents["top"] = [this] {
-            return MenuWorld::Rows { world.file("my_note"), NSMenuItem::separatorItem(), world.directory("Papers"),
-                                     world.heading("Places") };
-        };
-        world.contents["Papers"] = [this] { return MenuWorld::Rows { world.file("a"), world.directory("Letters") }; };
-        world.contents["Letters"] = [this] { return world.files({ "dear" }); };
-        world.contents["Places"] = [this] { return world.files({ "home", "root" }); };
         exporter.fill();
         world.log.clear();
     }
@@ -48,7 +41,10 @@ protected:
     }
 
     PrivateBus bus;
-    MenuWorld world;
+    MenuWorld world { { { "top", "my_note, -, Papers/, Places//" },
+                        { "Papers", "a, Letters/" },
+                        { "Letters", "dear" },
+                        { "Places", "home, root" } } };
     SessionBus itemBus;
     MenuExporter exporter { itemBus.connection(), kPath, world.top, nullptr };
     MenuHost host { itemBus.connection().baseService(), kPath };
@@ -175,9 +171,9 @@ TEST_F(MenuExporterTest, AClickOnAKeptRowActsOnTheSameRowOrNotAtAll)
               "close Letters, close Papers, close top, chose dear with 0 popups\n");
     const std::string nothing = "clicked dear: update top, open top, update Papers, open Papers, update Letters, "
                                 "open Letters, close Letters, close Papers, close top\n";
-    world.contents["Letters"] = [this] { return world.files({ "other" }); };
+    world.contents["Letters"] = "other";
     EXPECT_EQ(run(click), nothing);
-    world.contents["Letters"] = [this] { return MenuWorld::Rows { world.directory("dear") }; };
+    world.contents["Letters"] = "dear/";
     EXPECT_EQ(run(click), nothing);
 }
 
@@ -186,8 +182,8 @@ TEST_F(MenuExporterTest, IdsFromBeforeARebuildAreUnknownAndNeverUsedAgain)
     run("get top\nabout Papers\nget Papers\nabout Letters\nget Letters");
     const int letters = host.id("Letters");
     const int dear = host.id("dear");
-    world.contents["top"] = [this] { return MenuWorld::Rows { world.directory("New"), world.directory("Papers") }; };
-    world.contents["Papers"] = [this] { return world.files({ "a", "dear" }); };
+    world.contents["top"] = "New/, Papers/";
+    world.contents["Papers"] = "a, dear";
     EXPECT_EQ(run("about top\nget top\nabout Papers\nget Papers"),
               "about top: true; r4 below 0; close Letters, close Papers, close top, update top, open top\n"
               "get top: 12 New, 3 Papers r4\n"
@@ -213,8 +209,8 @@ TEST_F(MenuExporterTest, AGroupOfLevelsIsAnnouncedOnce)
 
 TEST_F(MenuExporterTest, AskingForTheWholeTreeListsNothing)
 {
-    world.contents["Papers"] = [this] { return world.numbered("entry", 50'000); };
-    world.contents["top"] = [this] { return MenuWorld::Rows { world.directory("Papers"), world.directory("Places") }; };
+    world.contents["Papers"] = "entry*50000";
+    world.contents["top"] = "Papers/, Places/";
     EXPECT_EQ(run("about top"), "about top: true; r2 below 0; update top, open top\n");
     EXPECT_EQ(host.layout(0, -1), "3 Papers, 5 Places");
     EXPECT_EQ(world.takeLog(), "");
@@ -226,7 +222,7 @@ TEST_F(MenuExporterTest, AskingForTheWholeTreeListsNothing)
 
 TEST_F(MenuExporterTest, ALongLevelGoesOnWithoutAnotherOpening)
 {
-    world.contents["Places"] = [this] { return world.numbered("n", 650); };
+    world.contents["Places"] = "n*650";
     run("get top\nabout Places");
     const QString dash = QString::fromUtf8(" \u2013 ");
     const QString last = QStringLiteral("More (n600") + dash + "n649)";
@@ -245,7 +241,7 @@ TEST_F(MenuExporterTest, ALongLevelGoesOnWithoutAnotherOpening)
 // More than what as many rows as a level has can go on with.
 TEST_F(MenuExporterTest, EveryEntryOfAHugeDirectoryIsThreeLevelsAway)
 {
-    world.contents["Places"] = [this] { return world.numbered("n", 50'000); };
+    world.contents["Places"] = "n*50000";
     run("get top\nabout Places");
     host.layout(host.id("Places"), 1);
     run("about More (10000)");
@@ -285,7 +281,7 @@ TEST_F(MenuExporterTest, GnomesShellGetsPlaceholdersAndChildrenDisplayAsAPropert
 // The shell would leave a long level no room between the rows of those above it.
 TEST_F(MenuExporterTest, GnomesShellHidesWhatLiesBesideALongLevelWhileItIsOpen)
 {
-    world.contents["Papers"] = [this] { return world.numbered("n", 100); };
+    world.contents["Papers"] = "n*100";
     host.layout(0, -1, { "type", "children-display" });
     host.layout(0, 1);
     MenuHost another(itemBus.connection().baseService(), kPath);
@@ -358,9 +354,9 @@ TEST_F(MenuExporterTest, AnActionMayBringTheHostBack)
 
 TEST_F(MenuExporterTest, TheShortMenuStandsInForAnEmptyOne)
 {
-    world.contents["top"] = [] { return MenuWorld::Rows {}; };
+    world.contents["top"] = "";
     const auto shortMenu = std::make_shared<NSMenu>("short");
-    shortMenu->setItemArray(world.files({ "Quit" }));
+    shortMenu->setItemArray(world.rows("Quit"));
     const MenuExporter other(itemBus.connection(), "/Other", world.top, shortMenu);
     MenuHost otherHost(itemBus.connection().baseService(), "/Other");
     const auto log = [this] { return world.takeLog(); };

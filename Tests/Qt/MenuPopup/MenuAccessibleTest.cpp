@@ -43,15 +43,6 @@ std::string takeHeard()
 
 class MenuAccessibleTest : public testing::Test {
 protected:
-    MenuAccessibleTest()
-    {
-        world.contents["top"] = [this] {
-            return MenuWorld::Rows { world.file("alpha"), world.directory("Papers"), world.heading("Recent"),
-                                     std::make_shared<NSMenuItem>("off") };
-        };
-        world.contents["Papers"] = [this] { return world.files({ "one", "two" }); };
-        world.contents["Recent"] = [this] { return world.numbered("r", 50'000); };
-    }
     ~MenuAccessibleTest() override
     {
         world.presenter.close();
@@ -69,7 +60,10 @@ protected:
         QCoreApplication::sendPostedEvents();
     }
 
-    MenuWorld world { AssistiveTechnology { [] { return true; }, hear } };
+    MenuWorld world {
+        { { "top", "alpha, Papers/, Recent//, (off)" }, { "Papers", "one, two" }, { "Recent", "r*50000" } },
+        { [] { return true; }, hear }
+    };
 };
 
 TEST_F(MenuAccessibleTest, TellsWhatHappensInTheOrderAScreenReaderNeeds)
@@ -90,8 +84,7 @@ TEST_F(MenuAccessibleTest, TellsWhatHappensInTheOrderAScreenReaderNeeds)
     expect("");
     User::moveTo("alpha");
     expect("focus alpha");
-    User::moveTo("Papers");
-    world.rest();
+    world.hover("Papers");
     expect("focus Papers, expanded Papers, start Papers");
     User::click("two");
     expect("focus two, end Papers, end top");
@@ -99,8 +92,7 @@ TEST_F(MenuAccessibleTest, TellsWhatHappensInTheOrderAScreenReaderNeeds)
 
 TEST(MenuAccessibleSilence, NothingIsMadeWhileNobodyListens)
 {
-    MenuWorld world { AssistiveTechnology { [] { return false; }, hear } };
-    world.contents["top"] = [&] { return world.numbered("f", 3); };
+    MenuWorld world { { { "top", "f*3" } }, { [] { return false; }, hear } };
     // Ids are given in turn.
     const auto nextId = [] {
         QWidget widget;

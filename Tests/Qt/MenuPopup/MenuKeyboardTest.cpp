@@ -15,25 +15,15 @@ class MenuByKeyboard : public testing::Test {
 protected:
     MenuByKeyboard()
     {
-        world.contents["top"] = [this] {
-            return MenuWorld::Rows { std::make_shared<NSMenuItem>("title"),
-                                     world.file("alpha"),
-                                     NSMenuItem::separatorItem(),
-                                     world.directory("Papers"),
-                                     world.heading("Recent"),
-                                     std::make_shared<NSMenuItem>("end") };
-        };
-        world.contents["Papers"] = [this] {
-            return MenuWorld::Rows { std::make_shared<NSMenuItem>("title"), world.file("one"), world.directory("two") };
-        };
-        world.contents["Recent"] = [this] { return world.numbered("r", 500); };
-        world.contents["two"] = [] { return MenuWorld::Rows { std::make_shared<NSMenuItem>("Empty Directory") }; };
         EXPECT_TRUE(world.open());
         world.takeLog();
     }
     ~MenuByKeyboard() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
 
-    MenuWorld world;
+    MenuWorld world { { { "top", "(title), alpha, -, Papers/, Recent//, (end)" },
+                        { "Papers", "(title), one, two/" },
+                        { "Recent", "r*500" },
+                        { "two", "(Empty Directory)" } } };
 };
 
 TEST_F(MenuByKeyboard, Walks)
@@ -74,8 +64,7 @@ TEST_F(MenuByKeyboard, RightToLeftSwapsTheSides)
 
 TEST_F(MenuByKeyboard, TheKeysGoOnFromWhereThePointerIs)
 {
-    User::moveTo("Papers");
-    world.rest();
+    world.hover("Papers");
     EXPECT_EQ(User::selected(), "Papers/-");
     User::key(Qt::Key_Right);
     EXPECT_EQ(User::selected(), "Papers/one");
@@ -88,12 +77,7 @@ TEST_F(MenuByKeyboard, TheKeysGoOnFromWhereThePointerIs)
 
 TEST(MenuTyping, FindsRowsByTheirBeginning)
 {
-    MenuWorld world;
-    world.contents["top"] = [&] {
-        MenuWorld::Rows rows = world.files({ "Music", "Maps", "new notes", "News", "my file", "Élan" });
-        rows.insert(rows.begin(), std::make_shared<NSMenuItem>("missing"));
-        return rows;
-    };
+    MenuWorld world { { { "top", "(missing), Music, Maps, new notes, News, my file, Élan" } } };
     world.open();
     const struct {
         const char* typed;

@@ -8,32 +8,24 @@ namespace {
 
 using User = PopupUser;
 
-// A top level of: alpha, a directory "Papers" (one, two, three), a directory "Photos" (p0 to p29),
-// a heading "Recent" (a row), a separator and a disabled row.
 class MenuByPointer : public testing::Test {
 protected:
     MenuByPointer()
     {
-        world.contents["top"] = [this] {
-            return MenuWorld::Rows { world.file("alpha"),         world.directory("Papers"),
-                                     world.directory("Photos"),   world.heading("Recent"),
-                                     NSMenuItem::separatorItem(), std::make_shared<NSMenuItem>("disabled") };
-        };
-        world.contents["Papers"] = [this] { return world.files({ "one", "two", "three" }); };
-        world.contents["Photos"] = [this] { return world.numbered("p", 30); };
-        world.contents["Recent"] = [this] { return world.files({ "latest" }); };
         EXPECT_TRUE(world.open());
         EXPECT_EQ(world.takeLog(), "update top, open top");
     }
 
     void hoverPapers()
     {
-        User::moveTo("Papers");
-        world.rest();
+        world.hover("Papers");
         ASSERT_EQ(world.takeLog(), "update Papers, open Papers");
     }
 
-    MenuWorld world;
+    MenuWorld world { { { "top", "alpha, Papers/, Photos/, Recent//, -, (disabled)" },
+                        { "Papers", "one, two, three" },
+                        { "Photos", "p*30" },
+                        { "Recent", "latest" } } };
 };
 
 TEST_F(MenuByPointer, ASubmenuOpensAfterAPauseOnItsRow)

@@ -5,13 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QPixmap>
 #include <QProxyStyle>
 #include <QScreen>
 #include <QStyleFactory>
 #include <QStyleOptionMenuItem>
 #include <QToolTip>
 #include <QWindow>
+
+#include <utility>
 
 using namespace quillbox;
 
@@ -24,12 +25,10 @@ TEST(MenuPopup, AHugeListTouchesOnlyTheRowsInSight)
     ImageRenderer::dropAll();
     CountedSource::asked = 0;
     const int& asked = CountedSource::asked;
-    MenuWorld world;
-    world.contents["top"] = [&] {
-        MenuWorld::Rows rows = world.numbered("file", 100'000);
-        for (const auto& row : rows)
+    MenuWorld world { { { "top", "file*100000" } } };
+    world.afterUpdate = [](NSMenu& menu) {
+        for (const auto& row : menu.itemArray())
             row->setImage(NSImage(std::make_shared<CountedSource>(), { 16, 16 }));
-        return rows;
     };
     ASSERT_TRUE(world.open());
     MenuPopup& popup = *User::popups()[0];
@@ -50,13 +49,9 @@ TEST(MenuPopup, AHugeListTouchesOnlyTheRowsInSight)
 
 TEST(MenuPopup, LongTitlesAreCutAndTheirTipsSayThemWhole)
 {
-    MenuWorld world;
     const std::string longTitle = std::string(300, 'w') + "<b>end</b>";
-    world.contents["top"] = [&] {
-        MenuWorld::Rows rows = world.files({ longTitle, "with path", "plain" });
-        rows[1]->setToolTip("/home/<i>a</i>/b");
-        return rows;
-    };
+    MenuWorld world { { { "top", longTitle + ", with path, plain" } } };
+    world.afterUpdate = [](NSMenu& menu) { menu.itemArray()[1]->setToolTip("/home/<i>a</i>/b"); };
     world.open();
     MenuPopup& popup = *User::popups()[0];
     EXPECT_LE(popup.width(), popup.screen()->availableGeometry().width() * 2 / 5);
@@ -65,82 +60,19 @@ TEST(MenuPopup, LongTitlesAreCutAndTheirTipsSayThemWhole)
     world.rest();
     EXPECT_TRUE(QToolTip::isVisible());
     EXPECT_TRUE(QToolTip::text().contains("&lt;i&gt;a")) << QToolTip::text().toStdString();
-    User::moveTo("plain");
-    world.rest();
-    User::moveTo(longTitle);
-    world.rest();
+    world.hover("plain");
+    world.hover(longTitle);
     EXPECT_TRUE(QToolTip::text().contains("&lt;b&gt;end")) << QToolTip::text().toStdString();
-}
-
-// Draws as usual and writes down the titles, those of highlighted rows with a star.
-class NotingStyle final : public QProxyStyle {
-public:
-    explicit NotingStyle(QStringList& titles) : QProxyStyle(QStyleFactory::create("Fusion")), titles_(titles) { }
-    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
-                     const QWidget* widget) const override
-    {
-        if (const auto* row = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
-            titles_.append(row->text + (row->state & State_Selected ? "*" : ""));
-        QProxyStyle::drawControl(element, option, painter, widget);
-    }
-
-private:
-    QStringList& titles_;
-};
-
-// What is drawn while it lives.
-class Drawn {
-public:
-    Drawn() { QApplication::setStyle(new NotingStyle(titles_)); }
-    ~Drawn() { QApplication::setStyle(QStyleFactory::create("Fusion")); }
-    QStringList by(MenuPopup& popup)
-    {
-        titles_.clear();
-        popup.grab();
-        return titles_;
-    }
-
-private:
-    QStringList titles_;
-};
-
-TEST(MenuPopup, ATitleThatHasRoomIsNotCut)
-{
-    Drawn drawn;
-    const QFont former = QApplication::font("QMenu");
-    for (const char* title : { "Quillbox Preferences...", "System Settings", "Applications", "Illiterate file.txt" })
-        for (double size = 7; size < 16; size += 0.7)
-            for (const auto hinting : { QFont::PreferNoHinting, QFont::PreferFullHinting }) {
-                QFont font = former;
-                font.setPointSizeF(size);
-                font.setHintingPreference(hinting);
-                QApplication::setFont(font, "QMenu");
-                MenuWorld world;
-                world.contents["top"] = [&] { return world.files({ title, "one" }); };
-                world.open();
-                MenuPopup& popup = *User::popups()[0];
-                const QString shown = drawn.by(popup).first();
-                const bool hasRoom = popup.width() < popup.screen()->availableGeometry().width() * 2 / 5;
-                EXPECT_TRUE(shown == title || !hasRoom) << shown.toStdString() << ' ' << size;
-            }
-    QApplication::setFont(former, "QMenu");
 }
 
 TEST(MenuPopup, ScrollsByWheelAndAtItsEdges)
 {
-    MenuWorld world;
-    world.contents["top"] = [&] {
-        MenuWorld::Rows rows = world.numbered("f", 500);
-        rows[0] = world.directory("sub");
-        return rows;
-    };
-    world.contents["sub"] = [&] { return world.files({ "x" }); };
+    MenuWorld world { { { "top", "sub/, f*500" }, { "sub", "x" } } };
     world.open();
-    User::moveTo("sub");
-    world.rest();
+    world.hover("sub");
     User::wheel(User::rectOf("sub").center(), 2);
-    EXPECT_EQ(User::selected(), "f6");
-    User::wheel(User::rectOf("f6").center(), -100);
+    EXPECT_EQ(User::selected(), "f5");
+    User::wheel(User::rectOf("f5").center(), -100);
     EXPECT_EQ(User::selected(), "sub");
 
     const QRect popup = User::popups()[0]->geometry();
@@ -167,11 +99,9 @@ TEST(MenuPopup, AnEmptyMenuGivesItsPlaceToTheReserveAndAnEmptySubmenuShowsNothin
     const auto empty = std::make_shared<NSMenu>("nothing");
     const auto reserve = std::make_shared<NSMenu>("reserve");
     EXPECT_FALSE(world.presenter.popUp(empty, MenuWorld::kAnchor, reserve));
-    reserve->addItem(world.file("Quit"));
-    reserve->addItem(world.directory("empty"));
+    reserve->setItemArray(world.rows("Quit, empty/"));
     EXPECT_TRUE(world.presenter.popUp(empty, MenuWorld::kAnchor, reserve));
-    User::moveTo("empty");
-    world.rest();
+    world.hover("empty");
     EXPECT_EQ(User::popups().size(), 1u);
     User::click("Quit");
     EXPECT_EQ(world.takeLog(), "update empty, open empty, close empty, off the screen, chose Quit with 0 popups");
@@ -181,34 +111,48 @@ TEST(MenuPopup, BelongsToTheWindowOrTheMenuThatItOpensFrom)
 {
     QWidget strip;
     strip.winId();
-    MenuWorld world;
-    world.contents["sub"] = [&] { return world.files({ "below" }); };
-    world.contents["top"] = [&] { return MenuWorld::Rows { world.directory("sub") }; };
+    MenuWorld world { { { "top", "sub/" }, { "sub", "below" } } };
     ASSERT_TRUE(world.presenter.popUp(world.top, MenuWorld::kAnchor, nullptr, strip.windowHandle()));
-    User::moveTo("sub");
-    world.rest();
+    world.hover("sub");
     ASSERT_EQ(User::popups().size(), 2u);
     QWindow* const top = User::popups()[0]->windowHandle();
     EXPECT_EQ(top->transientParent(), strip.windowHandle());
     EXPECT_EQ(User::popups()[1]->windowHandle()->transientParent(), top);
 }
 
+// Draws as usual and writes down the titles, those of highlighted rows with a star.
+class NotingStyle final : public QProxyStyle {
+public:
+    explicit NotingStyle(QStringList& titles) : QProxyStyle(QStyleFactory::create("Fusion")), titles_(titles) { }
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override
+    {
+        if (const auto* row = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
+            titles_.append(row->text + (row->state & State_Selected ? "*" : ""));
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
+private:
+    QStringList& titles_;
+};
+
 TEST(MenuPopup, PaintsTheHighlightOnTheSelectedRowAlone)
 {
-    Drawn drawn;
-    MenuWorld world;
-    world.contents["top"] = [&] {
-        MenuWorld::Rows rows = world.files({ "one", "two" });
-        rows.push_back(std::make_shared<NSMenuItem>());
-        rows[2]->setAttributedTitle(AttributedString("first line\nsecond line"));
-        return rows;
+    MenuWorld world { { { "top", "one, two, (note)" } } };
+    world.afterUpdate = [](NSMenu& menu) {
+        menu.itemArray()[2]->setAttributedTitle(AttributedString("first line\nsecond line"));
     };
+    QStringList drawn;
+    QApplication::setStyle(new NotingStyle(drawn));
     world.open();
     MenuPopup& popup = *User::popups()[0];
     User::moveTo("two");
-    EXPECT_EQ(drawn.by(popup), (QStringList { "one", "two*", "", "first line", "second line" }));
+    popup.grab();
+    EXPECT_EQ(std::exchange(drawn, {}), (QStringList { "one", "two*", "", "first line", "second line" }));
     User::moveTo(popup.rowRect(2).center());
-    EXPECT_EQ(drawn.by(popup), (QStringList { "one", "two", "", "first line", "second line" }));
+    popup.grab();
+    EXPECT_EQ(drawn, (QStringList { "one", "two", "", "first line", "second line" }));
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
 }
 
 } // namespace

@@ -57,9 +57,9 @@ TEST_P(RowsInStyle, HaveRoomForTheirTitlesAndTheArrow)
         GTEST_SKIP() << "the style " << GetParam() << " is not installed";
     QWidget widget;
     widget.setStyle(style.get());
-    const MenuRowPainter painter(widget);
     const auto submenu = std::make_shared<NSMenu>("below");
     const auto draw = [&](const std::string& title, bool hasArrow, int width, double scale) {
+        const MenuRowPainter painter(widget);
         NSMenuItem item(title);
         if (hasArrow)
             item.setSubmenu(submenu);
@@ -68,21 +68,30 @@ TEST_P(RowsInStyle, HaveRoomForTheirTitlesAndTheArrow)
         // Neither of the colours in which styles draw text.
         image.fill(Qt::darkGreen);
         QPainter canvas(&image);
-        painter.paint(canvas, QRect(0, 0, width, painter.ordinaryHeight()), item, false, false);
+        painter.paint(canvas, QRect(0, 0, width, painter.ordinaryHeight()), item, false, true);
         canvas.end();
         item.setSubmenu(nullptr);
         return image;
     };
-    for (const char* title : { "Papers & <b>Letters</b>", "entry 00000.txt", "Quillbox Preferences...", "W", "\u05d0" })
-        for (const double scale : { 1.0, 1.25, 2.0 }) {
-            const int width = painter.widthOf(NSMenuItem(title));
-            const auto text = columnsThatDiffer(draw(title, true, width, scale), draw("", true, width, scale));
-            const auto arrow = columnsThatDiffer(draw("", true, width, scale), draw("", false, width, scale));
-            const auto unbounded =
-                columnsThatDiffer(draw(title, true, width + 200, scale), draw("", true, width + 200, scale));
-            EXPECT_GE(text.first, 0) << title;
-            EXPECT_EQ(text, unbounded) << title << " at " << scale;
-            EXPECT_GT(arrow.first, text.second) << title << " at " << scale;
+    for (double size = 7; size < 16; size += 0.7)
+        for (const auto hinting : { QFont::PreferNoHinting, QFont::PreferFullHinting }) {
+            QFont font = widget.font();
+            font.setPointSizeF(size);
+            font.setHintingPreference(hinting);
+            widget.setFont(font);
+            for (const char* title :
+                 { "Papers & <b>Letters</b>", "Illiterate file.txt", "Quillbox Preferences...", "W", "\u05d0" })
+                for (const double scale : { 1.0, 1.25, 2.0 }) {
+                    SCOPED_TRACE(testing::Message() << title << ", " << size << " points, at " << scale);
+                    const int width = MenuRowPainter(widget).widthOf(NSMenuItem(title));
+                    const auto text = columnsThatDiffer(draw(title, true, width, scale), draw("", true, width, scale));
+                    const auto arrow = columnsThatDiffer(draw("", true, width, scale), draw("", false, width, scale));
+                    const auto unbounded =
+                        columnsThatDiffer(draw(title, true, width + 200, scale), draw("", true, width + 200, scale));
+                    EXPECT_GE(text.first, 0);
+                    EXPECT_EQ(text, unbounded);
+                    EXPECT_GT(arrow.first, text.second);
+                }
         }
     widget.setStyle(nullptr);
 }

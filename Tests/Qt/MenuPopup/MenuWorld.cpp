@@ -16,7 +16,9 @@ public:
     {
         world_.log.push_back("update " + menu.title());
         if (const auto rows = world_.contents.find(menu.title()); rows != world_.contents.end())
-            menu.setItemArray(rows->second());
+            menu.setItemArray(world_.rows(rows->second));
+        if (world_.afterUpdate)
+            world_.afterUpdate(menu);
     }
     void menuWillOpen(NSMenu& menu) override { world_.log.push_back("open " + menu.title()); }
     void menuDidClose(NSMenu& menu) override
@@ -41,8 +43,9 @@ private:
 
 constexpr Selector MenuWorld::Recorder::kChoose = makeSelector<&MenuWorld::Recorder::choose>("chooseWithSender:");
 
-MenuWorld::MenuWorld(AssistiveTechnology listener)
-    : top(std::make_shared<NSMenu>("top")),
+MenuWorld::MenuWorld(Contents rowsByTitle, AssistiveTechnology listener)
+    : contents(std::move(rowsByTitle)),
+      top(std::make_shared<NSMenu>("top")),
       presenter(listener),
       recorder_(std::make_shared<Recorder>(*this))
 {
@@ -57,42 +60,40 @@ MenuWorld::~MenuWorld()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-std::shared_ptr<NSMenuItem> MenuWorld::file(const std::string& title)
+std::shared_ptr<NSMenu> MenuWorld::menu(const std::string& title)
 {
-    auto item = std::make_shared<NSMenuItem>(title, &Recorder::kChoose);
+    auto made = std::make_shared<NSMenu>(title);
+    made->setDelegate(recorder_);
+    return made;
+}
+
+std::shared_ptr<NSMenuItem> MenuWorld::row(std::string text)
+{
+    if (text == "-")
+        return NSMenuItem::separatorItem();
+    if (text.front() == '(')
+        return std::make_shared<NSMenuItem>(text.substr(1, text.size() - 2));
+    const bool hasAction = !text.ends_with("//");
+    const bool hasSubmenu = text.ends_with('/');
+    text.resize(text.find_last_not_of('/') + 1);
+    auto item = std::make_shared<NSMenuItem>(text, hasAction ? &Recorder::kChoose : nullptr);
     item->setTarget(recorder_);
+    if (hasSubmenu)
+        item->setSubmenu(menu(text));
     return item;
 }
 
-std::shared_ptr<NSMenuItem> MenuWorld::directory(const std::string& title)
+NSMenu::ItemArray MenuWorld::rows(const std::string& text)
 {
-    auto item = file(title);
-    auto submenu = std::make_shared<NSMenu>(title);
-    submenu->setDelegate(recorder_);
-    item->setSubmenu(std::move(submenu));
-    return item;
-}
-
-std::shared_ptr<NSMenuItem> MenuWorld::heading(const std::string& title)
-{
-    auto item = directory(title);
-    item->setAction(nullptr);
-    return item;
-}
-
-MenuWorld::Rows MenuWorld::files(const std::vector<std::string>& titles)
-{
-    Rows rows;
-    for (const std::string& title : titles)
-        rows.push_back(file(title));
-    return rows;
-}
-
-MenuWorld::Rows MenuWorld::numbered(const std::string& name, int count)
-{
-    Rows rows;
-    for (int i = 0; i < count; ++i)
-        rows.push_back(file(name + std::to_string(i)));
+    NSMenu::ItemArray rows;
+    for (const QString& part : QString::fromStdString(text).split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
+        const std::string name = part.section(u'*', 0, 0).toStdString();
+        const int count = part.section(u'*', 1).toInt();
+        if (count == 0)
+            rows.push_back(row(name));
+        for (int i = 0; i < count; ++i)
+            rows.push_back(row(name + std::to_string(i)));
+    }
     return rows;
 }
 

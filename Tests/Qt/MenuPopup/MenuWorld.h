@@ -15,35 +15,39 @@
 namespace quillbox {
 
 // A menu tree with a delegate and a target that write down what they are told, and the presenter that shows
-// it, with a clock moved by hand. A submenu's rows come from what the test says for its title.
+// it, with a clock moved by hand. The rows of each menu come, whenever it is updated, from what the test says for its
+// title: "alpha, Papers/, Recent//, -, (off), n*30" is a row with an action; one with an action and a submenu; one
+// that can be opened only; a separator; one that can't be used; and rows from n0 to n29.
 class MenuWorld {
 public:
-    using Rows = NSMenu::ItemArray;
+    using Contents = std::map<std::string, std::string>;
 
-    explicit MenuWorld(AssistiveTechnology listener = {});
+    explicit MenuWorld(Contents rowsByTitle = {}, AssistiveTechnology listener = {});
     ~MenuWorld();
     MenuWorld(const MenuWorld&) = delete;
     MenuWorld& operator=(const MenuWorld&) = delete;
 
-    // A row with an action; with a submenu too where `contents` knows its title.
-    std::shared_ptr<NSMenuItem> file(const std::string& title);
-    std::shared_ptr<NSMenuItem> directory(const std::string& title);
-    // A row that can be opened only.
-    std::shared_ptr<NSMenuItem> heading(const std::string& title);
-    Rows files(const std::vector<std::string>& titles);
-    Rows numbered(const std::string& name, int count);
+    std::shared_ptr<NSMenu> menu(const std::string& title);
+    NSMenu::ItemArray rows(const std::string& text);
 
     bool open() { return presenter.popUp(top, kAnchor, nullptr); }
     void wait(int milliseconds) { clock.advance(std::chrono::milliseconds(milliseconds)); }
     // Long enough for any hover.
     void rest() { wait(1000); }
+    void hover(const std::string& title)
+    {
+        PopupUser::moveTo(title);
+        rest();
+    }
     std::string takeLog();
 
     static constexpr QRect kAnchor { 300, 0, 24, 24 };
 
     ManualClock clock;
     HeadlessDesktop desktop;
-    std::map<std::string, std::function<Rows()>> contents;
+    Contents contents;
+    // Gives rows what their text does not say.
+    std::function<void(NSMenu&)> afterUpdate;
     std::vector<std::string> log;
     // Runs inside an action.
     std::function<void()> duringAction;
@@ -52,6 +56,8 @@ public:
 
 private:
     class Recorder;
+    std::shared_ptr<NSMenuItem> row(std::string text);
+
     std::shared_ptr<Recorder> recorder_;
 };
 
