@@ -27,9 +27,8 @@ public:
     void change(const QString& key, uint value)
     {
         settings_[key] = value;
-        QDBusMessage changed = QDBusMessage::createSignal(kPath, kInterface, QStringLiteral("SettingChanged"));
-        changed.setArguments({ "org.freedesktop.appearance", key, QVariant::fromValue(QDBusVariant(value)) });
-        client_.connection().send(changed);
+        client_.emitSignal(kPath, kInterface, "SettingChanged",
+                           { "org.freedesktop.appearance", key, QVariant::fromValue(QDBusVariant(value)) });
     }
 
     QString introspect(const QString&) const override { return {}; }
@@ -107,11 +106,7 @@ TEST(DesktopAppearance, FollowsPlasmasColoursWhenItTellsOfThem)
         const DesktopAppearance appearance;
         EXPECT_EQ(QApplication::palette().color(QPalette::Window), QColor(42, 46, 50));
         set("239,240,241", "35,38,41");
-        BusClient plasma;
-        QDBusMessage changed =
-            QDBusMessage::createSignal("/KGlobalSettings", "org.kde.KGlobalSettings", "notifyChange");
-        changed.setArguments({ 0, 0 });
-        plasma.connection().send(changed);
+        BusClient().emitSignal("/KGlobalSettings", "org.kde.KGlobalSettings", "notifyChange", { 0, 0 });
         EXPECT_TRUE(waitUntil([] { return QApplication::palette().color(QPalette::Window) == QColor(239, 240, 241); }));
     }
     qputenv("XDG_CONFIG_HOME", formerHome);

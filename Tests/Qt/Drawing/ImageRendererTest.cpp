@@ -1,10 +1,9 @@
 #include "ImageRenderer.h"
 #include "CountedSource.h"
-#include "TemporaryDirectory.h"
+#include "IconThemes.h"
 
 #include <gtest/gtest.h>
 
-#include <QIcon>
 #include <QImage>
 #include <QSet>
 
@@ -18,12 +17,6 @@ using namespace quillbox;
 
 namespace {
 
-std::string svg(const std::string& colour)
-{
-    return "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'><rect width='16' height='16' fill='" + colour
-        + "'/></svg>";
-}
-
 NSImage image(ImageContent content, double side = 16)
 {
     return NSImage(std::make_shared<KnownImageSource>("test", std::move(content)), { side, side });
@@ -34,30 +27,23 @@ QColor centre(const QPixmap& pixmap)
     return pixmap.isNull() ? QColor() : pixmap.toImage().pixelColor(pixmap.width() / 2, pixmap.height() / 2);
 }
 
-class Images : public testing::Test {
-protected:
-    Images()
-    {
-        for (const auto& [theme, colour] : { std::pair("plain", "#00ff00"), std::pair("other", "#ff0000") }) {
-            const std::string base = std::string("icons/") + theme;
-            directory.writeFile(base + "/index.theme",
-                                "[Icon Theme]\nDirectories=16\n[16]\nSize=16\nType=Scalable\nMaxSize=512\n");
-            directory.writeFile(base + "/16/known.svg", svg(colour));
-        }
-        QIcon::setThemeSearchPaths({ QString::fromStdString(directory.path("icons")) });
-        QIcon::setThemeName("plain");
-    }
-    ~Images() override { QIcon::setThemeName({}); }
+const NSImage kKnown = image(ThemedImage { { "known" }, "" });
 
-    TemporaryDirectory directory;
+struct Images : testing::Test {
+    std::string write(const std::string& name, const std::string& contents) const
+    {
+        return themes.directory.writeFile(name, contents);
+    }
+
+    IconThemes themes;
 };
 
 TEST_F(Images, ComeFromTheThemeByTheirFirstKnownNameElseFromTheReserve)
 {
-    const std::string reserve = directory.writeFile("reserve.svg", svg("#0000ff"));
+    const std::string reserve = write("reserve.svg", plainSvg("#0000ff"));
     const NSImage known = image(ThemedImage { { "unknown", "known" }, reserve });
     EXPECT_EQ(centre(ImageRenderer::pixmap(known, 1, {})), QColor(Qt::green));
-    QIcon::setThemeName("other");
+    QIcon::setThemeName("red");
     EXPECT_EQ(centre(ImageRenderer::pixmap(known, 1, {})), QColor(Qt::red));
     EXPECT_EQ(centre(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, reserve }), 1, {})), QColor(Qt::blue));
     EXPECT_TRUE(ImageRenderer::pixmap(image(ThemedImage { { "unknown" }, "" }), 1, {}).isNull());
@@ -72,7 +58,7 @@ TEST_F(Images, HaveTheirSizeTimesTheScale)
 
 TEST_F(Images, TemplatesTakeTheColourAround)
 {
-    NSImage marked = image(ThemedImage { { "known" }, "" });
+    NSImage marked = kKnown;
     marked.setTemplate(true);
     EXPECT_EQ(centre(ImageRenderer::pixmap(marked, 1, Qt::white)), QColor(Qt::white));
     EXPECT_EQ(centre(ImageRenderer::pixmap(marked, 1, Qt::black)), QColor(Qt::black));
@@ -83,8 +69,8 @@ TEST_F(Images, TemplatesTakeTheColourAround)
 TEST_F(Images, AreDrawnOverOneAnother)
 {
     NSImage drawn(NSSize { 16, 16 });
-    drawn.draw(image(ThemedImage { { "known" }, "" }), { { 0, 0 }, { 16, 16 } });
-    drawn.draw(image(ImageFile { directory.writeFile("dot.svg", svg("#ff0000")) }), { { 6, 6 }, { 4, 4 } });
+    drawn.draw(kKnown, { { 0, 0 }, { 16, 16 } });
+    drawn.draw(image(ImageFile { write("dot.svg", plainSvg("#ff0000")) }), { { 6, 6 }, { 4, 4 } });
     const QImage picture = ImageRenderer::pixmap(drawn, 2, {}).toImage();
     ASSERT_EQ(picture.size(), QSize(32, 32));
     EXPECT_EQ(picture.pixelColor(16, 16), QColor(Qt::red));
@@ -93,16 +79,16 @@ TEST_F(Images, AreDrawnOverOneAnother)
 
 TEST_F(Images, APartIsCutOutWithNothingOfItsNeighbours)
 {
-    const std::string strip = directory.writeFile("strip.svg",
-                                                  "<svg xmlns='http://www.w3.org/2000/svg' width='384' height='128'>"
-                                                  "<rect width='128' height='128' fill='#ff0000'/>"
-                                                  "<rect x='128' width='128' height='128' fill='#00ff00'/>"
-                                                  "<rect x='256' width='128' height='128' fill='#0000ff'/></svg>");
+    const std::string strip = write("strip.svg",
+                                    "<svg xmlns='http://www.w3.org/2000/svg' width='384' height='128'>"
+                                    "<rect width='128' height='128' fill='#ff0000'/>"
+                                    "<rect x='128' width='128' height='128' fill='#00ff00'/>"
+                                    "<rect x='256' width='128' height='128' fill='#0000ff'/></svg>");
     const NSImage source(std::make_shared<KnownImageSource>("strip", ImageFile { strip }), { 384, 128 });
     for (const double scale : { 1.0, 1.25, 2.0 }) {
         NSImage frame(NSSize { 128, 128 });
         // Taken away by the copy above it.
-        frame.draw(image(ThemedImage { { "known" }, "" }), { { 0, 0 }, { 128, 128 } });
+        frame.draw(kKnown, { { 0, 0 }, { 128, 128 } });
         frame.draw(source, { { 0, 0 }, { 64, 128 } }, { { 128, 0 }, { 64, 128 } }, NSCompositingOperation::copy, 1);
         frame.draw(source, { { 64, 0 }, { 64, 128 } }, { { 320, 0 }, { 64, 128 } }, NSCompositingOperation::copy, 0.5);
         frame.setSize({ 80, 80 });
@@ -124,7 +110,7 @@ TEST_F(Images, APartIsCutOutWithNothingOfItsNeighbours)
 TEST_F(Images, OfSourcesMadeAnewAreDrawnOnceAndTheSourcesLetGo)
 {
     const ThemedImage dot { { "known" }, "" };
-    const std::string file = directory.writeFile("dot.svg", svg("#ff0000"));
+    const std::string file = write("dot.svg", plainSvg("#ff0000"));
     QSet<qint64> drawn;
     int mostAlive = 0;
     for (int opening = 0; opening < 2000; ++opening) {
@@ -142,17 +128,16 @@ TEST_F(Images, OfSourcesMadeAnewAreDrawnOnceAndTheSourcesLetGo)
     ImageRenderer::dropAll();
     EXPECT_EQ(CountedSource::alive, 0);
 
-    directory.writeFile("dot.svg", svg("#0000ff"));
+    write("dot.svg", plainSvg("#0000ff"));
     EXPECT_EQ(centre(ImageRenderer::pixmap(image(ImageFile { file }), 1, {})), QColor(Qt::blue));
 }
 
 TEST_F(Images, BadFilesShowNothing)
 {
-    const std::string pipe = directory.path("pipe.png");
+    const std::string pipe = themes.directory.path("pipe.png");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    for (const std::string& path :
-         { directory.writeFile("damaged.png", "\x89PNG\r\n\x1a\nno more"), directory.writeFile("damaged.svg", "<svg"),
-           directory.path("missing.png"), pipe, directory.path("icons") })
+    for (const std::string& path : { write("damaged.png", "\x89PNG\r\n\x1a\nno more"), write("damaged.svg", "<svg"),
+                                     themes.directory.path("missing.png"), pipe, themes.directory.path() })
         EXPECT_TRUE(ImageRenderer::pixmap(image(ImageFile { path }), 1, {}).isNull()) << path;
 }
 

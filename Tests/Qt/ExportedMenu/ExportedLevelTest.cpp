@@ -1,14 +1,13 @@
 #include "ExportedLevel.h"
 
+#include "IconThemes.h"
 #include "NSMenu.h"
 #include "ShownTitle.h"
-#include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <QFontMetrics>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QImage>
 #include <QScreen>
 
@@ -68,35 +67,24 @@ TEST(ShownTitle, IsNoWiderThanAThirdOfTheScreenAndCutsBetweenCharacters)
 
 TEST(ExportedLevel, PicturesGoByTheFirstNameThatTheThemeHas)
 {
-    const TemporaryDirectory directory;
-    directory.writeFile("hicolor/index.theme", "[Icon Theme]\nDirectories=apps\n[apps]\nSize=16\n");
-    const std::string file = directory.writeFile("hicolor/apps/test-known.svg",
-                                                 "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'><rect "
-                                                 "width='16' height='16' fill='red'/></svg>");
-    const QStringList formerPaths = QIcon::themeSearchPaths();
-    const QString formerTheme = QIcon::themeName();
-    QIcon::setThemeSearchPaths({ QString::fromStdString(directory.path("")) });
-    QIcon::setThemeName("hicolor");
-
+    const IconThemes themes;
+    const std::string file = themes.directory.writeFile("red.svg", plainSvg("red"));
     NSMenu menu;
     for (const ImageContent& content : std::initializer_list<ImageContent> {
-             ThemedImage { { "test-unknown", "test-known" }, file }, ThemedImage { { "test-unknown" }, file },
-             ImageFile { file }, ThemedImage { { "text-test", "text-x-generic" }, {} } }) {
+             ThemedImage { { "unknown", "known" }, file }, ThemedImage { { "unknown" }, file }, ImageFile { file },
+             ThemedImage { { "text-test", "text-x-generic" }, {} } }) {
         auto item = std::make_shared<NSMenuItem>("row", &kNothing);
         item->setImage({ std::make_shared<KnownImageSource>("icon", content), { 16, 16 } });
         menu.addItem(std::move(item));
     }
     const auto rows = exportedLevel(menu, root());
-    EXPECT_EQ(rows[0].iconName, "test-known");
+    EXPECT_EQ(rows[0].iconName, "known");
     EXPECT_TRUE(rows[0].iconData.isEmpty());
     for (const int row : { 1, 2 }) {
         EXPECT_EQ(rows[row].iconName, "");
         EXPECT_EQ(QImage::fromData(rows[row].iconData, "PNG").pixelColor(8, 8), QColor(Qt::red)) << row;
     }
     EXPECT_EQ(rows[3].iconName, "text-x-generic");
-
-    QIcon::setThemeSearchPaths(formerPaths);
-    QIcon::setThemeName(formerTheme);
 }
 
 } // namespace

@@ -94,13 +94,26 @@ BusClient::~BusClient()
     QDBusConnection::disconnectFromBus(name_);
 }
 
-QDBusMessage BusClient::call(const QString& service, const QString& path, const QString& interface,
-                             const QString& member, const QVariantList& arguments)
+QDBusPendingCall BusClient::begin(const QString& service, const QString& path, const QString& interface,
+                                  const QString& member, const QVariantList& arguments)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, member);
     message.setArguments(arguments);
-    // The watcher's signal wakes the event loop, which the call alone does not.
-    const QDBusPendingCallWatcher pending(connection_.asyncCall(message));
+    return connection_.asyncCall(message);
+}
+
+void BusClient::emitSignal(const QString& path, const QString& interface, const QString& name,
+                           const QVariantList& arguments)
+{
+    QDBusMessage message = QDBusMessage::createSignal(path, interface, name);
+    message.setArguments(arguments);
+    connection_.send(message);
+}
+
+QDBusMessage BusClient::call(const QString& service, const QString& path, const QString& interface,
+                             const QString& member, const QVariantList& arguments)
+{
+    const QDBusPendingCallWatcher pending(begin(service, path, interface, member, arguments));
     waitUntil([&pending] { return pending.isFinished(); });
     return pending.reply();
 }
@@ -119,9 +132,8 @@ FakeStatusBar::~FakeStatusBar()
 void FakeStatusBar::setHasHost(bool hasHost)
 {
     hasHost_ = hasHost;
-    client_.connection().send(QDBusMessage::createSignal(kWatcherPath, kWatcher,
-                                                         hasHost ? QStringLiteral("StatusNotifierHostRegistered")
-                                                                 : QStringLiteral("StatusNotifierHostUnregistered")));
+    client_.emitSignal(kWatcherPath, kWatcher,
+                       hasHost ? "StatusNotifierHostRegistered" : "StatusNotifierHostUnregistered");
 }
 
 bool FakeStatusBar::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)

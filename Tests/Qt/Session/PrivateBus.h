@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDBusVirtualObject>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -40,6 +41,11 @@ public:
     ~BusClient();
 
     QDBusConnection& connection() { return connection_; }
+    // For a QDBusPendingCallWatcher: the call alone does not wake the event loop when its answer comes.
+    QDBusPendingCall begin(const QString& service, const QString& path, const QString& interface, const QString& member,
+                           const QVariantList& arguments = {});
+    void emitSignal(const QString& path, const QString& interface, const QString& name,
+                    const QVariantList& arguments = {});
     // Calls and handles events until the answer has come.
     QDBusMessage call(const QString& service, const QString& path, const QString& interface, const QString& member,
                       const QVariantList& arguments = {});

@@ -67,9 +67,7 @@ TEST(SingleInstance, CallsThatComeBeforeTheHandlersAreKept)
     SingleInstance first({});
     ASSERT_EQ(first.claim(), Outcome::first);
     BusClient client;
-    QDBusMessage activate = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
-    activate.setArguments({ QVariantMap() });
-    client.connection().send(activate);
+    client.begin(kName, kPath, kInterface, "Activate", { QVariantMap() });
     QStringList calls;
     first.setHandlers(recordInto(calls));
     EXPECT_TRUE(waitUntil([&] { return !calls.isEmpty(); }));
@@ -83,11 +81,10 @@ TEST(SingleInstance, TheActivationThatStartedItOpensNothing)
         PrivateBus bus;
         bus.offer(kName);
         BusClient launcher;
-        QDBusMessage activate = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
-        activate.setArguments({ QVariantMap { { "activation-token", "first" } } });
         std::optional<QDBusPendingCallWatcher> answer;
         if (isCalled)
-            answer.emplace(launcher.connection().asyncCall(activate));
+            answer.emplace(launcher.begin(kName, kPath, kInterface, "Activate",
+                                          { QVariantMap { { "activation-token", "first" } } }));
         // Answered once the bus has taken the call before it.
         launcher.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
 

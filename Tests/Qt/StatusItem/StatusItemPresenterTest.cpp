@@ -1,9 +1,7 @@
 #include "StatusItemPresenter.h"
 
-#include "HeadlessDesktop.h"
-#include "ManualClock.h"
 #include "MenuHost.h"
-#include "MenuPresenter.h"
+#include "MenuWorld.h"
 #include "PrivateBus.h"
 
 #include <gtest/gtest.h>
@@ -17,37 +15,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const Selector kNothing { "nothing:", [](NSObject&, NSObject*) {} };
-
-// Writes down when its menus open and close.
-class MenuLog final : public NSMenuDelegate {
-public:
-    void menuNeedsUpdate(NSMenu&) override { }
-    void menuWillOpen(NSMenu& menu) override { lines.append(QString::fromStdString(menu.title()) + " opened"); }
-    void menuDidClose(NSMenu& menu) override { lines.append(QString::fromStdString(menu.title()) + " closed"); }
-    QStringList lines;
-};
+const char kOpenedAndClosed[] = "update top, open top, close top";
 
 class StatusItemPresenterTest : public testing::Test {
 protected:
     StatusItemPresenterTest()
     {
-        item.setMenu(makeMenu("main"));
-        presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short"), MenuDrawing::byUs);
+        item.setMenu(world.top);
+        letDraw(MenuDrawing::byUs);
     }
 
-    std::shared_ptr<NSMenu> makeMenu(const std::string& title)
-    {
-        auto menu = std::make_shared<NSMenu>(title);
-        menu->addItem(std::make_shared<NSMenuItem>("row", &kNothing));
-        menu->setDelegate(log);
-        return menu;
-    }
-
-    void letHostsDraw()
+    void letDraw(MenuDrawing drawing)
     {
         presenter.reset();
-        presenter = std::make_unique<StatusItemPresenter>(item, menus, makeMenu("short"), MenuDrawing::byHost);
+        presenter = std::make_unique<StatusItemPresenter>(item, world.presenter, shortMenu, drawing);
     }
 
     static QWidget* strip()
@@ -58,41 +39,53 @@ protected:
         return nullptr;
     }
 
-    // What a host does when its icon is clicked.
-    void click(const FakeStatusBar& statusBar, const QString& method = "Activate")
+    void clickStrip()
     {
+        world.clock.advance(3s);
+        ASSERT_TRUE(strip());
+        strip()->findChild<QAbstractButton*>()->click();
+    }
+
+    // What a host does when its icon is clicked; waits until a menu is open, or none is.
+    void click(const FakeStatusBar& statusBar, bool opens = true, const QString& method = "Activate")
+    {
+        ASSERT_TRUE(waitUntilShown());
         host.call(statusBar.registeredItems.value(0), "/StatusNotifierItem", "org.kde.StatusNotifierItem", method,
                   { 30, 20 });
+        EXPECT_TRUE(waitUntil([&] { return world.presenter.isOpen() == opens; }));
+    }
+
+    bool waitUntilShown()
+    {
+        return waitUntil([&] { return world.clock.pendingCount() == 0; });
     }
 
     PrivateBus bus;
     BusClient host;
-    HeadlessDesktop desktop;
-    ManualClock clock;
-    std::shared_ptr<MenuLog> log = std::make_shared<MenuLog>();
+    MenuWorld world { { { "top", "row" }, { "short", "row" } } };
+    std::shared_ptr<NSMenu> shortMenu = world.menu("short");
     NSStatusItem item { NSStatusItem::variableLength };
-    MenuPresenter menus;
     std::unique_ptr<StatusItemPresenter> presenter;
 };
 
 TEST_F(StatusItemPresenterTest, TheStripShowsOnlyWhereNoHostHasBeenForAWhile)
 {
-    clock.advance(2900ms);
+    world.clock.advance(2900ms);
     EXPECT_FALSE(strip());
-    clock.advance(100ms);
+    world.clock.advance(100ms);
     EXPECT_TRUE(strip());
     {
         const FakeStatusBar statusBar;
         EXPECT_TRUE(waitUntil([&] { return !strip(); }));
-        EXPECT_EQ(clock.pendingCount(), 0U);
+        EXPECT_EQ(world.clock.pendingCount(), 0U);
     }
-    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 1; }));
-    clock.advance(2900ms);
+    ASSERT_TRUE(waitUntil([&] { return world.clock.pendingCount() == 1; }));
+    world.clock.advance(2900ms);
     EXPECT_FALSE(strip());
     {
         // A panel that restarts in time.
         const FakeStatusBar statusBar;
-        EXPECT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
+        EXPECT_TRUE(waitUntil([&] { return world.clock.pendingCount() == 0; }));
     }
     presenter.reset();
     EXPECT_FALSE(strip());
@@ -112,82 +105,74 @@ TEST_F(StatusItemPresenterTest, TheIconComesBackWithTheBus)
 TEST_F(StatusItemPresenterTest, AClickOnTheIconOpensTheMenuAndTheNextOneClosesIt)
 {
     const FakeStatusBar statusBar;
-    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
     click(statusBar);
-    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
-    click(statusBar);
-    ASSERT_TRUE(waitUntil([&] { return !menus.isOpen(); }));
+    click(statusBar, false);
+    EXPECT_EQ(world.takeLog(), kOpenedAndClosed);
     // What a host without menus asks for.
-    click(statusBar, "ContextMenu");
-    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
-    menus.close();
-    EXPECT_EQ(log->lines, (QStringList { "main opened", "main closed", "short opened", "short closed" }));
+    click(statusBar, true, "ContextMenu");
+    EXPECT_EQ(world.takeLog(), "update short, open short");
+    world.presenter.close();
+    world.contents["top"].clear();
+    presenter->openMenu();
+    EXPECT_EQ(PopupUser::popups().at(0)->menu(), shortMenu);
 }
 
 TEST_F(StatusItemPresenterTest, AMenuGoesWithTheIconThatOpenedIt)
 {
     auto statusBar = std::make_unique<FakeStatusBar>();
-    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
     click(*statusBar);
-    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
     statusBar.reset();
-    EXPECT_TRUE(waitUntil([&] { return !menus.isOpen(); }));
-    clock.advance(3s);
-    ASSERT_TRUE(strip());
-    strip()->findChild<QAbstractButton*>()->click();
-    ASSERT_TRUE(menus.isOpen());
+    EXPECT_TRUE(waitUntil([&] { return !world.presenter.isOpen(); }));
+    clickStrip();
+    ASSERT_TRUE(world.presenter.isOpen());
     statusBar = std::make_unique<FakeStatusBar>();
     EXPECT_TRUE(waitUntil([&] { return !strip(); }));
-    EXPECT_FALSE(menus.isOpen());
+    EXPECT_FALSE(world.presenter.isOpen());
 }
 
 TEST_F(StatusItemPresenterTest, AClickWhileAnAlertRunsBringsTheAlertForward)
 {
     const FakeStatusBar statusBar;
-    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
-    desktop.duringAlert = [&] {
-        click(statusBar);
-        EXPECT_TRUE(waitUntil([&] { return desktop.activations > 0; }));
+    world.desktop.duringAlert = [&] {
+        click(statusBar, false);
+        EXPECT_TRUE(waitUntil([&] { return world.desktop.activations > 0; }));
     };
     NSAlert().runModal();
-    EXPECT_EQ(desktop.activations, 1);
-    EXPECT_EQ(log->lines, QStringList());
+    EXPECT_EQ(world.desktop.activations, 1);
+    EXPECT_EQ(world.takeLog(), "");
 }
 
 TEST_F(StatusItemPresenterTest, AHostThatDrawsTheMenuFindsItFilledAndOpensItAlone)
 {
-    letHostsDraw();
+    letDraw(MenuDrawing::byHost);
     auto statusBar = std::make_unique<FakeStatusBar>();
     // Of the icon before this one too.
-    ASSERT_TRUE(waitUntil([&] { return log->lines == QStringList { "main opened", "main closed" }; }));
-    log->lines.clear();
+    ASSERT_TRUE(waitUntil([&] { return world.log.size() == 3; }));
+    EXPECT_EQ(world.takeLog(), kOpenedAndClosed);
 
     MenuHost panel(statusBar->registeredItems.value(0), "/StatusNotifierItem/Menu");
     EXPECT_EQ(panel.layout(0, -1), "1 row");
     panel.tell(0, "opened");
     // The panel goes, and with it the menu that it shows; the strip shows it in our way.
     statusBar.reset();
-    ASSERT_TRUE(waitUntil([&] { return log->lines.size() == 2; }));
-    clock.advance(3s);
-    ASSERT_TRUE(strip());
-    strip()->findChild<QAbstractButton*>()->click();
-    EXPECT_TRUE(menus.isOpen());
+    ASSERT_TRUE(waitUntil([&] { return world.log.size() == 3; }));
+    EXPECT_EQ(world.takeLog(), kOpenedAndClosed);
+    clickStrip();
+    EXPECT_EQ(world.takeLog(), "update top, open top");
     const FakeStatusBar next;
-    ASSERT_TRUE(waitUntil([&] { return log->lines.size() == 6; }));
-    EXPECT_FALSE(menus.isOpen());
-    EXPECT_EQ(
-        log->lines,
-        (QStringList { "main opened", "main closed", "main opened", "main closed", "main opened", "main closed" }));
+    ASSERT_TRUE(waitUntil([&] { return world.log.size() == 4; }));
+    EXPECT_EQ(world.takeLog(), std::string("close top, ") + kOpenedAndClosed);
+    EXPECT_FALSE(world.presenter.isOpen());
 }
 
 TEST_F(StatusItemPresenterTest, AHostThatAsksDuringAnAlertIsToldOnceTheMenuIsThere)
 {
-    letHostsDraw();
+    letDraw(MenuDrawing::byHost);
     std::unique_ptr<FakeStatusBar> statusBar;
     std::unique_ptr<MenuHost> panel;
-    desktop.duringAlert = [&] {
+    world.desktop.duringAlert = [&] {
         statusBar = std::make_unique<FakeStatusBar>();
-        ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
+        ASSERT_TRUE(waitUntilShown());
         panel = std::make_unique<MenuHost>(statusBar->registeredItems.value(0), "/StatusNotifierItem/Menu");
         EXPECT_EQ(panel->layout(0, -1), "");
     };
@@ -202,58 +187,14 @@ TEST_F(StatusItemPresenterTest, AHostThatAsksDuringAnAlertIsToldOnceTheMenuIsThe
 TEST_F(StatusItemPresenterTest, AHostsFirstQuestionClosesNoMenu)
 {
     const FakeStatusBar statusBar;
-    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
     click(statusBar);
-    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
     MenuHost panel(statusBar.registeredItems.value(0), "/StatusNotifierItem/Menu");
     panel.layout(0, -1);
-    EXPECT_TRUE(menus.isOpen());
-    menus.close();
+    EXPECT_TRUE(world.presenter.isOpen());
+    world.presenter.close();
     QStringList updates;
     EXPECT_TRUE(waitUntil([&] { return !(updates += panel.takeUpdates()).isEmpty(); }));
     EXPECT_EQ(panel.layout(0, -1), "1 row");
-}
-
-TEST_F(StatusItemPresenterTest, AClickFromAHostThatShouldDrawTheMenuOpensItAtAStripThatGoesWithIt)
-{
-    letHostsDraw();
-    const FakeStatusBar statusBar;
-    ASSERT_TRUE(waitUntil([&] { return log->lines.size() == 2; }));
-    ASSERT_FALSE(strip());
-    click(statusBar);
-    ASSERT_TRUE(waitUntil([&] { return menus.isOpen(); }));
-    EXPECT_TRUE(strip());
-    click(statusBar);
-    ASSERT_TRUE(waitUntil([&] { return !strip(); }));
-    EXPECT_FALSE(menus.isOpen());
-    EXPECT_EQ(log->lines, (QStringList { "main opened", "main closed", "main opened", "main closed" }));
-}
-
-TEST_F(StatusItemPresenterTest, AStripThatWasClosedComesBackWhenAskedFor)
-{
-    presenter->showStripAgain();
-    EXPECT_FALSE(strip());
-    clock.advance(3s);
-    ASSERT_TRUE(strip());
-    strip()->close();
-    EXPECT_FALSE(strip());
-    presenter->showStripAgain();
-    EXPECT_TRUE(strip());
-}
-
-TEST_F(StatusItemPresenterTest, TheShortMenusOpenDoesAsTheClickDoesAlsoWithoutRows)
-{
-    const FakeStatusBar statusBar;
-    ASSERT_TRUE(waitUntil([&] { return clock.pendingCount() == 0; }));
-    for (const bool isEmpty : { false, true }) {
-        if (isEmpty)
-            item.menu()->removeAllItems();
-        log->lines.clear();
-        presenter->openMenu();
-        EXPECT_TRUE(menus.isOpen());
-        menus.close();
-        EXPECT_EQ(log->lines.contains("short opened"), isEmpty);
-    }
 }
 
 TEST(MenuDrawing, FollowsFromTheSessionAlone)
