@@ -16,33 +16,49 @@ using namespace quillbox;
 
 namespace {
 
-// A drag as the toolkit tells it to the window: at each of these heights of the table, then let go.
+// Files of another program; counts how often they are asked for.
+class Files final : public QMimeData {
+public:
+    explicit Files(QByteArray list) : list_(std::move(list)) { }
+    QStringList formats() const override { return { QStringLiteral("text/uri-list") }; }
+    bool hasFormat(const QString& format) const override { return formats().contains(format); }
+
+    mutable int count = 0;
+
+protected:
+    QVariant retrieveData(const QString&, QMetaType) const override
+    {
+        ++count;
+        return list_;
+    }
+
+private:
+    QByteArray list_;
+};
+
+// Tells the window of a drag as the toolkit does, at that height of the table; what it answers: c for a copy, l for a
+// link, - for no.
+template <class Event>
+char tell(WindowWorld& world, const QMimeData& data, double height, Qt::DropActions offered = Qt::CopyAction)
+{
+    const QPoint at = world.find<TableViewWidget>()->mapTo(world.widget(), QPoint(30, static_cast<int>(height)));
+    Event event(at, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(world.widget(), &event);
+    if (!event.isAccepted() || event.dropAction() == Qt::IgnoreAction)
+        return '-';
+    return event.dropAction() == Qt::CopyAction ? 'c' : event.dropAction() == Qt::LinkAction ? 'l' : '?';
+}
+
+// A drag over these heights of the table, and dropped at the last one: the answers, and what the table heard.
 std::string drag(WindowWorld& world, const QMimeData& data, const std::vector<double>& heights,
                  Qt::DropActions offered = Qt::CopyAction)
 {
-    QWidget* window = world.widget();
-    const QPointF top = world.find<TableViewWidget>()->mapTo(window, QPointF(30, 0));
-    std::string actions;
-    for (std::size_t step = 0; step <= heights.size(); ++step) {
-        const bool isDrop = step == heights.size();
-        const QPointF at = top + QPointF(0, isDrop ? heights.back() : heights[step]);
-        const auto type = isDrop ? QEvent::Drop : step == 0 ? QEvent::DragEnter : QEvent::DragMove;
-        std::unique_ptr<QDropEvent> event;
-        if (isDrop)
-            event = std::make_unique<QDropEvent>(at, offered, &data, Qt::LeftButton, Qt::NoModifier);
-        else if (step == 0)
-            event = std::make_unique<QDragEnterEvent>(at.toPoint(), offered, &data, Qt::LeftButton, Qt::NoModifier);
-        else
-            event =
-                std::make_unique<QDragMoveEvent>(at.toPoint(), offered, &data, Qt::LeftButton, Qt::NoModifier, type);
-        QApplication::sendEvent(window, event.get());
-        if (event->dropAction() != Qt::IgnoreAction && event->isAccepted())
-            actions += event->dropAction() == Qt::CopyAction ? "c" : event->dropAction() == Qt::LinkAction ? "l" : "?";
-        else
-            actions += "-";
-    }
+    std::string answers(1, tell<QDragEnterEvent>(world, data, heights.front(), offered));
+    for (std::size_t step = 1; step < heights.size(); ++step)
+        answers += tell<QDragMoveEvent>(world, data, heights[step], offered);
+    answers += tell<QDropEvent>(world, data, heights.back(), offered);
     WindowWorld::settle();
-    return actions + ": " + world.takeLog();
+    return answers + ": " + world.takeLog();
 }
 
 TEST(WindowPresenter, DragsReachTheTableWithTheRowBelowTheirGap)
@@ -60,8 +76,7 @@ TEST(WindowPresenter, DragsReachTheTableWithTheRowBelowTheirGap)
     EXPECT_EQ(shown.front(), NSDragOperation::none);
     EXPECT_EQ(shown.back(), NSDragOperation::move);
 
-    QMimeData files;
-    files.setData("text/uri-list", "# two\r\nfile:///a%20b\r\nhttp://c/\r\nfile:///%FF\r\n");
+    const Files files("# two\r\nfile:///a%20b\r\nhttp://c/\r\nfile:///%FF\r\n");
     EXPECT_EQ(drag(world, files, { 2 * row }), "cc: over 2, over 2, drop file:///a%20b file:///%FF above 2");
 
     // Rows of another program's drag mean nothing.
@@ -74,68 +89,40 @@ TEST(WindowPresenter, DragsReachTheTableWithTheRowBelowTheirGap)
 TEST(WindowPresenter, ADragNearTheEdgeScrolls)
 {
     WindowWorld world(100);
-    QMimeData files;
-    files.setData("text/uri-list", "file:///a");
+    const Files files("file:///a");
     const NSClipView& clip = *world.scrollView->contentView();
-    QWidget* window = world.widget();
-    const QPoint low =
-        world.find<TableViewWidget>()->mapTo(window, QPoint(30, static_cast<int>(clip.bounds().size.height) - 2));
-    QDragEnterEvent enter(low, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window, &enter);
+    tell<QDragEnterEvent>(world, files, clip.bounds().size.height - 2);
     for (int step = 0; step < 10; ++step)
         world.clock.advance(std::chrono::milliseconds(50));
     EXPECT_GT(clip.bounds().minY(), 2 * world.table->rowHeight());
     EXPECT_GT(world.table->dropRow().value_or(0), 8);
     QDragLeaveEvent leave;
-    QApplication::sendEvent(window, &leave);
+    QApplication::sendEvent(world.widget(), &leave);
     const double stopped = clip.bounds().minY();
     world.clock.advance(std::chrono::seconds(1));
     EXPECT_EQ(clip.bounds().minY(), stopped);
     EXPECT_FALSE(world.table->dropRow());
 }
 
-// Counts how often its data is asked for.
-class CountingFiles final : public QMimeData {
-public:
-    explicit CountingFiles(QByteArray list) : list_(std::move(list)) { }
-    QStringList formats() const override { return { QStringLiteral("text/uri-list") }; }
-    bool hasFormat(const QString& format) const override { return formats().contains(format); }
-
-    mutable int count = 0;
-
-protected:
-    QVariant retrieveData(const QString&, QMetaType) const override
-    {
-        ++count;
-        return list_;
-    }
-
-private:
-    QByteArray list_;
-};
-
 TEST(DragDestination, AsksForTheDataOnceAtTheDropAndOfWhoeverDropsThen)
 {
     WindowWorld world;
     const double row = world.table->rowHeight();
-    const CountingFiles dead("file:///dead");
-    QWidget* window = world.widget();
-    QDragEnterEvent enter(world.find<TableViewWidget>()->mapTo(window, QPoint(30, 60)), Qt::CopyAction, &dead,
-                          Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window, &enter);
+    const Files dead("file:///dead");
+    tell<QDragEnterEvent>(world, dead, 60);
     EXPECT_TRUE(world.table->dropRow());
     world.takeLog();
     // Its program ends without a word, and another one's drag goes on in its place.
-    const CountingFiles next("file:///next");
+    const Files next("file:///next");
     EXPECT_EQ(drag(world, next, { 2 * row, 3 * row }), "ccc: over 2, over 3, over 3, drop file:///next above 3");
     EXPECT_EQ(dead.count, 0);
     EXPECT_EQ(next.count, 1);
 
     // Or the pointer is free again.
-    QApplication::sendEvent(window, &enter);
+    tell<QDragEnterEvent>(world, dead, 60);
     EXPECT_TRUE(world.table->dropRow());
     QMouseEvent moved(QEvent::MouseMove, QPointF(), QPointF(), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(window->windowHandle(), &moved);
+    QApplication::sendEvent(world.widget()->windowHandle(), &moved);
     EXPECT_FALSE(world.table->dropRow());
 }
 
@@ -143,36 +130,26 @@ TEST(DragDestination, NeverAnswersWithAMove)
 {
     WindowWorld world;
     const double row = world.table->rowHeight();
-    QMimeData files;
-    files.setData("text/uri-list", "file:///a");
-    struct Case {
-        Qt::DropActions offered;
-        const char* answers;
-    };
-    for (const Case& c : { Case { Qt::MoveAction, "--: " },
-                           Case { Qt::MoveAction | Qt::CopyAction, "cc: over 2, over 2, drop file:///a above 2" },
-                           Case { Qt::MoveAction | Qt::LinkAction, "ll: over 2, over 2, drop file:///a above 2" } })
-        EXPECT_EQ(drag(world, files, { 2 * row }, c.offered), c.answers) << c.offered;
+    const Files files("file:///a");
+    const std::string taken = ": over 2, over 2, drop file:///a above 2";
+    EXPECT_EQ(drag(world, files, { 2 * row }, Qt::MoveAction), "--: ");
+    EXPECT_EQ(drag(world, files, { 2 * row }, Qt::MoveAction | Qt::CopyAction), "cc" + taken);
+    EXPECT_EQ(drag(world, files, { 2 * row }, Qt::MoveAction | Qt::LinkAction), "ll" + taken);
 }
 
 TEST(DragDestination, WhatScrollsUnderAStillPointerMayComeToTakeTheDrop)
 {
     WindowWorld world(100);
-    QMimeData files;
-    files.setData("text/uri-list", "file:///a");
-    const auto answerAtTop = [&] {
-        const QPoint top = world.find<TableViewWidget>()->parentWidget()->mapTo(world.widget(), QPoint(30, 4));
-        QDragEnterEvent enter(top, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(world.widget(), &enter);
-        return enter.dropAction();
-    };
+    const Files files("file:///a");
+    const NSClipView& clip = *world.scrollView->contentView();
+    const auto answerAtTop = [&] { return tell<QDragEnterEvent>(world, files, clip.bounds().minY() + 4); };
     // Nothing goes above row 0. While the list scrolls there, the answer can't be no: it would stay so.
     world.scrollView->contentView()->scroll(5);
     WindowWorld::settle();
-    EXPECT_EQ(answerAtTop(), Qt::CopyAction);
+    EXPECT_EQ(answerAtTop(), 'c');
     world.clock.advance(std::chrono::seconds(1));
-    EXPECT_EQ(world.scrollView->contentView()->bounds().minY(), 0);
-    EXPECT_EQ(answerAtTop(), Qt::IgnoreAction);
+    EXPECT_EQ(clip.bounds().minY(), 0);
+    EXPECT_EQ(answerAtTop(), '-');
 }
 
 TEST(DragPicture, ShowsTheFirstRowsDraggedAndTheirNumber)

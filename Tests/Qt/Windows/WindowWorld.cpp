@@ -108,8 +108,8 @@ WindowWorld::WindowWorld(int rowCount) : desktop(*qApp), recorder_(std::make_sha
     scrollView->setHasVerticalScroller(true);
     scrollView->setDocumentView(table);
     add(scrollView, { { 10, 100 }, { 200, 200 } });
-    button("Cancel", "\x1b", *view, 320);
-    button("Apply", "\r", *view, 360);
+    addButton("Cancel", "\x1b", *view, 320);
+    addButton("Apply", "\r", *view, 360);
 
     auto controller = std::make_shared<NSViewController>();
     controller->setView(view);
@@ -129,7 +129,7 @@ WindowWorld::~WindowWorld()
     settle();
 }
 
-std::shared_ptr<NSButton> WindowWorld::button(const std::string& title, const std::string& key, NSView& in, double y)
+void WindowWorld::addButton(const std::string& title, const std::string& key, NSView& in, double y)
 {
     static const Selector pressed = makeSelector<&Recorder::pressed>("pressed:");
     auto made = std::make_shared<NSButton>();
@@ -138,15 +138,14 @@ std::shared_ptr<NSButton> WindowWorld::button(const std::string& title, const st
     made->setTarget(recorder_, &pressed);
     made->setFrame({ { 10, y }, { 120, 28 } });
     in.addSubview(made);
-    return made;
 }
 
 std::shared_ptr<NSWindow> WindowWorld::beginSheet()
 {
     const auto view = std::make_shared<NSView>();
     view->setFrame({ {}, { 200, 120 } });
-    button("Discard", "\x1b", *view, 10);
-    button("Use", "\r", *view, 50);
+    addButton("Discard", "\x1b", *view, 10);
+    addButton("Use", "\r", *view, 50);
     auto controller = std::make_shared<NSViewController>();
     controller->setView(view);
     auto sheet = NSWindow::create(std::move(controller));
@@ -175,6 +174,15 @@ QWidget* WindowWorld::widget() const
 {
     for (QWidget* each : QApplication::topLevelWidgets()) {
         if (dynamic_cast<WindowPresenter*>(each) && !each->parentWidget() && each->isVisible())
+            return each;
+    }
+    return nullptr;
+}
+
+QPushButton* WindowWorld::button(const QString& title) const
+{
+    for (auto* each : widget()->findChildren<QPushButton*>()) {
+        if (each->text() == title)
             return each;
     }
     return nullptr;

@@ -11,7 +11,7 @@
 
 #include "ManualClock.h"
 
-#include <QPoint>
+#include <QPushButton>
 #include <QWidget>
 
 #include <functional>
@@ -35,8 +35,15 @@ public:
     std::string takeLog();
     // Null once the window is closed.
     QWidget* widget() const;
+    // The first such widget, null where there is none.
     template <class Widget>
-    Widget* find() const;
+    static Widget* findIn(const QWidget& around);
+    template <class Widget>
+    Widget* find() const
+    {
+        return findIn<Widget>(*widget());
+    }
+    QPushButton* button(const QString& title) const;
     static void key(QWidget& window, int key, const QString& text = {});
     static void click(QWidget& widget);
     // A sheet with its own buttons for Return and Escape, and begun on the window.
@@ -59,15 +66,15 @@ public:
 private:
     class Recorder;
     const Installed<Desktop> installed_ { desktop };
-    std::shared_ptr<NSButton> button(const std::string& title, const std::string& key, NSView& in, double y);
+    void addButton(const std::string& title, const std::string& key, NSView& in, double y);
 
     std::shared_ptr<Recorder> recorder_;
 };
 
 template <class Widget>
-Widget* WindowWorld::find() const
+Widget* WindowWorld::findIn(const QWidget& around)
 {
-    for (QWidget* below : widget()->findChildren<QWidget*>()) {
+    for (QWidget* below : around.findChildren<QWidget*>()) {
         if (auto* wanted = dynamic_cast<Widget*>(below))
             return wanted;
     }
