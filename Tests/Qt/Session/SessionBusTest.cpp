@@ -1,20 +1,16 @@
 #include "SessionBus.h"
 
 #include "PrivateBus.h"
-#include "SingleInstance.h"
 
 #include <gtest/gtest.h>
 
 #include <QDBusConnectionInterface>
-#include <QDBusReply>
 #include <QFile>
 #include <QTimer>
 
 using namespace quillbox;
 
 namespace {
-
-const QString kName = QStringLiteral("org.quillbox.Quillbox");
 
 TEST(SessionBus, IsConnectedToAgainWhenItComesBack)
 {
@@ -41,22 +37,6 @@ TEST(SessionBus, IsConnectedToAgainWhenItComesBack)
         const QString ours = bus.connection().baseService();
         EXPECT_TRUE(other.connection().interface()->isServiceRegistered(ours).value());
     }
-}
-
-TEST(SessionBus, AnswersUnderItsNameAfterARestart)
-{
-    PrivateBus daemon;
-    SingleInstance first({});
-    ASSERT_EQ(first.claim(), SingleInstance::Outcome::first);
-    QStringList calls;
-    first.setHandlers({ [&calls] { calls.append("activate"); }, {}, {} });
-    daemon.stop();
-    daemon.start();
-    BusClient client;
-    EXPECT_TRUE(waitUntil([&client] { return client.connection().interface()->isServiceRegistered(kName).value(); }));
-    client.call(kName, "/org/quillbox/Quillbox", "org.freedesktop.Application", "Activate", { QVariantMap() });
-    EXPECT_TRUE(waitUntil([&calls] { return !calls.isEmpty(); }));
-    EXPECT_EQ(calls, QStringList { "activate" });
 }
 
 } // namespace

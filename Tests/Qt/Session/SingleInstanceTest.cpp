@@ -37,78 +37,82 @@ Outcome startAgain(StartEnvironment environment)
     return outcome;
 }
 
-// Records what a Quillbox was asked to do.
-SingleInstance::Handlers recordInto(QStringList& calls)
-{
-    return { [&calls] { calls.append("activate"); },
-             { { "quit", [&calls] { calls.append("quit"); } } },
-             [&calls](const std::string& token) { calls.append("token " + QString::fromStdString(token)); } };
-}
-
-TEST(SingleInstance, StartingAgainActivatesTheOneThatRuns)
-{
-    PrivateBus bus;
-    QStringList calls;
+// The first Quillbox on a bus of its own, another program there, and what it asked of Quillbox.
+class SingleInstanceTest : public testing::Test {
+protected:
+    void claim(StartEnvironment environment = {})
     {
-        SingleInstance first({});
-        ASSERT_EQ(first.claim(), Outcome::first);
-        first.setHandlers(recordInto(calls));
-        EXPECT_EQ(startAgain({ "token-1", false }), Outcome::handedOver);
-        EXPECT_EQ(startAgain({}), Outcome::handedOver);
-        EXPECT_TRUE(waitUntil([&] { return calls.size() >= 3; }));
-        EXPECT_EQ(calls, (QStringList { "token token-1", "activate", "activate" }));
+        first.emplace(std::move(environment));
+        ASSERT_EQ(first->claim(), Outcome::first);
     }
-    EXPECT_EQ(SingleInstance({}).claim(), Outcome::first);
-}
+    void record()
+    {
+        first->setHandlers(
+            { [this] { calls.append("activate"); },
+              { { "quit", [this] { calls.append("quit"); } } },
+              [this](const std::string& token) { calls.append("token " + QString::fromStdString(token)); } });
+    }
+    // Waits for as many calls.
+    void expect(const QStringList& expected)
+    {
+        EXPECT_TRUE(waitUntil([&] { return calls.size() >= expected.size(); }));
+        EXPECT_EQ(calls, expected);
+    }
 
-TEST(SingleInstance, CallsThatComeBeforeTheHandlersAreKept)
-{
     PrivateBus bus;
-    SingleInstance first({});
-    ASSERT_EQ(first.claim(), Outcome::first);
     BusClient client;
-    client.begin(kName, kPath, kInterface, "Activate", { QVariantMap() });
+    std::optional<SingleInstance> first;
     QStringList calls;
-    first.setHandlers(recordInto(calls));
-    EXPECT_TRUE(waitUntil([&] { return !calls.isEmpty(); }));
-    EXPECT_EQ(calls, QStringList { "activate" });
+};
+
+TEST_F(SingleInstanceTest, StartingAgainActivatesTheOneThatRuns)
+{
+    claim();
+    record();
+    EXPECT_EQ(startAgain({ "token-1", false }), Outcome::handedOver);
+    EXPECT_EQ(startAgain({}), Outcome::handedOver);
+    expect({ "token token-1", "activate", "activate" });
+    first.reset();
+    claim();
 }
 
-TEST(SingleInstance, TheActivationThatStartedItOpensNothing)
+TEST_F(SingleInstanceTest, CallsThatComeBeforeTheHandlersAreKept)
 {
+    claim();
+    client.begin(kName, kPath, kInterface, "Activate", { QVariantMap() });
+    record();
+    expect({ "activate" });
+}
+
+TEST_F(SingleInstanceTest, TheActivationThatStartedItOpensNothing)
+{
+    bus.offer(kName);
     // A terminal that the bus has started hands its mark on, without any call.
     for (const bool isCalled : { true, false }) {
-        PrivateBus bus;
-        bus.offer(kName);
-        BusClient launcher;
+        SCOPED_TRACE(isCalled);
         std::optional<QDBusPendingCallWatcher> answer;
         if (isCalled)
-            answer.emplace(launcher.begin(kName, kPath, kInterface, "Activate",
-                                          { QVariantMap { { "activation-token", "first" } } }));
+            answer.emplace(client.begin(kName, kPath, kInterface, "Activate",
+                                        { QVariantMap { { "activation-token", "first" } } }));
         // Answered once the bus has taken the call before it.
-        launcher.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+        client.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
 
-        SingleInstance first({ "", true });
-        ASSERT_EQ(first.claim(), Outcome::first);
-        QStringList calls;
-        first.setHandlers(recordInto(calls));
+        claim({ "", true });
+        record();
         EXPECT_TRUE(waitUntil([&] { return !answer || answer->isFinished(); }));
         EXPECT_FALSE(answer && answer->isError());
         EXPECT_EQ(startAgain({ "second", false }), Outcome::handedOver);
-        EXPECT_TRUE(waitUntil([&] { return calls.size() >= 2; }));
-        EXPECT_EQ(calls, (QStringList { "token second", "activate" })) << isCalled;
+        expect({ "token second", "activate" });
+        first.reset();
+        calls.clear();
     }
 }
 
-TEST(SingleInstance, AnswersFilesAndActions)
+TEST_F(SingleInstanceTest, AnswersFilesAndActions)
 {
-    PrivateBus bus;
-    SingleInstance first({});
-    ASSERT_EQ(first.claim(), Outcome::first);
-    QStringList calls;
-    first.setHandlers(recordInto(calls));
-    BusClient client;
-    const auto error = [&client](const QString& member, const QVariantList& arguments) {
+    claim();
+    record();
+    const auto error = [this](const QString& member, const QVariantList& arguments) {
         return client.call(kName, kPath, kInterface, member, arguments).errorName();
     };
     const QVariantMap token { { "desktop-startup-id", "t" } };
@@ -116,21 +120,17 @@ TEST(SingleInstance, AnswersFilesAndActions)
     EXPECT_EQ(error("ActivateAction", { "quit", QVariantList(), token }), "");
     EXPECT_EQ(error("ActivateAction", { "explode", QVariantList(), QVariantMap() }),
               "org.freedesktop.DBus.Error.InvalidArgs");
-    EXPECT_TRUE(waitUntil([&] { return calls.size() >= 3; }));
-    EXPECT_EQ(calls, (QStringList { "activate", "token t", "quit" }));
+    expect({ "activate", "token t", "quit" });
 }
 
-TEST(SingleInstance, OneThatHasTheNameButNoAnswerIsReported)
+TEST_F(SingleInstanceTest, OneThatHasTheNameButNoAnswerIsReported)
 {
-    PrivateBus bus;
-    BusClient other;
-    ASSERT_TRUE(other.connection().registerService(kName));
+    ASSERT_TRUE(client.connection().registerService(kName));
     EXPECT_EQ(startAgain({}), Outcome::notAnswered);
 }
 
-TEST(SingleInstance, RunsUnguardedWithoutABus)
+TEST_F(SingleInstanceTest, RunsUnguardedWithoutABus)
 {
-    PrivateBus bus;
     const QByteArray runtimeDirectory = qgetenv("XDG_RUNTIME_DIR");
     const QTemporaryDir empty;
     qputenv("XDG_RUNTIME_DIR", empty.path().toUtf8());

@@ -2,73 +2,36 @@
 
 #include <gtest/gtest.h>
 
-#include <QtEndian>
-
 using namespace quillbox;
 
 namespace {
 
-// Settings as a manager writes them, in either order of bytes.
-class Written {
-public:
-    explicit Written(bool isBigEndian) : isBigEndian_(isBigEndian), bytes_(isBigEndian ? "\1\0\0\0" : "\0\0\0\0", 4)
-    {
-        add<quint32>(7);
-        add<quint32>(3);
-    }
-    Written& number(const QByteArray& name, quint32 value)
-    {
-        begin(0, name);
-        add(value);
-        return *this;
-    }
-    Written& text(const QByteArray& name, const QByteArray& value)
-    {
-        begin(1, name);
-        add(static_cast<quint32>(value.size()));
-        addPadded(value);
-        return *this;
-    }
-    Written& colour(const QByteArray& name)
-    {
-        begin(2, name);
-        bytes_ += QByteArray(8, '\xff');
-        return *this;
-    }
-    const QByteArray& bytes() const { return bytes_; }
+template <std::size_t length>
+QByteArray bytes(const char (&literal)[length])
+{
+    return { literal, length - 1 };
+}
 
-private:
-    template <class T>
-    void add(T value)
-    {
-        const T ordered = isBigEndian_ ? qToBigEndian(value) : qToLittleEndian(value);
-        bytes_.append(reinterpret_cast<const char*>(&ordered), sizeof ordered);
-    }
-    void addPadded(const QByteArray& text) { bytes_ += text + QByteArray((4 - text.size() % 4) % 4, '\0'); }
-    void begin(char kind, const QByteArray& name)
-    {
-        bytes_ += QByteArray(1, kind) + '\0';
-        add(static_cast<quint16>(name.size()));
-        addPadded(name);
-        add<quint32>(1);
-    }
-
-    bool isBigEndian_;
-    QByteArray bytes_;
+// Settings as a manager writes them, in either order of bytes: a number, a colour and a text.
+const QByteArray kSettings[] = {
+    bytes("\0\0\0\0\7\0\0\0\3\0\0\0"
+          "\0\0\7\0Xft/DPI\0\1\0\0\0\0\200\1\0"
+          "\2\0\12\0Gtk/Colour\0\0\1\0\0\0\377\377\377\377\377\377\377\377"
+          "\1\0\15\0Net/ThemeName\0\0\0\1\0\0\0\13\0\0\0Mint-Y-Dark\0"),
+    bytes("\1\0\0\0\0\0\0\7\0\0\0\3"
+          "\0\0\0\7Xft/DPI\0\0\0\0\1\0\1\200\0"
+          "\2\0\0\12Gtk/Colour\0\0\0\0\0\1\377\377\377\377\377\377\377\377"
+          "\1\0\0\15Net/ThemeName\0\0\0\0\0\0\1\0\0\0\13Mint-Y-Dark\0"),
 };
 
 TEST(XSettings, TextsAreFoundAmongOtherKindsAndBeforeDamage)
 {
-    for (const bool isBigEndian : { false, true }) {
-        const QByteArray bytes = Written(isBigEndian)
-                                     .number("Xft/DPI", 98304)
-                                     .colour("Gtk/Colour")
-                                     .text("Net/ThemeName", "Mint-Y-Dark")
-                                     .bytes();
-        EXPECT_EQ(XSettings::parse(bytes).value("Net/ThemeName"), "Mint-Y-Dark") << isBigEndian;
-        for (qsizetype length = 0; length < bytes.size() - 1; ++length)
-            EXPECT_TRUE(XSettings::parse(bytes.left(length)).isEmpty()) << length;
-        QByteArray strange = bytes;
+    for (const QByteArray& settings : kSettings) {
+        SCOPED_TRACE(settings[0] ? "big-endian" : "little-endian");
+        EXPECT_EQ(XSettings::parse(settings).value("Net/ThemeName"), "Mint-Y-Dark");
+        for (qsizetype length = 0; length < settings.size() - 1; ++length)
+            EXPECT_TRUE(XSettings::parse(settings.left(length)).isEmpty()) << length;
+        QByteArray strange = settings;
         strange[12] = '\x7f';
         EXPECT_TRUE(XSettings::parse(strange).isEmpty());
     }
