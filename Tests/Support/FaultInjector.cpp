@@ -1,8 +1,8 @@
 #include "FaultInjector.h"
 
 #include "Check.h"
+#include "ChildProcess.h"
 
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -13,7 +13,6 @@
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -80,9 +79,9 @@ namespace {
         }
     }
 
-    // In the child: the work in a thread of its own, the answers in this one.
-    std::string workUnderFault(const std::optional<Fault>& fault, const std::function<std::string()>& work,
-                               int& callCount)
+    // In the child: the work in a thread of its own, the answers in this one. Gives the number of calls, a blank and
+    // what the work returned.
+    std::string workUnderFault(const std::optional<Fault>& fault, const std::function<std::string()>& work)
     {
         std::atomic<int> listener = -1;
         std::string report;
@@ -92,43 +91,21 @@ namespace {
             report = work();
         });
         listener.wait(-1);
-        callCount = answerCalls(listener.load(), fault);
+        const int callCount = answerCalls(listener.load(), fault);
         worker.join();
-        return report;
+        return std::to_string(callCount) + " " + report;
     }
 
 } // namespace
 
 FaultRun runWithFault(const std::optional<Fault>& fault, const std::function<std::string()>& work)
 {
-    std::array<int, 2> ends {};
-    QB_CHECK(pipe(ends.data()) == 0);
-    const pid_t child = fork();
-    QB_CHECK(child >= 0);
-    if (child == 0) {
-        int callCount = 0;
-        const std::string report = workUnderFault(fault, work, callCount);
-        const std::string text = std::to_string(callCount) + " " + report;
-        QB_CHECK(write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()));
-        _exit(0);
-    }
-    close(ends[1]);
-    std::string text;
-    std::array<char, 4096> buffer {};
-    for (ssize_t count = 0; (count = read(ends[0], buffer.data(), buffer.size())) > 0;)
-        text.append(buffer.data(), static_cast<std::size_t>(count));
-    close(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    FaultRun run;
-    run.wasKilled = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
-    QB_CHECK(run.wasKilled || (WIFEXITED(status) && WEXITSTATUS(status) == 0));
-    if (!run.wasKilled) {
-        const std::size_t space = text.find(' ');
-        run.callCount = std::stoi(text.substr(0, space));
-        run.report = text.substr(space + 1);
-    }
-    return run;
+    const ChildRun child = runInChild([&] { return workUnderFault(fault, work); });
+    if (child.status == SIGKILL)
+        return { {}, 0, true };
+    QB_CHECK(child.status == 0);
+    const std::size_t blank = child.report.find(' ');
+    return { child.report.substr(blank + 1), std::stoi(child.report), false };
 }
 
 } // namespace quillbox

@@ -1,28 +1,24 @@
 #include "ManualClock.h"
 
+#include <algorithm>
+
 namespace quillbox {
 
-struct ManualClock::Pending {
-    std::function<void()> action;
-};
-
 namespace {
-    class ManualTimer final : public Clock::Timer {
-    public:
-        explicit ManualTimer(std::shared_ptr<void> pending) : pending_(std::move(pending)) { }
 
-    private:
-        std::shared_ptr<void> pending_;
+    // Keeps its call pending.
+    struct ManualTimer final : Clock::Timer {
+        explicit ManualTimer(std::shared_ptr<std::function<void()>> pending) : call(std::move(pending)) { }
+        const std::shared_ptr<std::function<void()>> call;
     };
-} // namespace
 
-ManualClock::ManualClock(Date start) : now_(start) { }
+} // namespace
 
 std::unique_ptr<Clock::Timer> ManualClock::after(std::chrono::milliseconds delay, std::function<void()> action)
 {
-    auto pending = std::make_shared<Pending>(Pending { std::move(action) });
-    pending_.emplace(uptime_ + delay, pending);
-    return std::make_unique<ManualTimer>(std::move(pending));
+    auto timer = std::make_unique<ManualTimer>(std::make_shared<std::function<void()>>(std::move(action)));
+    pending_.emplace(uptime_ + delay, timer->call);
+    return timer;
 }
 
 void ManualClock::advance(std::chrono::milliseconds time)
@@ -30,12 +26,10 @@ void ManualClock::advance(std::chrono::milliseconds time)
     const auto end = uptime_ + time;
     const Date endDate = now_.addingSeconds(static_cast<double>(time.count()) / 1000);
     while (!pending_.empty() && pending_.begin()->first <= end) {
-        const auto due = pending_.begin()->first;
-        const std::shared_ptr<Pending> pending = pending_.begin()->second.lock();
-        pending_.erase(pending_.begin());
-        uptime_ = due;
-        if (pending)
-            pending->action();
+        const auto first = pending_.extract(pending_.begin());
+        uptime_ = first.key();
+        if (const auto call = first.mapped().lock())
+            (*call)();
     }
     uptime_ = end;
     now_ = endDate;
@@ -43,10 +37,8 @@ void ManualClock::advance(std::chrono::milliseconds time)
 
 std::size_t ManualClock::pendingCount() const
 {
-    std::size_t count = 0;
-    for (const auto& [due, pending] : pending_)
-        count += pending.expired() ? 0 : 1;
-    return count;
+    return static_cast<std::size_t>(
+        std::count_if(pending_.begin(), pending_.end(), [](const auto& entry) { return !entry.second.expired(); }));
 }
 
 } // namespace quillbox

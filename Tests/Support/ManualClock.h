@@ -12,7 +12,7 @@ namespace quillbox {
 // A clock whose hands a test moves. It is the installed clock for as long as it lives.
 class ManualClock final : public Clock {
 public:
-    explicit ManualClock(Date start = Date::sinceUnixEpoch(1700000000));
+    explicit ManualClock(Date start = Date::sinceUnixEpoch(1700000000)) : now_(start) { }
 
     Date now() const override { return now_; }
     std::chrono::milliseconds uptime() const override { return uptime_; }
@@ -24,12 +24,10 @@ public:
     std::size_t pendingCount() const;
 
 private:
-    struct Pending;
-
     const Installed<Clock> installed_ { *this };
     Date now_;
     std::chrono::milliseconds uptime_ { 0 };
-    std::multimap<std::chrono::milliseconds, std::weak_ptr<Pending>> pending_;
+    std::multimap<std::chrono::milliseconds, std::weak_ptr<std::function<void()>>> pending_;
 };
 
 } // namespace quillbox

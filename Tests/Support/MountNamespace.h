@@ -22,7 +22,7 @@ public:
     static const char* name(Kind);
 
     // Its files are those below `contents`; `directory` is free for what else it needs.
-    TestVolume(Kind, const std::string& contents, std::string directory);
+    TestVolume(Kind, const std::string& contents, const std::string& directory);
 
     const std::string& reasonItCannotBe() const { return reason_; }
     // Makes the directory where there is none; false where mounting fails.
@@ -31,14 +31,10 @@ public:
     int unmount();
 
 private:
-    bool mountByFuse();
-
-    Kind kind_;
-    std::string contents_;
-    std::string image_;
+    // What mounts it, but for the mount point at its end.
+    std::string command_;
     std::string mountPoint_;
     std::string reason_;
-    int fuseProcess_ = -1;
 };
 
 } // namespace quillbox

@@ -1,8 +1,7 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
-
-#include <sys/types.h>
 
 namespace quillbox {
 
@@ -27,7 +26,8 @@ private:
     std::string mountPoint_;
     std::string reason_;
     int gate_ = -1;
-    pid_t server_ = -1;
+    // What the server writes once it is mounted.
+    std::FILE* server_ = nullptr;
 };
 
 } // namespace quillbox
