@@ -2,8 +2,7 @@
 
 #include "BookmarkSearch.h"
 #include "FileDescriptor.h"
-#include "FileManager.h"
-#include "FileReferenceURL.h"
+#include "MountNamespace.h"
 #include "TemporaryDirectory.h"
 #include "Unprivileged.h"
 #include "URL.h"
@@ -11,35 +10,18 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <optional>
 #include <sys/inotify.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 using namespace quillbox;
+using namespace std::string_view_literals;
 
 namespace {
-
-// Makes the mount of the test's files the home's, so that references hold descriptors there.
-class HomeAt {
-public:
-    explicit HomeAt(const std::string& path)
-    {
-        if (const char* home = std::getenv("HOME"))
-            before_ = home;
-        setenv("HOME", path.c_str(), 1);
-    }
-    ~HomeAt() { before_ ? setenv("HOME", before_->c_str(), 1) : unsetenv("HOME"); }
-    HomeAt(const HomeAt&) = delete;
-    HomeAt& operator=(const HomeAt&) = delete;
-
-private:
-    std::optional<std::string> before_;
-};
 
 Data bookmarkOf(const std::string& path)
 {
@@ -47,6 +29,10 @@ Data bookmarkOf(const std::string& path)
     EXPECT_TRUE(bookmark) << path;
     return bookmark ? *bookmark : Data {};
 }
+
+struct Bookmarks : testing::Test {
+    const TemporaryDirectory files;
+};
 
 // "path", "path (stale)" or "error N".
 std::string resolved(const Data& bookmark)
@@ -67,25 +53,22 @@ Bookmark sample()
     return bookmark;
 }
 
-TEST(Bookmark, FormatIsFixed)
+TEST_F(Bookmarks, FormatIsFixed)
 {
-    const Data expected {
-        'Q',  'B',  'b',  'k',  1,    5,   0,   0,   0,   5,   '/',  'a',  '/',  'b',  0xff, 0,    0,
-        0,    9,    '1',  '2',  '3',  '4', '-', 'A', 'B', 'C', 'D',  0,    0,    0,    8,    0,    0,
-        0,    1,    0,    0,    0,    0,   0,   0,   0,   77,  0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff,
-        0xfb, 0x3b, 0x9a, 0xc9, 0xff, 0,   0,   0,   5,   0,   0,    0,    1,    9,
-    };
-    Data bytes = sample().encoded();
-    ASSERT_EQ(bytes.size(), expected.size() + 4);
-    EXPECT_EQ(Data(bytes.begin(), bytes.end() - 4), expected);
-    const Result<Bookmark> read = Bookmark::decode(bytes);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(*read, sample());
+    const std::string_view expected = "QBbk\x01\x05"
+                                      "\0\0\0\x05/a/b\xff"
+                                      "\0\0\0\0111234-ABCD"
+                                      "\0\0\0\x08\0\0\0\x01\0\0\0\0\0\0\0\x4d"
+                                      "\xff\xff\xff\xff\xff\xff\xff\xfb\x3b\x9a\xc9\xff"
+                                      "\0\0\0\x05\0\0\0\x01\x09"
+                                      "\x93\x9a\x92\xed"sv;
+    const Data bytes = sample().encoded();
+    EXPECT_EQ(bytes, Data(expected.begin(), expected.end()));
+    EXPECT_EQ(*Bookmark::decode(bytes), sample());
 }
 
-TEST(Bookmark, DamageIsAnErrorAlways)
+TEST_F(Bookmarks, DamageIsAnErrorAlways)
 {
-    const TemporaryDirectory files;
     const Data whole = bookmarkOf(files.writeFile("file"));
     for (std::size_t i = 0; i < whole.size(); ++i) {
         EXPECT_FALSE(Bookmark::decode(Data(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(i)))) << i;
@@ -95,16 +78,13 @@ TEST(Bookmark, DamageIsAnErrorAlways)
             EXPECT_FALSE(Bookmark::decode(damaged)) << i;
         }
     }
-    Data longer = whole;
-    longer.push_back(0);
-    EXPECT_FALSE(Bookmark::decode(longer));
     Data newer = whole;
     newer[4] = 2;
     EXPECT_NE(Bookmark::decode(newer).error().what.find("version 2"), std::string::npos);
     EXPECT_EQ(resolved(Data(100000, 0xff)), "error 22");
 }
 
-TEST(Bookmark, BytesWithTheRightSumButWrongFieldsAreAnError)
+TEST_F(Bookmarks, BytesWithTheRightSumButWrongFieldsAreAnError)
 {
     for (const std::string& path : { std::string("relative"), std::string(), std::string("/a\0b", 4) }) {
         Bookmark bookmark = sample();
@@ -113,9 +93,8 @@ TEST(Bookmark, BytesWithTheRightSumButWrongFieldsAreAnError)
     }
 }
 
-TEST(Bookmark, ResolvesWhatIsAtThePath)
+TEST_F(Bookmarks, ResolvesWhatIsAtThePath)
 {
-    const TemporaryDirectory files;
     for (const std::string& path : { files.writeFile("file"), files.makeDirectory("folder"),
                                      files.makeLink("dangling", "no"), files.writeFile("bytes\xff\n") })
         EXPECT_EQ(resolved(bookmarkOf(path)), path);
@@ -137,15 +116,13 @@ struct Move {
 // not every one has handles.
 void waitForNextBirthTime()
 {
-    const auto now = [] {
-        timespec time {};
-        clock_gettime(CLOCK_REALTIME_COARSE, &time);
-        return time.tv_nsec;
-    };
-    for (const auto before = now(); now() == before;) { }
+    timespec before {};
+    clock_gettime(CLOCK_REALTIME_COARSE, &before);
+    for (timespec now = before; now.tv_nsec == before.tv_nsec;)
+        clock_gettime(CLOCK_REALTIME_COARSE, &now);
 }
 
-TEST(Bookmark, FindsWhatHasLeftItsPathAfterARestart)
+TEST(MovedFile, IsFoundByItsBookmarkAfterARestart)
 {
     using Files = const TemporaryDirectory&;
     for (const Move& c : {
@@ -201,17 +178,16 @@ public:
         EXPECT_GE(::inotify_add_watch(descriptor_.get(), directory.c_str(), IN_OPEN | IN_ONLYDIR), 0);
     }
     // How often it was opened since the last call.
-    int count()
+    int count() const
     {
         std::array<char, 4096> bytes {};
         const ssize_t length = ::read(descriptor_.get(), bytes.data(), bytes.size());
         int openings = 0;
-        for (ssize_t position = 0; position < length;) {
-            inotify_event event {};
-            std::memcpy(&event, bytes.data() + position, sizeof event);
+        inotify_event event {};
+        for (const char* at = bytes.data(); at < bytes.data() + length; at += sizeof event + event.len) {
+            std::memcpy(&event, at, sizeof event);
             // With a name it is about a file in the directory.
             openings += event.len == 0 ? 1 : 0;
-            position += static_cast<ssize_t>(sizeof event) + event.len;
         }
         return openings;
     }
@@ -220,22 +196,16 @@ private:
     FileDescriptor descriptor_;
 };
 
-// Makes the directory look as if nothing had been changed there for a minute.
-void settle(const std::string& directory)
+TEST_F(Bookmarks, WhatIsMissingIsSoughtAgainOnceItsDirectoriesHaveChanged)
 {
-    std::filesystem::last_write_time(directory,
-                                     std::filesystem::file_time_type::clock::now() - std::chrono::minutes(1));
-}
-
-TEST(Bookmark, WhatIsMissingIsSoughtAgainOnceItsDirectoriesHaveChanged)
-{
-    const TemporaryDirectory files;
     const Data bookmark = bookmarkOf(files.writeFile("up/dir/file"));
     files.makeDirectory("up/sib");
     files.rename("up/dir/file", "elsewhere");
+    // As if nothing had been changed there for a minute.
+    const auto past = std::filesystem::file_time_type::clock::now() - std::chrono::minutes(1);
     for (const char* directory : { "up", "up/dir", "up/sib" })
-        settle(files.path(directory));
-    OpeningsOf siblings(files.path("up/sib"));
+        std::filesystem::last_write_time(files.path(directory), past);
+    const OpeningsOf siblings(files.path("up/sib"));
     EXPECT_EQ(resolved(bookmark), "error 2");
     EXPECT_EQ(siblings.count(), 1);
     EXPECT_EQ(resolved(bookmark), "error 2");
@@ -250,9 +220,8 @@ TEST(Bookmark, WhatIsMissingIsSoughtAgainOnceItsDirectoriesHaveChanged)
     EXPECT_EQ(resolved(bookmark), files.path("up/sib/file") + " (stale)");
 }
 
-TEST(Bookmark, SearchesOfOneOpeningShareOneBoundAndRepeatNothing)
+TEST_F(Bookmarks, SearchesOfOneOpeningShareOneBoundAndRepeatNothing)
 {
-    const TemporaryDirectory files;
     const Data far = bookmarkOf(files.writeFile("big/dir/file"));
     const Data near = bookmarkOf(files.writeFile("small/dir/file"));
     for (int i = 0; i < kMaximumSearchedDirectories; ++i)
@@ -262,7 +231,7 @@ TEST(Bookmark, SearchesOfOneOpeningShareOneBoundAndRepeatNothing)
     EXPECT_EQ(resolved(near), renamed + " (stale)");
     {
         const BookmarkSearchBound bound;
-        OpeningsOf directory(files.path("big/dir"));
+        const OpeningsOf directory(files.path("big/dir"));
         EXPECT_EQ(resolved(far), "error 2");
         EXPECT_EQ(resolved(far), "error 2");
         EXPECT_EQ(directory.count(), 1);
@@ -271,23 +240,7 @@ TEST(Bookmark, SearchesOfOneOpeningShareOneBoundAndRepeatNothing)
     EXPECT_EQ(resolved(near), renamed + " (stale)");
 }
 
-TEST(Bookmark, FollowsALiveReference)
-{
-    const TemporaryDirectory files;
-    const HomeAt home(files.path());
-    const URL url = URL::fileURLWithPath(files.writeFile("a/file"));
-    const Data bookmark = *url.bookmarkData();
-    files.makeDirectory("far/away");
-    {
-        const Result<FileReferenceURL> reference = url.fileReferenceURL();
-        ASSERT_TRUE(reference);
-        files.rename("a/file", "far/away/file");
-        EXPECT_EQ(resolved(bookmark), files.path("far/away/file") + " (stale)");
-    }
-    EXPECT_EQ(resolved(bookmark), "error 2");
-}
-
-TEST(Bookmark, AnotherFileSystemIsAnotherFile)
+TEST_F(Bookmarks, AnotherFileSystemIsAnotherFile)
 {
     const Bookmark one = sample();
     struct Case {
@@ -313,9 +266,8 @@ TEST(Bookmark, AnotherFileSystemIsAnotherFile)
     }
 }
 
-TEST(Bookmark, RefusedLooksAreErrors)
+TEST_F(Bookmarks, RefusedLooksAreErrors)
 {
-    const TemporaryDirectory files;
     const Data bookmark = bookmarkOf(files.writeFile("closed/file"));
     ASSERT_EQ(chmod(files.path("closed").c_str(), 0), 0);
     ASSERT_EQ(chmod(files.path().c_str(), 0755), 0);
@@ -323,72 +275,112 @@ TEST(Bookmark, RefusedLooksAreErrors)
     ASSERT_EQ(chmod(files.path("closed").c_str(), 0755), 0);
 }
 
-std::size_t openDescriptors()
-{
-    const std::filesystem::directory_iterator all("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
-}
-
-FileReferenceURL referenceTo(const std::string& path)
-{
-    Result<FileReferenceURL> reference = URL::fileURLWithPath(path).fileReferenceURL();
-    EXPECT_TRUE(reference);
-    return *reference;
-}
-
-TEST(FileReference, FollowsMovesAndRenames)
-{
-    const TemporaryDirectory files;
-    const HomeAt home(files.path());
-    const FileReferenceURL file = referenceTo(files.writeFile("a/file"));
-    const FileReferenceURL link = referenceTo(files.makeLink("a/link", "file"));
-    EXPECT_EQ(file.path(), files.path("a/file"));
-    files.rename("a", "b");
-    EXPECT_EQ(file.path(), files.path("b/file"));
-    files.rename("b/file", "moved");
-    EXPECT_EQ(file.path(), files.path("moved"));
-    EXPECT_EQ(link.path(), files.path("b/link"));
-    EXPECT_FALSE(URL::fileURLWithPath(files.path("a/file")).fileReferenceURL());
-}
-
-TEST(FileReference, KnowsWhatIsGone)
-{
-    const TemporaryDirectory files;
-    const HomeAt home(files.path());
-    const FileReferenceURL replaced = referenceTo(files.writeFile("replaced"));
-    files.writeFile("new");
-    files.rename("new", "replaced");
-    EXPECT_FALSE(replaced.path());
-    const FileReferenceURL deleted = referenceTo(files.writeFile("gone"));
-    files.remove("gone");
-    files.writeFile("gone (deleted)");
-    EXPECT_FALSE(deleted.path()) << "a file of the name that the deleted one's link shows";
-    const FileReferenceURL odd = referenceTo(files.path("gone (deleted)"));
-    EXPECT_EQ(odd.path(), files.path("gone (deleted)"));
-}
-
-TEST(FileReference, HoldsFewDescriptorsAndNoneElsewhere)
-{
-    const TemporaryDirectory files;
-    const HomeAt home(files.path());
-    const std::string path = files.writeFile("file");
-    const std::size_t before = openDescriptors();
+// A volume in memory, mounted at "media/stick", whose device the system's links give the UUID "AAAA-0001".
+class Stick {
+public:
+    Stick()
     {
-        std::vector<FileReferenceURL> references;
-        references.reserve(FileReferenceURL::kMaximumDescriptors + 20);
-        for (int i = 0; i < FileReferenceURL::kMaximumDescriptors + 20; ++i)
-            references.push_back(referenceTo(path));
-        EXPECT_EQ(openDescriptors(), before + FileReferenceURL::kMaximumDescriptors);
-        const FileReferenceURL copy = references.back();
-        EXPECT_EQ(copy.path(), path) << "past the most, the last path does";
-        files.rename("file", "other");
-        EXPECT_EQ(references.front().path(), files.path("other"));
-        EXPECT_FALSE(copy.path());
+        mountAt(place, "tmpfs", 0);
+        EXPECT_EQ(mount("none", "/dev", "tmpfs", 0, nullptr), 0);
+        files.writeFile("media/stick/docs/file");
+        files.writeFile("media/stick/other/letter");
+        struct stat root { };
+        EXPECT_EQ(stat(files.path("media/stick").c_str(), &root), 0);
+        std::filesystem::create_directories("/dev/disk/by-uuid");
+        EXPECT_EQ(mknod("/dev/disk/by-uuid/AAAA-0001", S_IFBLK | 0600, root.st_dev), 0);
     }
-    EXPECT_EQ(openDescriptors(), before);
-    const FileReferenceURL elsewhere = referenceTo("/proc/version");
-    EXPECT_EQ(openDescriptors(), before);
-    EXPECT_EQ(elsewhere.path(), "/proc/version");
+    ~Stick()
+    {
+        umount2("/dev", MNT_DETACH);
+        umount2(files.path(place).c_str(), MNT_DETACH);
+    }
+    void move(const std::string& to)
+    {
+        mountAt(to, nullptr, MS_MOVE);
+        place = to;
+    }
+
+    TemporaryDirectory files;
+    std::string place = "media/stick";
+
+private:
+    void mountAt(const std::string& to, const char* type, unsigned long flags) const
+    {
+        EXPECT_EQ(mount(files.path(place).c_str(), files.makeDirectory(to).c_str(), type, flags, nullptr), 0);
+    }
+};
+
+TEST_F(Bookmarks, LeadIntoAVolumeWhereverItIsNow)
+{
+    if (!MountNamespace::enter())
+        return;
+    if (!MountNamespace::isRootOfMachine())
+        GTEST_SKIP() << "only root makes device files, and so a volume with a UUID";
+    struct Case {
+        const char* name;
+        // What is renamed in the volume meanwhile, and to what; without a new name it is removed.
+        std::string from;
+        std::string to;
+        bool isMountPointRemoved;
+        // In the volume; empty where the file is missing.
+        const char* found;
+    };
+    for (const Case& c : {
+             Case { "unchanged", "", "", false, "/docs/file" },
+             Case { "unchanged, mount point removed", "", "", true, "/docs/file" },
+             Case { "replaced", "/other/letter", "/docs/file", false, "/docs/file" },
+             Case { "replaced, mount point removed", "/other/letter", "/docs/file", true, "/docs/file" },
+             Case { "renamed", "/docs/file", "/docs/renamed", true, "/docs/renamed" },
+             Case { "in a sibling", "/docs/file", "/other/file", false, "/other/file" },
+             Case { "deleted", "/docs/file", "", true, "" },
+         }) {
+        SCOPED_TRACE(c.name);
+        Stick stick;
+        const Data bytes = bookmarkOf(stick.files.path("media/stick/docs/file"));
+        Bookmark ofAnother = *Bookmark::decode(bytes);
+        EXPECT_EQ(ofAnother.fileSystemUUID, "AAAA-0001");
+        stick.move("elsewhere/disk");
+        if (c.isMountPointRemoved)
+            stick.files.remove("media/stick");
+        if (!c.to.empty())
+            stick.files.rename(stick.place + c.from, stick.place + c.to);
+        else if (!c.from.empty())
+            stick.files.remove(stick.place + c.from);
+        EXPECT_EQ(resolved(bytes), *c.found ? stick.files.path(stick.place) + c.found + " (stale)" : "error 2");
+        ofAnother.fileSystemUUID = "BBBB-0002";
+        EXPECT_EQ(resolved(ofAnother.encoded()), "error 2") << "another volume's file";
+    }
+}
+
+TEST_F(Bookmarks, AreNotLookedForInOtherMounts)
+{
+    if (!MountNamespace::enter())
+        return;
+    const Data bytes = bookmarkOf(files.writeFile("up/dir/file"));
+    const std::string sibling = files.makeDirectory("up/sibling");
+    files.makeDirectory("far/away");
+    files.rename("up/dir/file", "far/away/renamed");
+    ASSERT_EQ(mount(files.path("far/away").c_str(), sibling.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_EQ(resolved(bytes), "error 2");
+    ASSERT_EQ(umount2(sibling.c_str(), 0), 0);
+    files.rename("far/away/renamed", "up/sibling/renamed");
+    EXPECT_EQ(resolved(bytes), sibling + "/renamed (stale)");
+}
+
+TEST_F(Bookmarks, AreNotLookedForBeyondTheBound)
+{
+    if (!MountNamespace::enter())
+        return;
+    ASSERT_EQ(mount("none", files.path().c_str(), "tmpfs", 0, nullptr), 0) << "in memory it is quick";
+    const Data bytes = bookmarkOf(files.writeFile("up/dir/file"));
+    files.rename("up/dir/file", "up/renamed");
+    for (int i = 0; i < kMaximumSearchedEntries; ++i)
+        files.makeLink("up/dir/" + std::to_string(i), "x");
+    EXPECT_EQ(resolved(bytes), "error 2");
+    for (int i = 0; i < kMaximumSearchedEntries / 2; ++i)
+        files.remove("up/dir/" + std::to_string(i));
+    EXPECT_EQ(resolved(bytes), files.path("up/renamed (stale)"));
+    EXPECT_EQ(umount2(files.path().c_str(), 0), 0) << "no directory was left open";
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "FileManager.h"
-#include "AliasFile.h"
+
+#include "Bundle.h"
+#include "FileContents.h"
 #include "Installed.h"
 #include "MountTable.h"
 #include "TemporaryDirectory.h"
@@ -8,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <set>
 #include <sys/stat.h>
@@ -17,6 +20,10 @@
 using namespace quillbox;
 
 namespace {
+
+struct Files : testing::Test {
+    const TemporaryDirectory files;
+};
 
 constexpr auto kAll = DirectoryEnumerationOptions::none;
 constexpr auto kVisible = DirectoryEnumerationOptions::skipsHiddenFiles;
@@ -61,9 +68,8 @@ void fillWithEveryKind(const TemporaryDirectory& files)
     ASSERT_EQ(mkfifo(files.path("pipe.desktop").c_str(), 0600), 0);
 }
 
-TEST(DirectoryListing, TellsExactlyWhatALookTells)
+TEST_F(Files, AreListedWithExactlyWhatALookTells)
 {
-    const TemporaryDirectory files;
     fillWithEveryKind(files);
     const Result<DirectoryListing> listing = list(files.path());
     ASSERT_EQ(listing->count(), 27U);
@@ -86,9 +92,8 @@ TEST(DirectoryListing, TellsExactlyWhatALookTells)
     EXPECT_EQ(namesOf(*list(files.path(), kVisible)), visible);
 }
 
-TEST(DirectoryListing, TakesMoreThanOneBufferfulOfLongestNames)
+TEST_F(Files, AreListedInMoreThanOneBufferfulOfLongestNames)
 {
-    const TemporaryDirectory files;
     std::vector<std::string> names;
     for (int i = 0; i < 1500; ++i) {
         names.push_back(std::to_string(i));
@@ -99,16 +104,14 @@ TEST(DirectoryListing, TakesMoreThanOneBufferfulOfLongestNames)
     EXPECT_EQ(namesOf(*list(files.path())), names);
 }
 
-TEST(DirectoryListing, WaitsForNoPipeOfHiddenNames)
+TEST_F(Files, AreListedWithoutWaitingForAPipeOfHiddenNames)
 {
-    const TemporaryDirectory files;
     ASSERT_EQ(mkfifo(files.path(".hidden").c_str(), 0600), 0);
     EXPECT_TRUE(list(files.path(), kVisible)->isEmpty());
 }
 
-TEST(FileManager, ReportsWhatCantBeListed)
+TEST_F(Files, ThatCantBeListedAreReported)
 {
-    const TemporaryDirectory files;
     files.makeLink("loop", "loop");
     files.writeFile("file");
     for (const auto& [path, code] : { std::pair(files.path("none"), ENOENT),
@@ -120,9 +123,8 @@ TEST(FileManager, ReportsWhatCantBeListed)
     EXPECT_EQ(list(files.path("file")).error().path, files.path("file"));
 }
 
-TEST(FileManager, TellsNothingOfADirectoryThatCantBeSearched)
+TEST_F(Files, OfADirectoryThatCantBeSearchedAreNotKnown)
 {
-    const TemporaryDirectory files;
     files.makeDirectory("listable/folder");
     ASSERT_EQ(chmod(files.path("listable").c_str(), 0444), 0);
     ASSERT_EQ(chmod(files.path().c_str(), 0755), 0);
@@ -137,21 +139,19 @@ TEST(FileManager, TellsNothingOfADirectoryThatCantBeSearched)
     EXPECT_EQ(text, "1 untold unreachable 13 13");
 }
 
-TEST(FileManager, ReadsLinksAsTheyAreStored)
+TEST_F(Files, ThatAreLinksAreReadAsTheyAreStored)
 {
-    const TemporaryDirectory files;
     const std::string distant = "../" + std::string(1000, 'x') + "/./y//";
     EXPECT_EQ(*FileManager().destinationOfSymbolicLink(files.makeLink("link", distant)), distant);
     EXPECT_EQ(FileManager().destinationOfSymbolicLink(files.path()).error().code, EINVAL);
 }
 
-TEST(ResourceValues, KnowVolumes)
+TEST_F(Files, ThatAreVolumesAreKnown)
 {
     class Names final : public VolumeNames {
     public:
         std::optional<std::string> localizedName(const std::string& root) override { return "Volume " + root; }
     };
-    const TemporaryDirectory files;
     const std::string rootLink = files.makeLink("root", "/");
     Names names;
     std::optional<Installed<VolumeNames>> installed(std::in_place, names);
@@ -201,7 +201,7 @@ TEST(MountTable, TellsWhatMayWaitForAnotherComputer)
         EXPECT_EQ((MountTable::Mount { 1, 0, "/mnt", type, source }.isRemote()), isRemote) << type << ' ' << source;
 }
 
-TEST(AliasFile, IsALinkEntryToAFile)
+TEST_F(Files, ThatAreLinkEntriesAreAliases)
 {
     setenv("QUILLBOX_TEST_PLACE", "/some 100% place", 1);
     setenv("QUILLBOX_TEST_HOME", "/home/me", 1);
@@ -223,7 +223,6 @@ TEST(AliasFile, IsALinkEntryToAFile)
         { "Type=Link\nURL=file:///a\n", "" },
         { "\xff\xfe=\n[", "" },
     };
-    const TemporaryDirectory files;
     for (const auto& [text, target] : cases) {
         const URL url = URL::fileURLWithPath(files.writeFile("x.desktop", text));
         const Result<URL> found = URL::resolvingAliasFile(url);
@@ -233,6 +232,25 @@ TEST(AliasFile, IsALinkEntryToAFile)
     const char* entry = "[Desktop Entry]\nType=Link\nURL=file:///a\n";
     EXPECT_FALSE(*valuesOf(files.writeFile("x.link", entry)).isAliasFile) << "only the suffix is looked into";
     EXPECT_FALSE(*valuesOf(files.writeFile("far.desktop", std::string(70000, '\n') + entry)).isAliasFile);
+}
+
+TEST_F(Files, AreReadUpToTheLimit)
+{
+    const std::string path = files.writeFile("five", "12345");
+    EXPECT_EQ(readFile(path, 5)->size(), 5U);
+    EXPECT_EQ(readFile(path, 4).error().code, EFBIG);
+    EXPECT_EQ(readSmallFile(AT_FDCWD, path.c_str(), 4), "1234");
+}
+
+TEST_F(Files, OfBundlesTellOddInformation)
+{
+    files.writeFile("A.app/Contents/Info.plist",
+                    "<plist version=\"1.0\"><dict><key>CFBundleName</key><string>A \u00e9</string>"
+                    "<key>CFBundleIdentifier</key><integer>3</integer></dict></plist>");
+    EXPECT_EQ(Bundle::atPath(files.path("A.app")).value().infoString("CFBundleName"), "A \u00e9");
+    EXPECT_FALSE(Bundle::atPath(files.path("A.app")).value().bundleIdentifier()) << "a number is no identifier";
+    files.writeFile("A.app/Contents/Info.plist", "damaged");
+    EXPECT_FALSE(Bundle::atPath(files.path("A.app")).value().infoString("CFBundleName"));
 }
 
 } // namespace

@@ -8,16 +8,13 @@
 #include "TemporaryDirectory.h"
 #include "URL.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <gtest/gtest.h>
+#include <numeric>
 #include <poll.h>
-
-#include <fcntl.h>
+#include <set>
 #include <sys/syscall.h>
 
 using namespace quillbox;
@@ -30,16 +27,14 @@ using std::chrono::milliseconds;
 constexpr milliseconds kQuestion { 1000 };
 constexpr milliseconds kOpening { 3000 };
 
+const std::string kHelper = std::filesystem::read_symlink("/proc/self/exe").replace_filename("quillbox-mount-helper");
+
 // Two volumes with the same files, both of them able to fall silent, beside a local directory.
 struct World {
-    World()
-        : top(std::filesystem::canonical(files.path())),
-          contents(served()),
-          first(contents, top + "/first", top + "/gate1"),
-          second(contents, top + "/second", top + "/gate2"),
-          inquiry(std::filesystem::read_symlink("/proc/self/exe").replace_filename("quillbox-mount-helper"),
-                  [this](const Error& error) { told.push_back(error.description()); }, { kQuestion, kOpening })
+    explicit World(const std::string& helper = kHelper)
+        : inquiry(helper, [this](const Error& error) { told.push_back(error.description()); }, { kQuestion, kOpening })
     {
+        EXPECT_EQ(first.reasonItCannotBe(), "");
     }
 
     std::string served() const
@@ -53,10 +48,9 @@ struct World {
     }
 
     TemporaryDirectory files;
-    std::string top;
-    std::string contents;
-    StallingVolume first;
-    StallingVolume second;
+    std::string contents = served();
+    StallingVolume first { contents, files.path("first"), files.path("gate1") };
+    StallingVolume second { contents, files.path("second"), files.path("gate2") };
     std::vector<std::string> told;
     MountInquiry inquiry;
 };
@@ -90,9 +84,8 @@ std::string allAnswers(const std::string& top)
             files.contentsOfDirectory(URL::fileURLWithPath(path), DirectoryEnumerationOptions::skipsHiddenFiles);
         std::set<std::string> names;
         for (std::size_t i = 0; listing && i < listing->count(); ++i)
-            names.insert(std::string(listing->name(i)) + std::to_string(static_cast<int>(listing->kind(i))));
-        for (const std::string& entry : names)
-            text += "  " + entry + '\n';
+            names.insert("  " + std::string(listing->name(i)) + std::to_string(static_cast<int>(listing->kind(i))));
+        text = std::accumulate(names.begin(), names.end(), std::move(text));
         const Result<Bookmark> bookmark = Bookmark::ofPath(path);
         text += bookmark ? "  is remembered\n" : "  " + std::to_string(bookmark.error().code) + '\n';
     }
@@ -104,11 +97,10 @@ TEST(MountInquiry, GivesTheAnswersThatTheFileSystemGivesItself)
     if (!MountNamespace::enter())
         return;
     World world;
-    ASSERT_EQ(world.first.reasonItCannotBe(), "");
     const std::string directly = allAnswers(world.contents);
     EXPECT_EQ(world.inquiry.helperProcess(), -1) << "local files need no helper";
     MountInquiry::beginOpening();
-    EXPECT_EQ(allAnswers(world.top + "/first"), directly);
+    EXPECT_EQ(allAnswers(world.files.path("first")), directly);
     EXPECT_GT(world.inquiry.helperProcess(), 0);
     EXPECT_TRUE(world.told.empty());
     // One that has ended meanwhile is replaced unseen.
@@ -117,7 +109,7 @@ TEST(MountInquiry, GivesTheAnswersThatTheFileSystemGivesItself)
     pollfd end { static_cast<int>(syscall(SYS_pidfd_open, before, 0)), POLLIN, 0 };
     poll(&end, 1, 5000);
     close(end.fd);
-    EXPECT_TRUE(FileManager().fileExists(world.top + "/first/file.txt"));
+    EXPECT_TRUE(FileManager().fileExists(world.files.path("first/file.txt")));
     EXPECT_NE(world.inquiry.helperProcess(), before);
 }
 
@@ -126,10 +118,9 @@ TEST(MountInquiry, WaitsOnceForASilentMountAndAsksAgainAtTheNextOpening)
     if (!MountNamespace::enter())
         return;
     World world;
-    ASSERT_EQ(world.first.reasonItCannotBe(), "");
-    const URL dead = URL::fileURLWithPath(world.top + "/first/inner");
+    const URL dead = URL::fileURLWithPath(world.files.path("first/inner"));
     bool isStale = false;
-    const Data bookmark = *URL::fileURLWithPath(world.top + "/first/file.txt").bookmarkData();
+    const Data bookmark = *URL::fileURLWithPath(world.files.path("first/file.txt")).bookmarkData();
     world.first.stopAnswering();
     const auto seen = [&] {
         return FileManager().contentsOfDirectory(dead, DirectoryEnumerationOptions::none).hasValue();
@@ -141,7 +132,7 @@ TEST(MountInquiry, WaitsOnceForASilentMountAndAsksAgainAtTheNextOpening)
         EXPECT_FALSE(FileManager().fileExists(dead.path()));
         EXPECT_EQ(dead.resourceValues(URLResourceKey::isDirectory).error().code, ETIMEDOUT);
         EXPECT_EQ(URL::resolvingBookmarkData(bookmark, isStale).error().code, ETIMEDOUT);
-        EXPECT_EQ(allAnswers(world.top + "/second"), allAnswers(world.contents)) << "the others answer meanwhile";
+        EXPECT_EQ(allAnswers(world.files.path("second")), allAnswers(world.contents)) << "the others answer meanwhile";
     });
     EXPECT_LT(later, kQuestion) << "it was passed over";
     MountInquiry::continueOpening();
@@ -153,7 +144,7 @@ TEST(MountInquiry, WaitsOnceForASilentMountAndAsksAgainAtTheNextOpening)
     world.first.answerAgain();
     MountInquiry::beginOpening();
     EXPECT_TRUE(seen());
-    EXPECT_EQ(URL::resolvingBookmarkData(bookmark, isStale)->path(), world.top + "/first/file.txt");
+    EXPECT_EQ(URL::resolvingBookmarkData(bookmark, isStale)->path(), world.files.path("first/file.txt"));
     EXPECT_FALSE(isStale);
 }
 
@@ -162,43 +153,33 @@ TEST(MountInquiry, WaitsNoLongerThanAnOpeningMayTakeAndKeepsFewProcesses)
     if (!MountNamespace::enter())
         return;
     World world;
-    ASSERT_EQ(world.first.reasonItCannotBe(), "");
     world.first.stopAnswering();
+    const auto isSeen = [&] {
+        MountInquiry::beginOpening();
+        return FileManager().fileExists(world.files.path("first/file.txt"));
+    };
     // Nobody is asked any more who has kept this many that asked; those can't be ended, even by force.
     int asked = 0;
-    const auto ask = [&] { EXPECT_FALSE(FileManager().fileExists(world.top + "/first/file.txt")); };
-    for (; asked < 20; ++asked) {
-        MountInquiry::beginOpening();
-        if (timeOf(ask) < kQuestion / 2)
-            break;
-    }
+    while (asked < 20 && timeOf([&] { EXPECT_FALSE(isSeen()); }) >= kQuestion / 2)
+        ++asked;
     EXPECT_LE(asked, 8);
     EXPECT_GE(asked, 2);
     world.first.answerAgain();
     // They end as soon as they can.
-    for (int i = 0; i < 500; ++i) {
-        MountInquiry::beginOpening();
-        if (FileManager().fileExists(world.top + "/first/file.txt"))
-            break;
+    for (int i = 0; i < 500 && !isSeen(); ++i)
         poll(nullptr, 0, 10);
-    }
-    EXPECT_TRUE(FileManager().fileExists(world.top + "/first/file.txt"));
+    EXPECT_TRUE(isSeen());
 }
 
 TEST(MountInquiry, TellsWhereItsHelperIsMissing)
 {
     if (!MountNamespace::enter())
         return;
-    const TemporaryDirectory files;
-    files.writeFile("served/file.txt");
-    const StallingVolume volume(files.path("served"), files.path("place"), files.path("gate"));
-    ASSERT_EQ(volume.reasonItCannotBe(), "");
-    std::vector<std::string> told;
-    const MountInquiry inquiry("/nothing/here", [&](const Error& error) { told.push_back(error.description()); });
-    EXPECT_FALSE(FileManager().fileExists(files.path("place/file.txt")));
-    ASSERT_EQ(told.size(), 1U);
-    EXPECT_NE(told.front().find("couldn't start"), std::string::npos) << told.front();
-    EXPECT_TRUE(FileManager().fileExists(files.path("served/file.txt")));
+    const World world("/nothing/here");
+    EXPECT_FALSE(FileManager().fileExists(world.files.path("first/file.txt")));
+    ASSERT_EQ(world.told.size(), 1U);
+    EXPECT_NE(world.told.front().find("couldn't start"), std::string::npos) << world.told.front();
+    EXPECT_TRUE(FileManager().fileExists(world.files.path("served/file.txt")));
 }
 
 } // namespace

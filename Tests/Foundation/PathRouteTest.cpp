@@ -1,17 +1,15 @@
 #include "PathRoute.h"
 
+#include "ChildProcess.h"
 #include "MountNamespace.h"
 #include "StallingVolume.h"
 #include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <filesystem>
-#include <unistd.h>
-
+#include <poll.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace quillbox;
 
@@ -29,46 +27,32 @@ TEST(MountThatMayHang, IsToldByTheTableAlone)
                 "7 1 8:3 / /media/stick rw - fuseblk /dev/sdb1 rw\n"
                 "8 4 0:5 / /home/me/cloud/memory rw - tmpfs none rw\n"
                 "9 1 0:6 / /mnt/with\\040blank rw - cifs //server/share rw\n");
-    struct Case {
-        const char* path;
-        const char* mountPoint;
-    };
-    for (const Case& c : {
-             Case { "/", "" },
-             Case { "/etc/passwd", "" },
-             Case { "/home/me", "" },
-             Case { "/home/me/cloud", "/home/me/cloud" },
-             Case { "/home/me/cloud/a/b", "/home/me/cloud" },
-             Case { "/home/me/cloudy", "" },
-             Case { "/home/me/cloud/memory/x", "/home/me/cloud" },
-             Case { "/efi/loader", "" },
-             Case { "/media/stick/x", "/media/stick" },
-             Case { "/mnt/with blank", "/mnt/with blank" },
+    for (const auto& [path, mountPoint] : {
+             std::pair("/", ""),
+             { "/etc/passwd", "" },
+             { "/home/me", "" },
+             { "/home/me/cloud", "/home/me/cloud" },
+             { "/home/me/cloud/a/b", "/home/me/cloud" },
+             { "/home/me/cloudy", "" },
+             { "/home/me/cloud/memory/x", "/home/me/cloud" },
+             { "/efi/loader", "" },
+             { "/media/stick/x", "/media/stick" },
+             { "/mnt/with blank", "/mnt/with blank" },
          }) {
-        SCOPED_TRACE(c.path);
-        const MountTable::Mount* mount = table.firstThatMayHang(c.path);
-        EXPECT_EQ(mount ? mount->mountPoint : "", c.mountPoint);
+        const MountTable::Mount* mount = table.firstThatMayHang(path);
+        EXPECT_EQ(mount ? mount->mountPoint : "", mountPoint) << path;
     }
 }
 
 // Each path is asked about in a process with a deadline: what touches the silent mount never comes back.
 std::string routeInTime(const std::string& path, LastLink lastLink)
 {
-    int ends[2];
-    EXPECT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    if (child == 0) {
+    const ChildRun run = runInChild([&] {
         alarm(5);
         const auto mount = mountThatMayHangOn(path, lastLink);
-        const std::string text = mount ? mount->mountPoint : "none";
-        _exit(write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 1);
-    }
-    close(ends[1]);
-    char text[4096];
-    const ssize_t length = read(ends[0], text, sizeof text);
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length)) : "no answer";
+        return mount ? mount->mountPoint : "none";
+    });
+    return run.status == 0 ? run.report : "no answer";
 }
 
 TEST(PathRoute, IsKnownBeforeASilentMountIsTouched)
@@ -77,9 +61,7 @@ TEST(PathRoute, IsKnownBeforeASilentMountIsTouched)
         return;
     const TemporaryDirectory files;
     files.writeFile("served/inner/file");
-    const std::string top = std::filesystem::canonical(files.path());
-    const std::string dead = top + "/mnt/dead";
-    files.makeDirectory("mnt/dead");
+    const std::string dead = files.path("mnt/dead");
     files.makeDirectory("local/deep");
     files.makeLink("direct", dead);
     files.makeLink("local/relative", "../mnt/dead/inner");
@@ -90,35 +72,28 @@ TEST(PathRoute, IsKnownBeforeASilentMountIsTouched)
     const StallingVolume volume(files.path("served"), dead, files.path("gate"));
     ASSERT_EQ(volume.reasonItCannotBe(), "");
     volume.stopAnswering();
-    struct Case {
-        std::string path;
-        LastLink lastLink;
-        bool leadsThere;
-    };
     constexpr LastLink kFollowed = LastLink::followed;
     constexpr LastLink kNotFollowed = LastLink::notFollowed;
-    for (const Case& c : {
-             Case { "/mnt", kFollowed, false },
-             Case { "/mnt/dead", kNotFollowed, true },
-             Case { "/mnt/dead/inner/file", kFollowed, true },
-             Case { "/mnt//dead/.", kFollowed, true },
-             Case { "/mnt/dead/..", kFollowed, true },
-             Case { "/local/deep/../../mnt/dead", kFollowed, true },
-             Case { "/direct", kNotFollowed, false },
-             Case { "/direct", kFollowed, true },
-             Case { "/direct/", kNotFollowed, true },
-             Case { "/direct/inner", kNotFollowed, true },
-             Case { "/local/relative", kNotFollowed, false },
-             Case { "/local/chain", kFollowed, true },
-             Case { "/local/toLocal", kFollowed, false },
-             Case { "/local/toLocal/../up/dead", kFollowed, true },
-             Case { "/local/toLocal/../missing/dead", kFollowed, false },
-             Case { "/loop/x", kFollowed, false },
-             Case { "/nothing/here", kFollowed, false },
-         }) {
-        SCOPED_TRACE(c.path);
-        EXPECT_EQ(routeInTime(top + c.path, c.lastLink), c.leadsThere ? dead : "none");
-    }
+    for (const auto& [path, lastLink, leadsThere] : {
+             std::tuple("/mnt", kFollowed, false),
+             { "/mnt/dead", kNotFollowed, true },
+             { "/mnt/dead/inner/file", kFollowed, true },
+             { "/mnt//dead/.", kFollowed, true },
+             { "/mnt/dead/..", kFollowed, true },
+             { "/local/deep/../../mnt/dead", kFollowed, true },
+             { "/direct", kNotFollowed, false },
+             { "/direct", kFollowed, true },
+             { "/direct/", kNotFollowed, true },
+             { "/direct/inner", kNotFollowed, true },
+             { "/local/relative", kNotFollowed, false },
+             { "/local/chain", kFollowed, true },
+             { "/local/toLocal", kFollowed, false },
+             { "/local/toLocal/../up/dead", kFollowed, true },
+             { "/local/toLocal/../missing/dead", kFollowed, false },
+             { "/loop/x", kFollowed, false },
+             { "/nothing/here", kFollowed, false },
+         })
+        EXPECT_EQ(routeInTime(files.path() + path, lastLink), leadsThere ? dead : "none") << path;
 }
 
 // The automounter here is the test itself, and it never mounts anything.
@@ -129,7 +104,7 @@ TEST(PathRoute, StopsBeforeAnAutomount)
     if (!MountNamespace::isRootOfMachine())
         GTEST_SKIP() << "only root mounts autofs";
     const TemporaryDirectory files;
-    const std::string net = std::filesystem::canonical(files.makeDirectory("net"));
+    const std::string net = files.makeDirectory("net");
     files.makeLink("link", net + "/server/share");
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
@@ -139,9 +114,8 @@ TEST(PathRoute, StopsBeforeAnAutomount)
     EXPECT_EQ(routeInTime(files.path("link"), LastLink::followed), net);
     EXPECT_EQ(routeInTime(net + "/server", LastLink::notFollowed), net);
     EXPECT_EQ(routeInTime(files.path("link"), LastLink::notFollowed), "none");
-    fcntl(ends[0], F_SETFL, O_NONBLOCK);
-    char request[512];
-    EXPECT_LT(read(ends[0], request, sizeof request), 0) << "a mount was asked for";
+    pollfd request { ends[0], POLLIN, 0 };
+    EXPECT_EQ(poll(&request, 1, 0), 0) << "a mount was asked for";
     umount2(net.c_str(), MNT_DETACH);
     close(ends[0]);
     close(ends[1]);

@@ -1,8 +1,5 @@
 #include "PropertyList.h"
 
-#include "TemporaryDirectory.h"
-
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -45,16 +42,15 @@ PropertyList everything()
 }
 
 // everything(), as Python's plistlib writes it.
-constexpr std::string_view kPythonsHex =
-    "62706c6973743030db0102030405060708090a0b0c1213141516171822232451615362696755656d707479546c6f6e67536d"
-    "6178536d696e556d696e75735573697a65735477696465557965617231587965617232313030a50d0e0f1011100123400400"
-    "00000000000951784200ff1400000000000000008000000000000005405f10146b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b"
-    "6b6b140000000000000000ffffffffffffffff13800000000000000013ffffffffffffffffa9191a1b1c1d1e1f2021107f10"
-    "8010ff11010011ffff120001000012ffffffff130000000100000000137fffffffffffffff6400e9d83dde00007a33c22d63"
-    "c37eff80003341e75fc9381000000008001f00210025002b003000340038003e00440049004f0058005e00600069006a006c"
-    "006f00800081009800a900b200bb00c500c700c900cb00ce00d100d600db00e400ed00f600ff000000000000020100000000"
-    "0000002500000000000000000000000000000108";
-const Data kPythonsBytes = fromHex(kPythonsHex);
+const Data kPythonsBytes =
+    fromHex("62706c6973743030db0102030405060708090a0b0c1213141516171822232451615362696755656d707479546c6f6e67536d"
+            "6178536d696e556d696e75735573697a65735477696465557965617231587965617232313030a50d0e0f1011100123400400"
+            "00000000000951784200ff1400000000000000008000000000000005405f10146b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b6b"
+            "6b6b140000000000000000ffffffffffffffff13800000000000000013ffffffffffffffffa9191a1b1c1d1e1f2021107f10"
+            "8010ff11010011ffff120001000012ffffffff130000000100000000137fffffffffffffff6400e9d83dde00007a33c22d63"
+            "c37eff80003341e75fc9381000000008001f00210025002b003000340038003e00440049004f0058005e00600069006a006c"
+            "006f00800081009800a900b200bb00c500c700c900cb00ce00d100d600db00e400ed00f600ff000000000000020100000000"
+            "0000002500000000000000000000000000000108");
 
 // A binary list of the given objects with one-byte offsets and references; the first is the root.
 Data listOfObjects(const std::vector<std::string>& objects)
@@ -72,9 +68,10 @@ Data listOfObjects(const std::vector<std::string>& objects)
     return bytes;
 }
 
-TEST(PropertyList, ReadsWhatPythonWrites)
+TEST(PropertyList, ReadsAndWritesWhatPythonDoes)
 {
     EXPECT_EQ(*PropertyList::fromData(kPythonsBytes), everything());
+    EXPECT_EQ(*everything().binaryData(), kPythonsBytes);
 }
 
 TEST(PropertyList, ComesBackWhole)
@@ -89,20 +86,6 @@ TEST(PropertyList, ComesBackWhole)
         EXPECT_EQ(*PropertyList::fromData(*list.binaryData()), list);
 }
 
-TEST(PropertyList, IsReadByPythonWithTheRightTypes)
-{
-    const TemporaryDirectory files;
-    const Data bytes = *everything().binaryData();
-    files.writeFile("list", std::string(bytes.begin(), bytes.end()));
-    const std::string command = "python3 -c \"import plistlib as p, sys;"
-                                "print(p.dumps(p.load(open(sys.argv[1], 'rb')), fmt=p.FMT_BINARY).hex(), end='')\" "
-        + files.path("list");
-    const std::unique_ptr<FILE, int (*)(FILE*)> output(popen(command.c_str(), "r"), pclose);
-    std::string text(10000, '\0');
-    text.resize(std::fread(text.data(), 1, text.size(), output.get()));
-    EXPECT_EQ(text, kPythonsHex);
-}
-
 TEST(PropertyList, NumbersKeepTheirType)
 {
     EXPECT_FALSE(PropertyList(std::int64_t { -1 }).asUInt64());
@@ -115,29 +98,11 @@ TEST(PropertyList, NumbersKeepTheirType)
               PropertyList(std::int64_t { -1 }));
 }
 
-TEST(PropertyList, ReadsXML)
-{
-    const Data xml = bytesOf("\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
-                             "<key>big</key><integer>9223372036854775813</integer><key>minus</key><integer>-1</integer>"
-                             "<key>text</key><string>a &amp; \u00e9\U0001f600</string><key>on</key><true/>"
-                             "<key>data</key><data>AAEC</data><key>date</key><date>2100-06-01T12:00:00Z</date>"
-                             "<key>old</key><date>0001-01-01T00:00:00Z</date>"
-                             "<key>list</key><array><real>0.5</real></array></dict></plist>");
-    EXPECT_EQ(*PropertyList::fromData(xml),
-              PropertyList(PropertyList::Dictionary { { "big", std::uint64_t { 9223372036854775813U } },
-                                                      { "minus", std::int64_t { -1 } },
-                                                      { "text", "a & \u00e9\U0001f600" },
-                                                      { "on", true },
-                                                      { "data", Data { 0, 1, 2 } },
-                                                      { "date", Date { 3137227200 } },
-                                                      { "old", Date { -63113904000 } },
-                                                      { "list", PropertyList::Array { 0.5 } } }));
-}
-
 TEST(PropertyList, ReadsAndRefusesValuesInXML)
 {
     const std::pair<const char*, std::optional<PropertyList>> cases[] = {
         { "<integer> +0x7F </integer>", PropertyList(std::int64_t { 127 }) },
+        { "<integer>9223372036854775813</integer>", PropertyList(std::uint64_t { 9223372036854775813U }) },
         { "<integer>-9223372036854775808</integer>", PropertyList(std::numeric_limits<std::int64_t>::min()) },
         { "<integer>-9223372036854775809</integer>", std::nullopt },
         { "<integer>18446744073709551616</integer>", std::nullopt },
@@ -146,6 +111,8 @@ TEST(PropertyList, ReadsAndRefusesValuesInXML)
         { "<real>+1e3</real>", PropertyList(1000.0) },
         { "<real>-inf</real>", PropertyList(-std::numeric_limits<double>::infinity()) },
         { "<real>1,5</real>", std::nullopt },
+        { "<date>2100-06-01T12:00:00Z</date>", PropertyList(Date { 3137227200 }) },
+        { "<date>0001-01-01T00:00:00Z</date>", PropertyList(Date { -63113904000 }) },
         { "<date>-0001-03-01T00:00:60Z</date>", PropertyList(Date { -63171964740 }) },
         { "<date>2001-02-29T00:00:00Z</date>", std::nullopt },
         { "<date>2001-01-01T24:00:00Z</date>", std::nullopt },
@@ -156,10 +123,12 @@ TEST(PropertyList, ReadsAndRefusesValuesInXML)
         { "<data>AQ=</data>", std::nullopt },
         { "<data>AQ==AQ==</data>", std::nullopt },
         { "<string> \t</string>", PropertyList(" \t") },
+        { "<string>a &amp; \u00e9\U0001f600</string>", PropertyList("a & \u00e9\U0001f600") },
         { "<string>a<!-- b --><![CDATA[<c>]]></string>", PropertyList("a<c>") },
         { "<string>a<true/></string>", std::nullopt },
         { "<string>&#xD800;</string>", std::nullopt },
         { "<true>yes</true>", std::nullopt },
+        { "<array><true/><real>0.5</real></array>", PropertyList(PropertyList::Array { true, 0.5 }) },
         { "<dict> <key> </key> <false/> </dict>", PropertyList(PropertyList::Dictionary { { " ", false } }) },
         { "<dict><key>a</key></dict>", std::nullopt },
         { "<dict><true/><key>a</key></dict>", std::nullopt },
@@ -169,7 +138,9 @@ TEST(PropertyList, ReadsAndRefusesValuesInXML)
         { "", std::nullopt },
     };
     for (const auto& [text, value] : cases) {
-        const auto read = PropertyList::fromData(bytesOf("<plist>" + std::string(text) + "</plist>"));
+        const auto read = PropertyList::fromData(
+            bytesOf("\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">"
+                    + std::string(text) + "</plist>"));
         EXPECT_EQ(read ? std::optional(*read) : std::nullopt, value) << text;
     }
 }
@@ -224,31 +195,27 @@ TEST(PropertyList, RefusesToWriteWhatNobodyCouldRead)
     EXPECT_FALSE(PropertyList(PropertyList::Array(1100000, true)).binaryData());
 }
 
-// Every byte of a list replaced by a few others, and every length it can be cut to. Nothing but a value
-// that can be written again, or an error, may come of it.
+// Of a list that is cut off anywhere, or has another byte anywhere, comes a value that can be written again or an
+// error.
 TEST(PropertyList, OutlivesDamage)
 {
-    int refused = 0;
+    const Data xml =
+        bytesOf("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key><array><integer>-12</integer>"
+                "<data>AAEC</data><date>2001-01-01T00:00:00Z</date><string>&lt;</string></array></dict></plist>");
     int readable = 0;
-    const auto tryBytes = [&](const Data& bytes) {
-        const Result<PropertyList> read = PropertyList::fromData(bytes);
-        ++(read ? readable : refused);
-        EXPECT_TRUE(!read || read->binaryData()) << "read, but can't be written";
-    };
-    const std::string_view xml =
-        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key><array><integer>-12</integer>"
-        "<data>AAEC</data><date>2001-01-01T00:00:00Z</date><string>&lt;</string></array></dict></plist>";
-    for (const Data& whole : { kPythonsBytes, bytesOf(xml) }) {
+    for (const Data& whole : { kPythonsBytes, xml }) {
         for (std::size_t i = 0; i < whole.size(); ++i) {
-            tryBytes(Data(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(i)));
-            for (const int mask : { 0x01, 0x0f, 0x10, 0x80, 0xff }) {
+            for (const int change : { 0, 0x01, 0x0f, 0x10, 0x80, 0xff }) {
                 Data damaged = whole;
-                damaged[i] ^= static_cast<std::uint8_t>(mask);
-                tryBytes(damaged);
+                damaged[i] ^= static_cast<std::uint8_t>(change);
+                if (change == 0)
+                    damaged.resize(i);
+                const Result<PropertyList> read = PropertyList::fromData(damaged);
+                EXPECT_TRUE(!read || read->binaryData()) << "read, but can't be written";
+                readable += read ? 1 : 0;
             }
         }
     }
-    EXPECT_GT(refused, 1000);
     EXPECT_GT(readable, 500);
 }
 
