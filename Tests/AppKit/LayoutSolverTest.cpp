@@ -3,106 +3,75 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace quillbox {
 
 namespace {
 
     // A container of 100 x 50 with two views, whose contents are 30 x 10; text that is cut short grows in height.
-    struct Room {
-        NSView container;
-        NSView one;
-        NSView two;
-
-        std::vector<NSRect> solve(std::vector<NSLayoutConstraint> constraints, bool hasSize = true)
+    class LayoutSolver : public testing::Test {
+    protected:
+        NSRect frameOfOne(const std::vector<NSLayoutConstraint>& constraints, bool hasContent) const
         {
             LayoutProblem problem;
             problem.container = &container;
             problem.containerWidth = 100;
             problem.containerHeight = 50;
             for (const NSView* view : { &one, &two }) {
-                LayoutProblem::Item item;
+                LayoutProblem::Item& item = problem.items.emplace_back();
                 item.view = view;
-                if (hasSize)
+                if (hasContent)
                     item.naturalSize = [](double limit) {
                         return NSSize { std::min(30.0, limit), limit < 30 ? 20.0 : 10.0 };
                     };
-                problem.items.push_back(item);
             }
-            problem.constraints = std::move(constraints);
-            return solveLayout(problem).frames;
+            problem.constraints = constraints;
+            return solveLayout(problem).frames[0];
         }
+        NSLayoutConstraint left(double at) { return one.leftAnchor().constraintEqualTo(container.leftAnchor(), at); }
+
+        NSView container;
+        NSView one;
+        NSView two;
+        const NSLayoutConstraint insideRightEdge =
+            one.rightAnchor().constraintLessThanOrEqualTo(container.rightAnchor(), -5);
     };
 
-    using Constraints = std::vector<NSLayoutConstraint>;
-
-    struct Case {
-        const char* name;
-        std::function<Constraints(Room&)> constraints;
-        NSRect one;
-        bool hasSize = true;
-    };
-
-    NSLayoutConstraint left(Room& room, double at)
+    TEST_F(LayoutSolver, NamedCases)
     {
-        return room.one.leftAnchor().constraintEqualTo(room.container.leftAnchor(), at);
-    }
-
-    TEST(LayoutSolver, NamedCases)
-    {
+        struct Case {
+            const char* name;
+            std::vector<NSLayoutConstraint> constraints;
+            NSRect frame;
+            bool hasContent = true;
+        };
         for (const Case& c : {
-                 Case { "placed, as large as its content",
-                        [](Room& r) { return Constraints { left(r, 5) }; },
-                        { { 5, 0 }, { 30, 10 } } },
+                 Case { "placed, as large as its content", { left(5) }, { { 5, 0 }, { 30, 10 } } },
+                 Case { "no content and no length: nothing wide", { left(5) }, { { 5, 0 }, { 0, 0 } }, false },
+                 Case { "nothing places it", {}, { { 0, 0 }, { 30, 10 } } },
                  Case { "of two equations that contradict each other the first one holds",
-                        [](Room& r) {
-                            return Constraints { left(r, 5), left(r, 40) };
-                        },
+                        { left(5), left(40) },
                         { { 5, 0 }, { 30, 10 } } },
+                 // The constant is known at once, the right edge follows from the container.
                  Case { "three equations for two unknowns: the last is left out",
-                        [](Room& r) {
-                            return Constraints { left(r, 5),
-                                                 r.one.rightAnchor().constraintEqualTo(r.container.rightAnchor(), -5),
-                                                 r.one.widthAnchor().constraintEqualToConstant(20) };
-                        },
-                        // The constant is known at once, the right edge follows from the container.
+                        { left(5), one.rightAnchor().constraintEqualTo(container.rightAnchor(), -5),
+                          one.widthAnchor().constraintEqualToConstant(20) },
                         { { 5, 0 }, { 90, 10 } } },
                  Case { "an inequality cuts what the content wants, and makes it higher",
-                        [](Room& r) {
-                            return Constraints { left(r, 80),
-                                                 r.one.rightAnchor().constraintLessThanOrEqualTo(
-                                                     r.container.rightAnchor(), -5) };
-                        },
+                        { left(80), insideRightEdge },
                         { { 80, 0 }, { 15, 20 } } },
                  Case { "an inequality that has room changes nothing",
-                        [](Room& r) {
-                            return Constraints { left(r, 5),
-                                                 r.one.rightAnchor().constraintLessThanOrEqualTo(
-                                                     r.container.rightAnchor(), -5) };
-                        },
+                        { left(5), insideRightEdge },
                         { { 5, 0 }, { 30, 10 } } },
                  Case { "centred",
-                        [](Room& r) {
-                            return Constraints { r.one.centerXAnchor().constraintEqualTo(r.container.centerXAnchor()),
-                                                 r.one.centerYAnchor().constraintEqualTo(r.container.centerYAnchor()) };
-                        },
+                        { one.centerXAnchor().constraintEqualTo(container.centerXAnchor()),
+                          one.centerYAnchor().constraintEqualTo(container.centerYAnchor()) },
                         { { 35, 20 }, { 30, 10 } } },
-                 Case { "no content and no length: nothing wide",
-                        [](Room& r) { return Constraints { left(r, 5) }; },
-                        { { 5, 0 }, { 0, 0 } },
-                        false },
-                 Case { "nothing places it", [](Room&) { return Constraints(); }, { { 0, 0 }, { 30, 10 } } },
                  Case { "after a neighbour that is placed later",
-                        [](Room& r) {
-                            return Constraints { r.one.leftAnchor().constraintEqualTo(r.two.rightAnchor(), 6),
-                                                 r.two.leftAnchor().constraintEqualTo(r.container.leftAnchor(), 10) };
-                        },
+                        { one.leftAnchor().constraintEqualTo(two.rightAnchor(), 6),
+                          two.leftAnchor().constraintEqualTo(container.leftAnchor(), 10) },
                         { { 46, 0 }, { 30, 10 } } },
-             }) {
-            Room room;
-            EXPECT_EQ(room.solve(c.constraints(room), c.hasSize)[0], c.one) << c.name;
-        }
+             })
+            EXPECT_EQ(frameOfOne(c.constraints, c.hasContent), c.frame) << c.name;
     }
 
 } // namespace

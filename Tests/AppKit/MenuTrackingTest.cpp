@@ -1,11 +1,8 @@
 #include "MenuTracking.h"
 #include "FakeUser.h"
 #include "HeadlessDesktop.h"
-#include "Installed.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
-#include "TemporaryDirectory.h"
-#include "UserDefaults.h"
 
 #include <gtest/gtest.h>
 
@@ -19,11 +16,7 @@ namespace {
         void menuNeedsUpdate(NSMenu& menu) override { note("needsUpdate", menu); }
         void menuWillOpen(NSMenu& menu) override { note("willOpen", menu); }
         void menuDidClose(NSMenu& menu) override { note("didClose", menu); }
-        void act(NSMenuItem* sender)
-        {
-            calls += "act " + (sender ? sender->title() : "nobody") + "; ";
-            UserDefaults::standard().set(true, "acted");
-        }
+        void act(NSMenuItem* sender) { calls += "act " + sender->title() + "; "; }
         std::string calls;
 
     private:
@@ -36,43 +29,27 @@ namespace {
     protected:
         Tracking()
         {
-            fill(*top, "a");
-            fill(*submenu("a"), "b");
-            submenu("a")->setDelegate({});
-            fill(*std::static_pointer_cast<NSMenu>(submenu("a")->itemArray()[0]->submenu()), "c");
+            top->setDelegate(recorder);
+            NSMenu& a = fill(*top, "a");
+            a.setDelegate({});
+            fill(fill(a, "b"), "c");
         }
 
-        // One row "<name>" that opens a menu "<name>" and one "<name> file" that acts.
-        void fill(NSMenu& menu, const std::string& name)
+        // One row "<name>" that opens a menu "<name>", which it returns, and one "<name> file" that acts.
+        NSMenu& fill(NSMenu& menu, const std::string& name)
         {
-            auto opening = std::make_shared<NSMenuItem>(name);
-            auto opened = std::make_shared<NSMenu>(name);
-            opened->setDelegate(recorder);
-            opening->setSubmenu(opened);
+            const auto opening = std::make_shared<NSMenuItem>(name);
+            opening->setSubmenu(std::make_shared<NSMenu>(name));
+            opening->submenu()->setDelegate(recorder);
             menu.addItem(opening);
-            auto acting = std::make_shared<NSMenuItem>(name + " file", &kAct);
+            const auto acting = std::make_shared<NSMenuItem>(name + " file", &kAct);
             acting->setTarget(recorder);
             menu.addItem(acting);
+            return *opening->submenu();
         }
-        std::shared_ptr<NSMenu> submenu(std::string_view title) const
-        {
-            for (const auto& item : top->itemArray()) {
-                if (item->title() == title)
-                    return item->submenu();
-            }
-            return nullptr;
-        }
-
         HeadlessDesktop desktop;
-        TemporaryDirectory files;
-        UserDefaults defaults { files.path("defaults.plist") };
-        const Installed<UserDefaults> installedDefaults { defaults };
         std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>();
-        std::shared_ptr<NSMenu> top = [this] {
-            auto menu = std::make_shared<NSMenu>("top");
-            menu->setDelegate(recorder);
-            return menu;
-        }();
+        std::shared_ptr<NSMenu> top = std::make_shared<NSMenu>("top");
     };
 
     TEST_F(Tracking, TellsDelegatesInOrder)
@@ -100,7 +77,7 @@ namespace {
         EXPECT_EQ(tracking.levelCount(), 3U);
     }
 
-    TEST_F(Tracking, AChoiceClosesFirstThenActsThenSaves)
+    TEST_F(Tracking, AChoiceClosesFirstThenActs)
     {
         FakeUser person(top);
         person.open().openSubmenu("a");
@@ -109,7 +86,6 @@ namespace {
         EXPECT_FALSE(person.tracking().choose(person.row("b"))) << "a row without an action";
         person.choose("b file");
         EXPECT_EQ(recorder->calls, "off screen; didClose top; act b file; ");
-        EXPECT_TRUE(UserDefaults(defaults.path()).boolean("acted")) << "written when the action ended";
     }
 
     TEST_F(Tracking, AnEmptyMenuGivesWayToTheOneInReserve)

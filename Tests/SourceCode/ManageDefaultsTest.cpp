@@ -6,178 +6,143 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace quillbox {
 
 namespace {
 
     using Type = MenuItemType;
+    using Strings = std::vector<std::string>;
 
-    MainMenuItemSaver record(Type type, const std::string& title = "t")
+    Strings liveKinds()
     {
-        return MainMenuItemSaver(MainMenuItem(type, title));
-    }
-
-    void store(World& world, const std::vector<MainMenuItemSaver>& records, std::int64_t version = 2)
-    {
-        world.defaults.set(*MainMenuItemSaver::encodeList(records), "UserPickedMenuItems");
-        world.defaults.set(version, "MenuSaveVersion");
-        ASSERT_TRUE(world.defaults.synchronize());
-    }
-
-    std::vector<std::string> liveKinds()
-    {
-        std::vector<std::string> kinds;
+        Strings kinds;
         for (const auto& item : MainMenuItem::actualMenuItems())
             kinds.emplace_back(rawValue(item->menuItemType));
         return kinds;
     }
 
-    TEST(ManageDefaults, TheFirstStartShowsTheDefaultsAndWritesNothing)
+    class ManageDefaultsTest : public WorldTest { };
+
+    TEST_F(ManageDefaultsTest, TheFirstStartShowsTheDefaultsAndWritesNothing)
     {
-        World world;
         ManageDefaults::loadAllFromDisk();
         EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
         EXPECT_EQ(liveKinds(),
-                  (std::vector<std::string> { "fixedAppPreferences", "separator", "systemSettings", "separator",
-                                              "systemApplicationsDirectory" }));
+                  (Strings { "fixedAppPreferences", "separator", "systemSettings", "separator",
+                             "systemApplicationsDirectory" }));
         ASSERT_TRUE(world.defaults.synchronize());
         EXPECT_FALSE(FileManager::defaultManager().fileExists(world.defaults.path()));
         EXPECT_TRUE(World::loggedMessages().empty());
     }
 
-    TEST(ManageDefaults, TheOnePreferencesEntryComesFirst)
+    TEST_F(ManageDefaultsTest, TheOnePreferencesEntryComesFirstAndUnknownKindsAreSkipped)
     {
-        using Kinds = std::vector<std::string>;
         struct Case {
-            std::vector<Type> stored;
-            Kinds shown;
+            Strings stored;
+            Strings shown;
         };
         for (const Case& c : {
-                 Case { { Type::plaintext }, { "fixedAppPreferences", "plaintext" } },
-                 Case { { Type::plaintext, Type::fixedAppPreferences, Type::other, Type::fixedAppPreferences },
-                        { "fixedAppPreferences", "plaintext", "other" } },
                  Case { {}, { "fixedAppPreferences" } },
+                 Case { { "plaintext", "fixedAppPreferences", "other", "fixedAppPreferences" },
+                        { "fixedAppPreferences", "plaintext", "other" } },
+                 Case { { "hologram", "plaintext", "hologram" }, { "fixedAppPreferences", "plaintext" } },
              }) {
-            World world;
             std::vector<MainMenuItemSaver> records;
-            for (const Type type : c.stored)
-                records.push_back(record(type));
-            store(world, records);
+            for (const std::string& kind : c.stored)
+                records.emplace_back().menuItemType = kind;
+            world.store(records);
             ManageDefaults::loadAllFromDisk();
             EXPECT_EQ(liveKinds(), c.shown);
         }
+        const std::string each = "the input operand had an unknown menuItemType: \"hologram\"";
+        EXPECT_EQ(World::loggedMessages(),
+                  (Strings { each, each,
+                             "UserPickedMenuItems contained 2 entries that coudn't be turned into actual menu-items"
+                             " (so the problem entries were skipped)" }));
+        EXPECT_EQ(world.storedRecords().size(), 3U) << "they stay stored";
     }
 
-    struct BadValue {
-        const char* name;
-        std::function<void(World&)> make;
-        const char* message;
-        bool keepsList;
-    };
-
-    class BadValues : public testing::TestWithParam<BadValue> { };
-
-    TEST_P(BadValues, AreReportedAndChangeNothingStored)
+    TEST_F(ManageDefaultsTest, OlderRecordsAreUpgradedAndSavedAsNewOnes)
     {
-        World world;
-        const auto before = std::make_shared<MainMenuItem>(Type::plaintext, "before");
-        MainMenuItem::actualMenuItems() = { before };
-        GetParam().make(world);
-        ASSERT_TRUE(world.defaults.synchronize());
-        const std::string bytes = world.files.readFile("settings/defaults.plist");
-        ManageDefaults::loadAppMenusFromDisk(false);
-        EXPECT_EQ(World::loggedMessages(), std::vector<std::string> { GetParam().message });
-        if (GetParam().keepsList)
-            EXPECT_EQ(MainMenuItem::actualMenuItems(), MainMenuItem::List { before });
-        else
-            EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
-        ASSERT_TRUE(world.defaults.synchronize());
-        EXPECT_EQ(world.files.readFile("settings/defaults.plist"), bytes);
-    }
-
-    void setVersion(World& world, PropertyList version)
-    {
-        store(world, { record(Type::plaintext) });
-        world.defaults.set(std::move(version), "MenuSaveVersion");
-    }
-
-    constexpr char kUndecodable[] =
-        "PropertyListDecoder.decode() couldn't decode \"UserPickedMenuItems\" (so assuming the default menus)";
-
-    INSTANTIATE_TEST_SUITE_P(
-        Stored, BadValues,
-        testing::Values(
-            BadValue { "text", [](World& w) { w.defaults.set("text", "UserPickedMenuItems"); },
-                       "UserDefaults found a non-Data type for UserPickedMenuItems (so assuming the default menus)",
-                       false },
-            BadValue { "noPropertyList",
-                       [](World& w) {
-                           w.defaults.set(Data { 'b', 'p', 'l', 'i', 's', 't' }, "UserPickedMenuItems");
-                       },
-                       kUndecodable, false },
-            BadValue { "empty",
-                       [](World& w) {
-                           w.defaults.set(Data {}, "UserPickedMenuItems");
-                           w.defaults.set(std::int64_t { 2 }, "MenuSaveVersion");
-                       },
-                       kUndecodable, false },
-            BadValue { "currentRecordsAsVersion1", [](World& w) { setVersion(w, std::int64_t { 1 }); }, kUndecodable,
-                       false },
-            BadValue { "version3", [](World& w) { setVersion(w, std::int64_t { 3 }); },
-                       "UserDefaults prefsMenusSaveVersion had an unexpected value: 3", true },
-            BadValue { "negativeVersion", [](World& w) { setVersion(w, std::int64_t { -1 }); },
-                       "UserDefaults prefsMenusSaveVersion had an unexpected value: -1", true }),
-        [](const auto& test) { return std::string(test.param.name); });
-
-    TEST(ManageDefaults, UnknownKindsAreSkippedCountedAndStayStored)
-    {
-        World world;
-        auto first = record(Type::plaintext, "kept");
-        auto unknown = first;
-        unknown.menuItemType = "hologram";
-        store(world, { unknown, first, unknown });
-        ManageDefaults::loadAllFromDisk();
-        EXPECT_EQ(liveKinds(), (std::vector<std::string> { "fixedAppPreferences", "plaintext" }));
-        ASSERT_EQ(World::loggedMessages().size(), 3U);
-        EXPECT_EQ(World::loggedMessages().back(),
-                  "UserPickedMenuItems contained 2 entries that coudn't be turned into actual menu-items"
-                  " (so the problem entries were skipped)");
-        EXPECT_EQ(MainMenuItemSaver::decodeList(*world.defaults.data("UserPickedMenuItems"))->size(), 3U);
-    }
-
-    TEST(ManageDefaults, SavingRemovesTheOlderKeyAndKeepsTheSetting)
-    {
-        World world;
+        const PropertyList old(
+            PropertyList::Array { PropertyList::Dictionary { { "menuItemType", "systemPreferences" },
+                                                             { "displayString", "Panels" },
+                                                             { "unixPath", "" },
+                                                             { "bookmarkData", Data {} },
+                                                             { "showAsEnabled", true },
+                                                             { "showHiddenFiles", true },
+                                                             { "showPathAsTooltip", false },
+                                                             { "noRecentItemsOlderThan", Date {} },
+                                                             { "maxNumberOfRecentItems", std::int64_t { 0 } } } });
+        world.defaults.set(*old.binaryData(), "UserPickedMenuItems");
         world.defaults.set(std::int64_t { 1 }, "saveVersion");
         world.defaults.set(true, "ShowDebugTab");
         ManageDefaults::loadAllFromDisk();
         EXPECT_TRUE(ManageDefaults::showDebugTab());
+        EXPECT_EQ(MainMenuItem::actualMenuItems().back()->displayString, "Panels");
+
         ManageDefaults::saveAllToDisk();
-        EXPECT_FALSE(world.defaults.object("saveVersion"));
+        ASSERT_TRUE(world.defaults.synchronize());
+        EXPECT_EQ(world.storedRecords().back().menuItemType, "systemSettings");
+        EXPECT_EQ(world.storedRecords().back().optionFlags, menuOptionFlagsSv::showHiddenItems.rawValue());
         EXPECT_EQ(world.defaults.integer("MenuSaveVersion"), 2);
+        EXPECT_FALSE(world.defaults.object("saveVersion"));
         EXPECT_EQ(world.defaults.object("ShowDebugTab"), PropertyList(true));
         world.defaults.removeObject("ShowDebugTab");
         ManageDefaults::loadAllFromDisk();
         EXPECT_FALSE(ManageDefaults::showDebugTab());
     }
 
-    TEST(ManageDefaults, WhatCanBeWrittenCanBeRead)
+    TEST(StoredSettings, ThatCantBeUsedAreReportedAndStay)
     {
-        World world;
-        MainMenuItemSaver large = record(Type::plaintext, std::string(60, 'x'));
-        large.bookmarkData = Data(120, 1);
-        const std::vector<MainMenuItemSaver> records(40000, large);
-        store(world, records);
-        EXPECT_EQ(*MainMenuItemSaver::decodeList(*UserDefaults(world.defaults.path()).data("UserPickedMenuItems")),
-                  records);
+        const std::string undecodable =
+            "PropertyListDecoder.decode() couldn't decode \"UserPickedMenuItems\" (so assuming the default menus)";
+        const std::string badVersion = "UserDefaults prefsMenusSaveVersion had an unexpected value: ";
+        const Data records = *MainMenuItemSaver::encodeList({ MainMenuItemSaver(*item(Type::plaintext)) });
+        struct Case {
+            const char* name;
+            PropertyList records;
+            std::int64_t version;
+            std::string message;
+            bool keepsList = false;
+        };
+        for (const Case& c : {
+                 Case { "text", "text", 2,
+                        "UserDefaults found a non-Data type for UserPickedMenuItems (so assuming the default menus)" },
+                 Case { "no property list", Data { 'b', 'p', 'l', 'i', 's', 't' }, 2, undecodable },
+                 Case { "empty", Data {}, 2, undecodable },
+                 Case { "current records as version 1", records, 1, undecodable },
+                 Case { "a later version", records, 3, badVersion + "3", true },
+                 Case { "a negative version", records, -1, badVersion + "-1", true },
+             }) {
+            SCOPED_TRACE(c.name);
+            World world;
+            const MainMenuItem::List before { item(Type::plaintext, "before") };
+            MainMenuItem::actualMenuItems() = before;
+            world.defaults.set(c.records, "UserPickedMenuItems");
+            world.defaults.set(c.version, "MenuSaveVersion");
+            ASSERT_TRUE(world.defaults.synchronize());
+            const std::string bytes = world.files.readFile("settings/defaults.plist");
+            ManageDefaults::loadAppMenusFromDisk(false);
+            EXPECT_EQ(World::loggedMessages(), Strings { c.message });
+            EXPECT_EQ(MainMenuItem::actualMenuItems(), c.keepsList ? before : ManageDefaults::defaultMenuItems());
+            ASSERT_TRUE(world.defaults.synchronize());
+            EXPECT_EQ(world.files.readFile("settings/defaults.plist"), bytes);
+        }
     }
 
-    TEST(ManageDefaults, AListThatStoodInIsReplacedOnceTheSettingsCanBeRead)
+    TEST_F(ManageDefaultsTest, WhatCanBeWrittenCanBeRead)
     {
-        World world;
-        store(world, { record(Type::plaintext) });
+        MainMenuItemSaver large(*item(Type::plaintext, std::string(60, 'x')));
+        large.bookmarkData = Data(120, 1);
+        const std::vector<MainMenuItemSaver> records(40000, large);
+        world.store(records);
+        EXPECT_EQ(world.storedRecords(), records);
+    }
+
+    TEST_F(ManageDefaultsTest, AListThatStoodInIsReplacedOnceTheSettingsCanBeRead)
+    {
+        world.store({ MainMenuItemSaver(*item(Type::plaintext)) });
         UserDefaults late(world.defaults.path());
         const Installed<UserDefaults> installed(late);
         const std::string bytes = world.files.readFile("settings/defaults.plist");
@@ -186,18 +151,15 @@ namespace {
         EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
         world.files.writeFile("settings/defaults.plist", bytes);
         ManageDefaults::loadAppMenusFromDisk(true);
-        EXPECT_EQ(liveKinds(), (std::vector<std::string> { "fixedAppPreferences", "plaintext" }));
+        EXPECT_EQ(liveKinds(), (Strings { "fixedAppPreferences", "plaintext" }));
     }
 
-    TEST(ManageDefaults, FailuresOfTheLastEventAreShownBeforeTheEnd)
+    TEST_F(ManageDefaultsTest, FailuresOfTheLastEventAreShownBeforeTheEnd)
     {
-        World world;
         world.files.makeDirectory("settings/defaults.plist");
         const auto delegate = std::make_shared<AppDelegate>();
         NSApplication::shared().setDelegate(delegate);
-        delegate->applicationDidFinishLaunching();
-        world.controller = AppDelegate::statusMenuItemController();
-        AppDelegate::releaseStatusMenuItemController();
+        world.start();
         ManageDefaults::saveAllToDisk();
         world.desktop.duringAlert = [&] {
             EXPECT_FALSE(world.desktop.isStopped);
@@ -213,13 +175,10 @@ namespace {
         EXPECT_EQ(world.desktop.alerts[1].informativeText(), "failed meanwhile");
     }
 
-    TEST(ManageDefaults, SettingsThatCantBeWrittenAreReportedOnceTheEventIsOver)
+    TEST_F(ManageDefaultsTest, SettingsThatCantBeWrittenAreReportedOnceTheEventIsOver)
     {
-        World world;
         world.files.writeFile("settings", "a file where the directory should be");
-        AppDelegate().applicationDidFinishLaunching();
-        world.controller = AppDelegate::statusMenuItemController();
-        AppDelegate::releaseStatusMenuItemController();
+        world.start();
         {
             const NSApplication::EventScope event;
             ManageDefaults::saveAllToDisk();
@@ -232,7 +191,6 @@ namespace {
         EXPECT_EQ(World::loggedMessages().size(), 2U) << "they could not be read either";
 
         world.files.remove("settings");
-        world.files.makeDirectory("settings");
         {
             const NSApplication::EventScope event;
         }
@@ -240,23 +198,21 @@ namespace {
     }
 
     // A picked file of the stored list, loaded once.
-    class PickedFile : public testing::Test {
+    class PickedFile : public WorldTest {
     protected:
         PickedFile()
         {
-            world.files.writeFile("dir/picked.txt");
-            store(world, { MainMenuItemSaver(*pickedItem(world.files.path("dir/picked.txt"))) });
+            world.store({ MainMenuItemSaver(*pickedItem(world.files.writeFile("dir/picked.txt"))) });
             ManageDefaults::loadAllFromDisk();
-            loaded = item();
+            loaded = current();
         }
-        static std::shared_ptr<MainMenuItem> item() { return MainMenuItem::actualMenuItems().back(); }
+        static std::shared_ptr<MainMenuItem> current() { return MainMenuItem::actualMenuItems().back(); }
         void reload()
         {
             ManageDefaults::loadAppMenusFromDisk(true);
             ASSERT_TRUE(world.defaults.synchronize());
         }
 
-        World world;
         std::shared_ptr<MainMenuItem> loaded;
     };
 
@@ -267,7 +223,7 @@ namespace {
         EXPECT_EQ(ManageDefaults::fileReferences()[0].path, loaded->fileURL->path());
         EXPECT_EQ(ManageDefaults::securityScopedURLs(), std::vector { *loaded->fileURL });
         reload();
-        EXPECT_EQ(item(), loaded) << "a reload would have made new objects";
+        EXPECT_EQ(current(), loaded) << "a reload would have made new objects";
     }
 
     TEST_F(PickedFile, ThatIsRenamedIsFoundAndSavedAgain)
@@ -275,9 +231,9 @@ namespace {
         const auto stored = *world.defaults.data("UserPickedMenuItems");
         const std::string renamed = world.files.rename("dir/picked.txt", "dir/new name.txt");
         reload();
-        EXPECT_NE(item(), loaded);
-        EXPECT_EQ(item()->fileURL->path(), renamed);
-        EXPECT_EQ(item()->unixPath, renamed);
+        EXPECT_NE(current(), loaded);
+        EXPECT_EQ(current()->fileURL->path(), renamed);
+        EXPECT_EQ(current()->unixPath, renamed);
         EXPECT_NE(*world.defaults.data("UserPickedMenuItems"), stored);
         EXPECT_TRUE(World::loggedMessages().empty());
     }
@@ -287,40 +243,32 @@ namespace {
         const Data bytes = *loaded->bookmarkDataRaw;
         world.files.remove("dir/picked.txt");
         reload();
-        EXPECT_FALSE(item()->fileURL);
-        EXPECT_EQ(item()->unixPath, world.files.path("dir/picked.txt"));
-        EXPECT_EQ(item()->bookmarkDataRaw, bytes);
+        EXPECT_FALSE(current()->fileURL);
+        EXPECT_EQ(current()->unixPath, world.files.path("dir/picked.txt"));
+        EXPECT_EQ(current()->bookmarkDataRaw, bytes);
         EXPECT_TRUE(ManageDefaults::securityScopedURLs().empty());
         EXPECT_TRUE(World::loggedMessages().empty());
 
         world.files.writeFile("dir/picked.txt", "new");
         reload();
-        ASSERT_TRUE(item()->fileURL);
-        EXPECT_EQ(item()->fileURL->path(), world.files.path("dir/picked.txt"));
-    }
-
-    TEST_F(PickedFile, ThatAnEditorReplacesStaysAtItsPath)
-    {
-        world.files.writeFile("dir/picked.txt.new", "edited");
-        world.files.rename("dir/picked.txt.new", "dir/picked.txt");
-        reload();
-        EXPECT_EQ(item()->fileURL->path(), world.files.path("dir/picked.txt"));
-        EXPECT_TRUE(World::loggedMessages().empty());
+        ASSERT_TRUE(current()->fileURL);
+        EXPECT_EQ(current()->fileURL->path(), world.files.path("dir/picked.txt"));
     }
 
     TEST_F(PickedFile, WhoseBookmarkIsDamagedIsReportedAtEachOpeningWhileItIsThere)
     {
         auto damaged = MainMenuItemSaver(*loaded);
         damaged.bookmarkData = { 0xBA, 0xD0 };
-        store(world, { damaged });
+        world.store({ damaged });
         ManageDefaults::loadAllFromDisk();
         ASSERT_EQ(World::loggedMessages().size(), 2U);
+        EXPECT_TRUE(World::loggedMessages()[0].starts_with(
+            "menu-item \"picked.txt\" couldn't convert a MainMenuItemSaver into a MainMenuItem, because\n"));
         EXPECT_TRUE(World::loggedMessages()[1].starts_with("resolvingBookmarkData() returned error: "));
-        EXPECT_FALSE(item()->fileURL);
+        EXPECT_FALSE(current()->fileURL);
         reload();
         EXPECT_EQ(World::loggedMessages().size(), 4U);
-        EXPECT_EQ(MainMenuItemSaver::decodeList(*world.defaults.data("UserPickedMenuItems"))->at(1).bookmarkData,
-                  damaged.bookmarkData);
+        EXPECT_EQ(world.storedRecords().at(1).bookmarkData, damaged.bookmarkData);
 
         const std::string written = world.files.readFile("settings/defaults.plist");
         world.clock.advance(std::chrono::hours(1));
@@ -332,13 +280,13 @@ namespace {
     {
         auto bare = MainMenuItemSaver(*loaded);
         bare.bookmarkData.clear();
-        store(world, { bare });
-        const auto stored = *world.defaults.data("UserPickedMenuItems");
+        world.store({ bare });
         ManageDefaults::loadAllFromDisk();
-        EXPECT_EQ(item()->unixPath, world.files.path("dir/picked.txt"));
-        EXPECT_FALSE(item()->fileURL);
+        EXPECT_EQ(current()->unixPath, world.files.path("dir/picked.txt"));
+        EXPECT_FALSE(current()->fileURL);
         EXPECT_TRUE(World::loggedMessages().empty() && ManageDefaults::fileReferences().empty());
-        EXPECT_EQ(*world.defaults.data("UserPickedMenuItems"), stored);
+        ASSERT_TRUE(world.defaults.synchronize());
+        EXPECT_EQ(world.storedRecords(), std::vector { bare }) << "there was nothing to save";
     }
 
     TEST_F(PickedFile, ThatGetsACanonicallyEqualNameIsNoticed)
@@ -346,9 +294,9 @@ namespace {
         const std::string composed = world.files.rename("dir/picked.txt", "dir/\u00E9");
         reload();
         const std::string decomposed = world.files.rename("dir/\u00E9", "dir/e\u0301");
-        ASSERT_EQ(item()->unixPath, composed);
+        ASSERT_EQ(current()->unixPath, composed);
         reload();
-        EXPECT_EQ(item()->unixPath, decomposed);
+        EXPECT_EQ(current()->unixPath, decomposed);
     }
 
 } // namespace

@@ -13,37 +13,25 @@ namespace {
     namespace flags = menuOptionFlagsSv;
 
     // The preferences window with one item below the fixed one, and that item's sheet.
-    class Editing {
+    class Editing : public PreferencesUser {
     public:
-        explicit Editing(World& world, std::shared_ptr<MainMenuItem> item) : user(configured(world, std::move(item)))
+        explicit Editing(std::shared_ptr<MainMenuItem> edited)
+            : PreferencesUser({ item(Type::fixedAppPreferences), std::move(edited) })
         {
-            open(1);
+            edit(1);
         }
-
-        void open(int row)
+        void edit(int row)
         {
-            user.table().editMenuItemProperties(row);
-            if (const auto sheet = user.window()->attachedSheet())
+            table().editMenuItemProperties(row);
+            if (const auto sheet = window()->attachedSheet())
                 editor = std::dynamic_pointer_cast<MenuItemEditorVC>(sheet->contentViewController());
         }
-        bool isOpen() const { return user.window()->attachedSheet() != nullptr; }
 
-        PreferencesUser user;
         std::shared_ptr<MenuItemEditorVC> editor;
-
-    private:
-        static PreferencesUser configured(World& world, std::shared_ptr<MainMenuItem> item)
-        {
-            MainMenuItem::actualMenuItems() = { std::make_shared<MainMenuItem>(Type::fixedAppPreferences),
-                                                std::move(item) };
-            return PreferencesUser(world);
-        }
     };
 
     TEST(MenuItemEditor, FramesOfEachKind)
     {
-        World world;
-        const std::string directory = world.files.path();
         const auto picked = [](const std::optional<URL>& url) {
             return std::make_shared<MainMenuItem>(Type::arbitraryPath, "Papers", "/home/a/Papers", url);
         };
@@ -52,89 +40,74 @@ namespace {
             std::shared_ptr<MainMenuItem> item;
         };
         for (const Case& c : {
-                 Case { "fixedAppPreferences", std::make_shared<MainMenuItem>(Type::fixedAppPreferences) },
-                 Case { "systemSettings", std::make_shared<MainMenuItem>(Type::systemSettings) },
-                 Case { "plaintext", std::make_shared<MainMenuItem>(Type::plaintext) },
-                 Case { "arbitraryPath directory", picked(URL::fileURLWithPath(directory)) },
+                 Case { "fixedAppPreferences", item(Type::fixedAppPreferences) },
+                 Case { "systemSettings", item(Type::systemSettings) },
+                 Case { "plaintext", item(Type::plaintext) },
+                 Case { "arbitraryPath directory", picked(URL::fileURLWithPath("/dev")) },
                  Case { "arbitraryPath file", picked(URL::fileURLWithPath("/dev/null")) },
                  Case { "arbitraryPath missing", picked({}) },
-                 Case { "recentItems", std::make_shared<MainMenuItem>(Type::recentItems) },
-                 Case { "systemApplicationsDirectory",
-                        std::make_shared<MainMenuItem>(Type::systemApplicationsDirectory) },
-                 Case { "other", std::make_shared<MainMenuItem>(Type::other) },
+                 Case { "recentItems", item(Type::recentItems) },
+                 Case { "systemApplicationsDirectory", item(Type::systemApplicationsDirectory) },
+                 Case { "other", item(Type::other) },
              }) {
-            Editing editing(world, c.item);
-            ASSERT_TRUE(editing.editor) << c.name;
-            EXPECT_EQ(editing.editor->view()->window()->styleMask(), 1U);
-            expectFrames(std::string("Editor ") + c.name, *editing.editor->view());
-            editing.user.window()->close();
+            Editing user(c.item);
+            ASSERT_TRUE(user.editor) << c.name;
+            EXPECT_EQ(user.editor->view()->window()->styleMask(), 1U);
+            expectFrames(std::string("Editor ") + c.name, *user.editor->view());
         }
     }
 
     TEST(MenuItemEditor, SavesWhatIsSetAndNothingElse)
     {
-        World world;
-        const auto item = std::make_shared<MainMenuItem>(Type::recentItemsDocs, "");
-        item->maxNumberOfRecentItems = 7;
-        item->optionFlagsSv =
+        const auto edited = item(Type::recentItemsDocs, "");
+        edited->maxNumberOfRecentItems = 7;
+        edited->optionFlagsSv =
             MenuOptionFlagsSv(flags::ignoreArticles.rawValue() | flags::sortByDate.rawValue() | 1U << 20);
-        Editing editing(world, item);
-        EXPECT_EQ(editing.editor->displayStringEditTextField.lock()->stringValue(), "recentItemsDocs");
-        EXPECT_EQ(editing.editor->maxNumberOfItemsMenu.lock()->titleOfSelectedItem(), "10");
-        editing.editor->sortByDateCheckbox.lock()->performClick();
-        editing.editor->showPathAsTooltipCheckbox.lock()->performClick();
-        editing.user.press("Use this Setting");
-        EXPECT_FALSE(editing.isOpen());
-        EXPECT_EQ(item->displayString, "recentItemsDocs");
-        EXPECT_EQ(item->maxNumberOfRecentItems, 10);
-        EXPECT_EQ(item->optionFlagsSv.rawValue(),
+        Editing user(edited);
+        EXPECT_EQ(user.editor->displayStringEditTextField.lock()->stringValue(), "recentItemsDocs");
+        EXPECT_EQ(user.editor->maxNumberOfItemsMenu.lock()->titleOfSelectedItem(), "10");
+        user.editor->sortByDateCheckbox.lock()->performClick();
+        user.editor->showPathAsTooltipCheckbox.lock()->performClick();
+        user.press("Use this Setting");
+        EXPECT_FALSE(user.window()->attachedSheet());
+        EXPECT_EQ(edited->displayString, "recentItemsDocs");
+        EXPECT_EQ(edited->maxNumberOfRecentItems, 10);
+        EXPECT_EQ(edited->optionFlagsSv.rawValue(),
                   flags::ignoreArticles.rawValue() | flags::showPathAsTooltip.rawValue() | 1U << 20);
-        EXPECT_TRUE(editing.user.button("Apply").isEnabled());
+        EXPECT_TRUE(user.button("Apply").isEnabled());
     }
 
     TEST(MenuItemEditor, APlainTextBecomesEnabled)
     {
-        World world;
-        const auto item = std::make_shared<MainMenuItem>(Type::plaintext, "x", std::nullopt, std::nullopt,
-                                                         flags::showPlaintextAsDisabled);
-        Editing editing(world, item);
-        EXPECT_FALSE(editing.editor->showPlaintextAsEnabledCheckbox.lock()->isOn());
-        editing.editor->showPlaintextAsEnabledCheckbox.lock()->performClick();
-        editing.editor->displayStringEditTextField.lock()->userEdits("");
-        editing.user.press("Use this Setting");
-        EXPECT_TRUE(item->optionFlagsSv.isEmpty());
-        EXPECT_EQ(item->displayString, "");
+        const auto edited = item(Type::plaintext, "x", flags::showPlaintextAsDisabled);
+        Editing user(edited);
+        EXPECT_FALSE(user.editor->showPlaintextAsEnabledCheckbox.lock()->isOn());
+        user.editor->showPlaintextAsEnabledCheckbox.lock()->performClick();
+        user.editor->displayStringEditTextField.lock()->userEdits("");
+        user.press("Use this Setting");
+        EXPECT_TRUE(edited->optionFlagsSv.isEmpty());
+        EXPECT_EQ(edited->displayString, "");
     }
 
-    TEST(MenuItemEditor, DiscardsAndSurvivesWhatIsGone)
+    TEST(MenuItemEditor, CancelledChangesNothing)
     {
-        World world;
-        const auto item = std::make_shared<MainMenuItem>(Type::plaintext, "x");
-        Editing editing(world, item);
-        editing.editor->displayStringEditTextField.lock()->userEdits("y");
-        editing.user.window()->performClose(nullptr);
-        EXPECT_TRUE(editing.user.window()) << "the sheet is answered first";
-        editing.user.press("Cancel");
-        EXPECT_EQ(item->displayString, "x");
-        EXPECT_FALSE(editing.user.button("Apply").isEnabled());
+        const auto edited = item(Type::plaintext, "x");
+        Editing user(edited);
+        user.editor->displayStringEditTextField.lock()->userEdits("y");
+        user.window()->performClose(nullptr);
+        EXPECT_TRUE(user.window()) << "the sheet is answered first";
+        user.press("Cancel");
+        EXPECT_EQ(edited->displayString, "x");
+        EXPECT_FALSE(user.button("Apply").isEnabled());
+    }
 
-        editing.open(0);
-        editing.user.press("OK");
-        EXPECT_FALSE(editing.user.button("Apply").isEnabled());
-        // The item goes while it is edited.
-        editing.open(1);
-        editing.editor->menuItemToEdit.reset();
-        editing.user.press("Use this Setting");
-        EXPECT_TRUE(editing.user.button("Apply").isEnabled());
-        // Rows that are not there, and separators.
-        for (const int row : { -1, 2 })
-            editing.user.table().editMenuItemProperties(row);
-        editing.user.table().tentativeMenuItems[1] = std::make_shared<MainMenuItem>(Type::separator);
-        editing.user.table().editMenuItemProperties(1);
-        EXPECT_FALSE(editing.isOpen());
-        EXPECT_EQ(
-            World::loggedMessages(),
-            std::vector<std::string> { "tentativeMenuItems only has 2 rows, but rowNum=2 is somehow being edited?" });
+    TEST(MenuItemEditor, IsNotThereForSeparatorsAndHasNothingToSaveForTheFixedRow)
+    {
+        Editing user(item(Type::separator));
+        EXPECT_FALSE(user.window()->attachedSheet());
+        user.edit(0);
+        user.press("OK");
+        EXPECT_FALSE(user.button("Apply").isEnabled());
     }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "PreferencesUser.h"
 
-#include "NSOpenPanel.h"
 #include "NSTabView.h"
 #include "NSTextField.h"
 
@@ -10,28 +9,7 @@ namespace quillbox {
 
 namespace {
 
-    using Type = MenuItemType;
     using Command = NSTableView::Command;
-
-    MainMenuItem::List labels(const std::string& titles)
-    {
-        MainMenuItem::List items { std::make_shared<MainMenuItem>(Type::fixedAppPreferences, "-") };
-        for (const char title : titles)
-            items.push_back(std::make_shared<MainMenuItem>(Type::plaintext, std::string(1, title)));
-        return items;
-    }
-
-    // The titles of the list by their first letters, after the fixed row; selected ones in capitals.
-    std::string letters(const PreferencesUser& user)
-    {
-        std::string text;
-        for (std::size_t row = 1; row < user.table().tentativeMenuItems.size(); ++row) {
-            const char letter = user.table().tentativeMenuItems[row]->displayString[0];
-            const bool isSelected = user.table().selectedRowIndexes().contains(static_cast<int>(row));
-            text += static_cast<char>(isSelected ? std::toupper(letter) : std::tolower(letter));
-        }
-        return text;
-    }
 
     TEST(PreferencesKeys, RowsMoveByOne)
     {
@@ -50,52 +28,40 @@ namespace {
                  Case { "the last stays", { 3, 5 }, Command::moveDown, "abdCE" },
                  Case { "all stay", { 1, 2 }, Command::moveUp, "ABcde" },
              }) {
-            World world;
-            MainMenuItem::actualMenuItems() = labels("abcde");
-            PreferencesUser user(world);
+            PreferencesUser user(labels("abcde"));
             user.table().selectRowIndexes(c.rows, false);
             user.table().userPerforms(c.command);
-            EXPECT_EQ(letters(user), c.after) << c.name;
+            EXPECT_EQ(user.letters(), c.after) << c.name;
             EXPECT_EQ(user.button("Apply").isEnabled(), std::string(c.name) != "all stay") << c.name;
         }
     }
 
     TEST(PreferencesKeys, SuggestionsAndCopiedFilesComeBelowTheSelectedRow)
     {
-        World world;
-        MainMenuItem::actualMenuItems() = labels("ab");
-        PreferencesUser user(world);
+        PreferencesUser user(labels("ab"));
         auto& suggestions = user.view<SuggestedMenuItemsTable>();
         EXPECT_FALSE(suggestions.userPerforms(Command::add)) << "nothing is selected";
         suggestions.selectRowIndexes({ 3, 7 }, false);
         user.table().selectRowIndexes({ 1 }, false);
         EXPECT_TRUE(suggestions.userPerforms(Command::add));
-        EXPECT_EQ(letters(user), "aRPb");
+        EXPECT_EQ(user.letters(), "aRPb");
         EXPECT_EQ(suggestions.announcement(), "Added 2 items");
         user.table().paste(NSPasteboard::ofFiles({ "file:///x", "file:///y" }));
-        EXPECT_EQ(letters(user), "arpXYb");
+        EXPECT_EQ(user.letters(), "arpXYb");
         user.table().paste(NSPasteboard::ofFiles({}));
         // Without a selection they come last.
         user.table().selectRowIndexes({}, false);
         EXPECT_TRUE(suggestions.userPerforms(Command::add, 4));
-        EXPECT_EQ(letters(user), "arpxybR");
-        // A file is asked for first.
-        EXPECT_TRUE(suggestions.userPerforms(Command::add, 6));
-        ASSERT_TRUE(world.desktop.shownWindows.panel);
-        world.desktop.shownWindows.panel->setURLs({ URL::fileURLWithPath("/z") });
-        world.desktop.shownWindows.endPanel(NSModalResponseOK);
-        EXPECT_EQ(letters(user), "arpxybRz");
+        EXPECT_EQ(user.letters(), "arpxybR");
     }
 
     TEST(PreferencesKeys, RemovingSelectsTheRowThatCameUp)
     {
-        World world;
-        MainMenuItem::actualMenuItems() = labels("abcd");
-        PreferencesUser user(world);
+        PreferencesUser user(labels("abcd"));
         const auto remove = [&](std::set<int> rows) {
             user.table().selectRowIndexes(std::move(rows), false);
             user.table().userPerforms(Command::remove);
-            return letters(user);
+            return user.letters();
         };
         EXPECT_EQ(remove({ 2 }), "aCd");
         EXPECT_EQ(remove({ 2, 3 }), "A");
@@ -106,46 +72,39 @@ namespace {
 
     TEST(PreferencesKeys, WhatWasDoneIsUndoneUntilTheWindowCloses)
     {
-        World world;
-        MainMenuItem::actualMenuItems() = labels("abc");
-        {
-            PreferencesUser user(world);
-            auto& undo = user.window()->undoManager();
-            user.table().selectRowIndexes({ 1 }, false);
-            user.table().userPerforms(Command::remove);
-            user.dragRows({ 1 }, 3);
-            user.press("Reset");
-            const auto defaults = user.list();
-            undo.undo();
-            EXPECT_EQ(letters(user), "CB");
-            undo.undo();
-            undo.undo();
-            EXPECT_EQ(letters(user), "Abc") << "what came back is selected";
-            undo.undo();
-            for (int step = 0; step < 4; ++step)
-                undo.redo();
-            EXPECT_EQ(user.list(), defaults);
-            // After something new there is nothing to do again.
-            undo.undo();
-            user.dragRowsToTrash({ 1 });
+        PreferencesUser user(labels("abc"));
+        auto& undo = user.window()->undoManager();
+        user.table().selectRowIndexes({ 1 }, false);
+        user.table().userPerforms(Command::remove);
+        user.dragRows({ 1 }, 3);
+        user.press("Reset");
+        undo.undo();
+        EXPECT_EQ(user.letters(), "CB");
+        undo.undo();
+        undo.undo();
+        EXPECT_EQ(user.letters(), "Abc") << "what came back is selected";
+        undo.undo();
+        for (int step = 0; step < 4; ++step)
             undo.redo();
-            EXPECT_EQ(letters(user).size(), 1U);
-            user.press("Cancel");
-        }
-        PreferencesUser again(world);
-        EXPECT_EQ(letters(again), "abc");
-        again.window()->undoManager().undo();
-        EXPECT_EQ(letters(again), "abc");
-        EXPECT_FALSE(again.button("Apply").isEnabled());
+        EXPECT_EQ(user.letters(), "-S-A") << "the default list";
+        // After something new there is nothing to do again.
+        undo.undo();
+        user.dragRowsToTrash({ 1 });
+        undo.redo();
+        EXPECT_EQ(user.letters().size(), 1U);
+
+        user.press("Cancel");
+        user.open();
+        user.window()->undoManager().undo();
+        EXPECT_EQ(user.letters(), "abc");
+        EXPECT_FALSE(user.button("Apply").isEnabled());
     }
 
     TEST(PreferencesKeys, NothingReachesAWindowThatIsHeld)
     {
         for (const bool isPanel : { false, true }) {
             SCOPED_TRACE(isPanel ? "open panel" : "sheet");
-            World world;
-            MainMenuItem::actualMenuItems() = labels("abc");
-            PreferencesUser user(world);
+            PreferencesUser user(labels("abc"));
             const auto window = user.window();
             NSButton& apply = user.button("Apply");
             NSButton& reset = user.button("Reset");
@@ -156,7 +115,7 @@ namespace {
             else
                 user.table().userPerforms(Command::settings);
             ASSERT_TRUE(window->attachedSheet());
-            const std::string before = letters(user);
+            const std::string before = user.letters();
 
             apply.performClick();
             reset.performClick();
@@ -170,25 +129,23 @@ namespace {
             user.table().userSelects(3);
             user.table().keyDown(NSTableView::Key::down, false);
             EXPECT_FALSE(user.table().beginDragging(2));
-            EXPECT_EQ(letters(user), before);
+            EXPECT_EQ(user.letters(), before);
             EXPECT_EQ(user.window(), window);
             EXPECT_EQ(user.view<NSTabView>().indexOfSelectedItem(), 0);
 
             if (isPanel)
-                world.desktop.shownWindows.endPanel(NSModalResponseCancel);
+                user.world.desktop.shownWindows.endPanel(NSModalResponseCancel);
             else
                 user.press("Cancel");
             EXPECT_FALSE(window->attachedSheet());
             apply.performClick();
-            EXPECT_EQ(world.desktop.shownWindows.calls.back(), "close Quillbox Preferences");
+            EXPECT_EQ(user.world.desktop.shownWindows.calls.back(), "close Quillbox Preferences");
         }
     }
 
     TEST(PreferencesKeys, TheKeyboardGoesWithItsRowAndComesBackToItsButton)
     {
-        World world;
-        MainMenuItem::actualMenuItems() = labels("abc");
-        PreferencesUser user(world);
+        PreferencesUser user(labels("abc"));
         user.window()->layoutIfNeeded();
         const auto buttonOf = [&](int row) { return user.table().viewAtRow(row)->subviews()[0]; };
         user.window()->userFocuses(buttonOf(2));
@@ -210,9 +167,7 @@ namespace {
 
     TEST(PreferencesKeys, SeparatorsHaveAName)
     {
-        World world;
-        MainMenuItem::actualMenuItems() = { labels("")[0], std::make_shared<MainMenuItem>(Type::separator) };
-        PreferencesUser user(world);
+        PreferencesUser user({ item(MenuItemType::fixedAppPreferences), item(MenuItemType::separator) });
         user.window()->layoutIfNeeded();
         EXPECT_EQ(user.table().textOfRow(1), "Separator");
         EXPECT_EQ(user.view<SuggestedMenuItemsTable>().textOfRow(2), "Separator");

@@ -1,11 +1,29 @@
 #include "PreferencesUser.h"
 
+#include "ManageDefaults.h"
+
+#include <cctype>
+
 namespace quillbox {
 
-PreferencesUser::PreferencesUser(World& world)
+MainMenuItem::List labels(std::string_view letters)
 {
-    if (!world.controller)
-        world.launch();
+    MainMenuItem::List items { item(MenuItemType::fixedAppPreferences) };
+    for (const char letter : letters)
+        items.push_back(item(MenuItemType::plaintext, std::string(1, letter)));
+    return items;
+}
+
+void PreferencesUser::open(MainMenuItem::List list)
+{
+    MainMenuItem::actualMenuItems() = std::move(list);
+    ManageDefaults::saveAllToDisk();
+    open();
+}
+
+void PreferencesUser::open()
+{
+    world.launch();
     world.controller->openAppPreferencesWindow(nullptr);
 }
 
@@ -33,12 +51,16 @@ NSButton& PreferencesUser::button(const std::string& title) const
     return *found;
 }
 
-std::vector<std::string> PreferencesUser::list() const
+std::string PreferencesUser::letters() const
 {
-    std::vector<std::string> result;
-    for (const auto& item : table().tentativeMenuItems)
-        result.push_back(std::string(rawValue(item->menuItemType)).append(":").append(item->displayString));
-    return result;
+    std::string text;
+    for (std::size_t row = 1; row < table().tentativeMenuItems.size(); ++row) {
+        const MainMenuItem& item = *table().tentativeMenuItems[row];
+        const char letter = item.menuItemType == MenuItemType::separator ? '-' : item.displayString[0];
+        const bool isSelected = table().selectedRowIndexes().contains(static_cast<int>(row));
+        text += static_cast<char>(isSelected ? std::toupper(letter) : std::tolower(letter));
+    }
+    return text;
 }
 
 NSPasteboard PreferencesUser::pasteboardOfRows(NSTableView& from, const std::set<int>& rows) const
@@ -88,7 +110,7 @@ bool PreferencesUser::dragRowsToTrash(const std::set<int>& rows) const
 
 NSDragOperation PreferencesUser::hover(const std::set<int>& rows, int aboveRow) const
 {
-    DragTracking tracking(pasteboardOfRows(table(), rows));
+    DragTracking tracking = dragOf(rows);
     const NSDragOperation operation = tracking.move(table().shared_from_this(), gap(aboveRow));
     tracking.end();
     return operation;

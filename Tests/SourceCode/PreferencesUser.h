@@ -17,10 +17,19 @@
 
 namespace quillbox {
 
-// A person with the preferences window: opens it from the menu's row, presses buttons by their titles, and drags.
+// The fixed row, and below it a label for each letter.
+MainMenuItem::List labels(std::string_view letters);
+
+// A person with the preferences window, in a world of their own: opens it from the menu's row, presses buttons by
+// their titles, and drags.
 class PreferencesUser {
 public:
-    explicit PreferencesUser(World& world);
+    // Nothing is open yet.
+    PreferencesUser() = default;
+    explicit PreferencesUser(MainMenuItem::List list) { open(std::move(list)); }
+    // Makes the list the live and the stored one.
+    void open(MainMenuItem::List list);
+    void open();
 
     std::shared_ptr<NSWindow> window() const { return PreferencesWindowVC::preferencesWindow().lock(); }
     std::shared_ptr<PreferencesWindowVC> controller() const;
@@ -29,8 +38,9 @@ public:
     NSButton& button(const std::string& title) const;
     void press(const std::string& title) const { button(title).performClick(); }
 
-    // The kinds and titles of the list being arranged: "plaintext:b".
-    std::vector<std::string> list() const;
+    // The list being arranged, below its fixed row, by the first letters of its titles: selected ones in capitals,
+    // separators as "-".
+    std::string letters() const;
 
     // Each drags as a hand does, from press to release; what was dropped on took it or not.
     bool dragRows(const std::set<int>& rows, int aboveRow) const;
@@ -39,6 +49,8 @@ public:
     bool dragRowsToTrash(const std::set<int>& rows) const;
     // What the drag would do there.
     NSDragOperation hover(const std::set<int>& rows, int aboveRow) const;
+    // A drag that has only begun.
+    DragTracking dragOf(const std::set<int>& rows) const { return DragTracking(pasteboardOfRows(table(), rows)); }
 
     // The first view of that class in the window.
     template <class View>
@@ -50,6 +62,8 @@ public:
         return *found;
     }
     static void visit(NSView& view, const std::function<void(NSView&)>& visitor);
+
+    World world;
 
 private:
     NSPasteboard pasteboardOfRows(NSTableView& from, const std::set<int>& rows) const;

@@ -1,6 +1,5 @@
 #include "PreferencesUser.h"
 
-#include "ManageDefaults.h"
 #include "NSTextField.h"
 
 #include <gtest/gtest.h>
@@ -11,16 +10,9 @@ namespace quillbox {
 
 namespace {
 
-    using Type = MenuItemType;
     using Operation = NSDragOperation;
 
-    MainMenuItem::List labels(int count)
-    {
-        MainMenuItem::List items { std::make_shared<MainMenuItem>(Type::fixedAppPreferences) };
-        for (int row = 1; row < count; ++row)
-            items.push_back(std::make_shared<MainMenuItem>(Type::plaintext, "label " + std::to_string(row)));
-        return items;
-    }
+    constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz+*=";
 
     std::string titleShownIn(NSView& row)
     {
@@ -65,9 +57,7 @@ namespace {
     TEST(ShownList, IsTheListAfterEveryChange)
     {
         for (unsigned seed = 1; seed <= 3; ++seed) {
-            World world;
-            MainMenuItem::actualMenuItems() = labels(10);
-            PreferencesUser user(world);
+            PreferencesUser user(labels("abcdefghi"));
             std::minstd_rand random(seed);
             const auto pick = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
             for (int step = 0; step < 150; ++step) {
@@ -93,7 +83,7 @@ namespace {
                     user.window()->setContentSize({ 520, 650.0 + pick(400) });
                 else if (action == 7) {
                     // Another list, longer or shorter.
-                    table.tentativeMenuItems = labels(1 + pick(30));
+                    table.tentativeMenuItems = labels(kLetters.substr(0, static_cast<std::size_t>(pick(30))));
                     table.reloadData();
                 } else {
                     const int row = pick(count);
@@ -110,44 +100,37 @@ namespace {
 
     TEST(RowDrag, CarriesItemsOfItsOwnWindowAndNoNumbers)
     {
-        World world;
-        MainMenuItem::actualMenuItems() = labels(6);
-        PreferencesUser user(world);
-        const auto dragOf = [&](const std::set<int>& rows) {
-            user.table().selectRowIndexes(rows, false);
-            return DragTracking(*user.table().beginDragging(*rows.begin()));
-        };
+        PreferencesUser user(labels("bcdef"));
         const NSPoint gap { 10, user.table().rowHeight() };
         const auto list = user.table().tentativeMenuItems;
 
         // The rows change places under the drag: the held items move.
-        DragTracking moved = dragOf({ 4, 5 });
+        DragTracking moved = user.dragOf({ 4, 5 });
         user.table().changeList({ list[0], list[5], list[4], list[3], list[1] }, NSTableView::Animation::none);
         EXPECT_EQ(moved.move(user.table().shared_from_this(), { 10, 5 * user.table().rowHeight() }), Operation::move);
         EXPECT_TRUE(moved.drop());
-        EXPECT_EQ(user.table().tentativeMenuItems,
-                  (MainMenuItem::List { list[0], list[3], list[1], list[5], list[4] }));
+        EXPECT_EQ(user.letters(), "dbFE");
 
         // The list is another one: nothing of it moves or goes.
         for (const bool isTrash : { false, true }) {
-            DragTracking held = dragOf({ 1 });
+            DragTracking held = user.dragOf({ 1 });
             user.press("Reset");
-            const auto after = user.list();
+            const auto after = user.letters();
             NSView& over = isTrash ? static_cast<NSView&>(user.trash()) : user.table();
             EXPECT_EQ(held.move(over.shared_from_this(), gap), isTrash ? Operation::deleteOperation : Operation::none);
             EXPECT_FALSE(held.drop());
             held.end();
-            EXPECT_EQ(user.list(), after);
+            EXPECT_EQ(user.letters(), after);
             EXPECT_FALSE(user.trash().shouldShowSmokeExplosion);
             user.table().changeList(list, NSTableView::Animation::none);
         }
 
         // The window is another one, though it shows the same items.
-        DragTracking outlived = dragOf({ 5 });
+        DragTracking outlived = user.dragOf({ 5 });
         // The event in which a drag runs goes on, and holds what was closed in it.
         const auto closed = user.window();
         user.press("Cancel");
-        world.controller->openAppPreferencesWindow(nullptr);
+        user.open();
         ASSERT_NE(user.window(), closed);
         closed->orderFrontRegardless();
         EXPECT_FALSE(closed->isVisible());
@@ -155,7 +138,7 @@ namespace {
         EXPECT_EQ(outlived.move(user.table().shared_from_this(), gap), Operation::none);
         outlived.move(user.trash().shared_from_this(), { 5, 5 });
         EXPECT_FALSE(outlived.drop());
-        EXPECT_EQ(user.list().size(), 6U);
+        EXPECT_EQ(user.letters().size(), 5U);
         EXPECT_FALSE(user.button("Apply").isEnabled());
     }
 

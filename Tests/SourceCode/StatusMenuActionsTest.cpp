@@ -8,12 +8,13 @@ namespace {
 
     using Type = MenuItemType;
 
-    TEST(Actions, AMissingPickedFileGetsAnAlertAndIsNotOpened)
+    class Actions : public WorldTest { };
+
+    TEST_F(Actions, AMissingPickedFileGetsAnAlertAndIsNotOpened)
     {
-        World world;
-        world.configure(
-            { std::make_shared<MainMenuItem>(Type::arbitraryPath, "lost", "/lost/file"),
-              std::make_shared<MainMenuItem>(Type::arbitraryPath, "there", world.files.writeFile("there")) });
+        const std::string there = world.files.writeFile("there");
+        world.configure({ std::make_shared<MainMenuItem>(Type::arbitraryPath, "lost", "/lost/file"),
+                          std::make_shared<MainMenuItem>(Type::arbitraryPath, "there", there) });
         bool reopened = true;
         world.desktop.duringAlert = [&] {
             reopened = world.user().tracking().open(world.controller->statusItem()->menu());
@@ -29,32 +30,27 @@ namespace {
         EXPECT_TRUE(world.workspace.opened.empty());
 
         world.user().open().choose("there");
-        EXPECT_EQ(world.workspace.opened, std::vector { world.files.path("there") });
+        EXPECT_EQ(world.workspace.opened, std::vector { there });
     }
 
-    TEST(Actions, OfTheFixedRows)
+    TEST_F(Actions, APickedFileWithoutAPathIsReportedToo)
     {
-        World world;
-        world.configure({ std::make_shared<MainMenuItem>(Type::fixedAppPreferences, ""),
-                          std::make_shared<MainMenuItem>(Type::systemSettings, "Settings"),
-                          std::make_shared<MainMenuItem>(Type::plaintext, "label") });
+        world.configure({ std::make_shared<MainMenuItem>(Type::arbitraryPath, "nowhere", "") });
+        world.user().open().choose("nowhere");
+        EXPECT_EQ(World::loggedMessages().back(), "This function was executed with an empty sender.pathToOpen");
+        EXPECT_EQ(world.desktop.alerts.size(), 1U);
+    }
+
+    TEST_F(Actions, OfTheFixedRows)
+    {
+        world.configure({ item(Type::fixedAppPreferences), item(Type::systemSettings, "Settings"),
+                          item(Type::plaintext, "label") });
         world.user().open().choose("Settings");
         EXPECT_EQ(world.workspace.launched, std::vector<std::string> { "com.apple.systempreferences" });
         world.user().open().choose("label");
         EXPECT_TRUE(world.desktop.alerts.empty() && world.workspace.opened.empty());
         world.user().open().choose("Quillbox Preferences...");
         EXPECT_EQ(world.desktop.shownWindows.calls.back(), "show Quillbox Preferences");
-    }
-
-    TEST(Actions, AnEmptyPathIsReportedAndHandedOn)
-    {
-        World world;
-        world.launch();
-        NSMenuItemPlus empty;
-        world.controller->openTheClickedFile(&empty);
-        EXPECT_EQ(World::loggedMessages(),
-                  std::vector<std::string> { "This function was executed with an empty sender.pathToOpen" });
-        EXPECT_EQ(world.workspace.opened, std::vector<std::string> { "" });
     }
 
 } // namespace

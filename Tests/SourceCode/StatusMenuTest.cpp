@@ -1,12 +1,11 @@
-#include "AppDelegate.h"
 #include "Debug.h"
-#include "MainMenuItemSaver.h"
-#include "ManageDefaults.h"
 #include "MDQuery.h"
 #include "MenuDump.h"
 #include "World.h"
 
 #include <gtest/gtest.h>
+
+#include <set>
 
 namespace quillbox {
 
@@ -16,10 +15,7 @@ namespace {
     using Directory = SearchPathDirectory;
     using Domain = SearchPathDomainMask;
 
-    std::shared_ptr<MainMenuItem> item(Type type, const std::string& title, MenuOptionFlagsSv sv = {})
-    {
-        return std::make_shared<MainMenuItem>(type, title, std::nullopt, std::nullopt, sv);
-    }
+    class StatusMenu : public WorldTest { };
 
     void addBundle(World& world, Directory directory, Domain domain, const std::string& name)
     {
@@ -29,17 +25,14 @@ namespace {
         world.directories.paths[{ directory, domain }] = { world.files.path(home) };
     }
 
-    TEST(StatusMenu, TheDefaultListShowsSettingsAndApplications)
+    TEST_F(StatusMenu, TheDefaultListShowsSettingsAndApplications)
     {
-        World world;
         addBundle(world, Directory::applicationDirectory, Domain::systemDomainMask, "System Settings.app");
         addBundle(world, Directory::applicationDirectory, Domain::systemDomainMask, "Editor.app");
         addBundle(world, Directory::applicationDirectory, Domain::localDomainMask, "Browser.app");
         addBundle(world, Directory::applicationDirectory, Domain::userDomainMask, "Mine.app");
         addBundle(world, Directory::preferencePanesDirectory, Domain::systemDomainMask, "DateAndTime.prefPane");
-        AppDelegate().applicationDidFinishLaunching();
-        world.controller = AppDelegate::statusMenuItemController();
-        AppDelegate::releaseStatusMenuItemController();
+        world.start();
 
         EXPECT_EQ(world.desktop.statusItem, world.controller->statusItem().get());
         EXPECT_EQ(world.controller->statusItem()->menu()->numberOfItems(), 0U);
@@ -73,18 +66,17 @@ namespace {
             item(Type::userDownloadsDirectory, "My downloads"),
             item(Type::systemSettings, "Panel"),
             item(Type::systemApplicationsDirectory, "Programs"),
-            std::make_shared<MainMenuItem>(Type::arbitraryPath, "nameless"),
+            item(Type::arbitraryPath, "nameless"),
             std::make_shared<MainMenuItem>(Type::arbitraryPath, "lost", "/lost/file", std::nullopt,
                                            menuOptionFlagsSv::showPathAsTooltip),
             pickedItem(world.files.path("home/letter.txt")),
             pickedItem("/gone/picked"),
-            std::make_shared<MainMenuItem>(static_cast<Type>(99), "odd"),
+            item(static_cast<Type>(99), "odd"),
         };
     }
 
-    TEST(StatusMenu, EveryKindHasItsRow)
+    TEST_F(StatusMenu, EveryKindHasItsRow)
     {
-        World world;
         world.directories.home = world.files.makeDirectory("home");
         world.files.writeFile("home/letter.txt");
         const std::string desktop = world.files.makeDirectory("home/Desktop");
@@ -130,9 +122,8 @@ namespace {
                   }));
     }
 
-    TEST(StatusMenu, OnlyTheFirstUpdateOfAnOpeningBuilds)
+    TEST_F(StatusMenu, OnlyTheFirstUpdateOfAnOpeningBuilds)
     {
-        World world;
         world.files.writeFile("d/x");
         world.configure({ pickedItem(world.files.path("d")) });
         NSMenu& top = *world.controller->statusItem()->menu();
@@ -153,9 +144,8 @@ namespace {
         EXPECT_EQ(top.numberOfItems(), 0U);
     }
 
-    TEST(StatusMenu, DirectoriesAreListedAnewEachTimeTheyOpen)
+    TEST_F(StatusMenu, DirectoriesAreListedAnewEachTimeTheyOpen)
     {
-        World world;
         world.files.writeFile("d/sub/one");
         world.configure({ pickedItem(world.files.path("d")) });
         FakeUser person = world.user();
@@ -167,9 +157,8 @@ namespace {
         EXPECT_EQ(person.sees(), "Directory Doesn't Exist -\n");
     }
 
-    TEST(StatusMenu, ChoosingHoldsTheItemUntilItsActionHasEnded)
+    TEST_F(StatusMenu, ChoosingHoldsTheItemUntilItsActionHasEnded)
     {
-        World world;
         const std::string file = world.files.writeFile("d/file");
         world.configure({ pickedItem(world.files.path("d")) });
         FakeUser person = world.user();
@@ -187,109 +176,51 @@ namespace {
         EXPECT_TRUE(Debug::dynamicMenuItems().empty());
     }
 
-    TEST(StatusMenu, APickedFileThatMovesIsShownWhereItIsNow)
-    {
-        World world;
-        world.files.writeFile("d/old/file");
-        world.defaults.set(
-            *MainMenuItemSaver::encodeList({ MainMenuItemSaver(*pickedItem(world.files.path("d/old"))) }),
-            "UserPickedMenuItems");
-        world.defaults.set(std::int64_t { 2 }, "MenuSaveVersion");
-        ManageDefaults::loadAllFromDisk();
-        world.launch();
-        const std::string moved = world.files.rename("d/old", "moved");
-        FakeUser person = world.user();
-        person.open();
-        EXPECT_EQ(std::dynamic_pointer_cast<NSMenuItemPlus>(person.row("old"))->pathToOpen, moved);
-        person.openSubmenu("old");
-        EXPECT_EQ(person.sees(), "file [icon of file] (openTheClickedFileWithSender:)\n");
-        person.close();
-        EXPECT_EQ(MainMenuItem::actualMenuItems().back()->unixPath, moved);
-    }
-
     // Merged groups
 
-    class Merged : public testing::Test {
+    class Merged : public WorldTest {
     protected:
-        std::vector<URL> group(const std::vector<std::string>& names)
+        Merged()
+        {
+            for (const char* name : { "a/2", "a/10", "b/9", "other a/2", "u/1", "v/0" })
+                world.files.writeFile(name);
+            world.files.makeDirectory("empty");
+            world.launch();
+        }
+        // "ROW: ENTRY|ENTRY|".
+        std::string merge(const std::vector<std::string>& group1, const std::vector<std::string>& group2,
+                          const std::string& message = "None Found")
+        {
+            const auto row = world.controller->createMenuItemForMainMenu(urls(group1), urls(group2), message, {}, {});
+            return row->title() + (row->hasSubmenu() ? ": " + World::joinedTitles(row->submenu()->itemArray()) : "");
+        }
+        std::vector<URL> urls(const std::vector<std::string>& names) const
         {
             std::vector<URL> result;
-            result.reserve(names.size());
             for (const std::string& name : names)
                 result.push_back(URL::fileURLWithPath(world.files.path(name)));
             return result;
         }
-        std::string merge(const std::vector<std::string>& group1, const std::vector<std::string>& group2,
-                          const std::string& message = "None Found")
-        {
-            world.launch();
-            NSMenu menu;
-            menu.addItem(world.controller->createMenuItemForMainMenu(group(group1), group(group2), message, {}, {}));
-            return menuDump(menu);
-        }
-        static std::string row(const std::string& name)
-        {
-            return "  " + name + " [icon of " + name + "] (openTheClickedFileWithSender:)\n";
-        }
-
-        World world;
     };
 
-    TEST_F(Merged, ListsOfSeveralDirectoriesAreSortedTogether)
+    TEST_F(Merged, GroupsOfDirectoriesBecomeOneMenu)
     {
-        for (const char* name : { "a/2", "a/10", "b/9", "u/1", "v/0" })
-            world.files.writeFile(name);
-        EXPECT_EQ(merge({ "gone", "a", "b" }, { "u", "v" }),
-                  "a > [icon of a] (openTheClickedFileWithSender:)\n" + row("2") + row("9") + row("10") + "  ---\n"
-                      + row("0") + row("1"));
-    }
-
-    TEST_F(Merged, TheFirstDirectoryWithEntriesIsTheResult)
-    {
-        world.files.makeDirectory("empty");
-        world.files.writeFile("full/x");
-        EXPECT_EQ(merge({ "empty", "full" }, {}), "full > [icon of full] (openTheClickedFileWithSender:)\n" + row("x"));
+        EXPECT_EQ(merge({ "gone", "a", "b" }, { "u", "v" }), "a: 2|9|10|---|0|1|") << "each group is sorted as a whole";
+        EXPECT_EQ(merge({ "empty", "a" }, {}), "a: 2|10|") << "named after the first directory with entries";
+        EXPECT_EQ(merge({ "a", "other a" }, {}), "a: 2|2|10|") << "equal names of several paths";
+        EXPECT_EQ(merge({ "u", "u" }, { "u" }), "u: 1|---|") << "one path once, across the separator too";
         EXPECT_TRUE(World::loggedMessages().empty());
     }
 
-    TEST_F(Merged, AnEmptyFirstGroupSaysSoBeforeTheSecond)
+    TEST_F(Merged, GroupsWithoutEntriesSaySo)
     {
-        world.files.makeDirectory("empty");
-        world.files.writeFile("user/x");
-        EXPECT_EQ(merge({ "empty" }, { "user" }),
-                  "empty > [icon of empty] (openTheClickedFileWithSender:)\n"
-                  "  None Found [drawn NSStatusUnavailable] -\n  ---\n"
-                      + row("x"));
-        EXPECT_EQ(World::loggedMessages(), std::vector<std::string> { "None Found" });
-    }
-
-    TEST_F(Merged, WithNoFirstGroupThereIsOneRow)
-    {
-        world.files.writeFile("user/x");
-        const std::string missing = world.files.path("gone") + " not found";
-        EXPECT_EQ(merge({ "gone", "gone2" }, { "user" }), missing + " [drawn NSStatusUnavailable] -\n");
-        EXPECT_EQ(World::loggedMessages(), (std::vector<std::string> { "None Found", missing }));
-    }
-
-    TEST_F(Merged, WithoutAMessageEveryEmptyDirectoryIsNamed)
-    {
-        world.files.makeDirectory("e");
-        EXPECT_EQ(merge({ "e" }, { "f" }, ""),
-                  "e > [icon of e] (openTheClickedFileWithSender:)\n  " + world.files.path("e")
-                      + " not found [drawn NSStatusUnavailable] -\n  " + world.files.path("f")
-                      + " not found [drawn NSStatusUnavailable] -\n");
-    }
-
-    TEST_F(Merged, RepeatedNeighboursAreShownOnceEvenAcrossTheSeparator)
-    {
-        world.files.writeFile("a/same");
-        world.files.writeFile("b/same");
-        EXPECT_EQ(merge({ "a", "b" }, {}),
-                  "a > [icon of a] (openTheClickedFileWithSender:)\n" + row("same") + row("same"))
-            << "other paths, so both stay";
-        world.controller.reset();
-        EXPECT_EQ(merge({ "a", "a" }, { "a" }),
-                  "a > [icon of a] (openTheClickedFileWithSender:)\n" + row("same") + "  ---\n");
+        const std::string gone = world.files.path("gone") + " not found";
+        const std::string empty = world.files.path("empty") + " not found";
+        EXPECT_EQ(merge({ "empty" }, { "u" }), "empty: None Found|---|1|");
+        EXPECT_EQ(merge({ "gone", "gone too" }, { "u" }), gone) << "no directory that the row could be of";
+        EXPECT_EQ(merge({ "empty" }, { "gone" }, ""), "empty: " + empty + "|" + gone + "|");
+        EXPECT_EQ(World::loggedMessages(),
+                  (std::vector<std::string> { "None Found", "None Found", gone, empty, gone }));
     }
 
     // Recent items
@@ -308,7 +239,21 @@ namespace {
         const Installed<MetadataIndex> installed_ { *this };
     };
 
-    class RecentItems : public testing::Test {
+    // Remembers what was looked for.
+    class WatchingFileManager final : public FileManager {
+    public:
+        Result<FileKind> kind(const std::string& path) override
+        {
+            lookedFor.emplace(path::lastPathComponent(path));
+            return FileManager::kind(path);
+        }
+        std::set<std::string> lookedFor;
+
+    private:
+        const Installed<FileManager> installed_ { *this };
+    };
+
+    class RecentItems : public WorldTest {
     protected:
         RecentItems()
         {
@@ -316,6 +261,8 @@ namespace {
                 index.paths.push_back(world.files.writeFile(name));
             for (const char* name : { "Z.app", "plain", "x.prefPane", "kit.bundle", "A.app" })
                 index.paths.push_back(world.files.makeDirectory(name));
+            // The same file by another path, used later than the rest.
+            index.paths.push_back(world.files.makeLink("shortcut", ".") + "/Report 9");
             index.paths.push_back("/gone");
         }
         std::string shown(Type type, std::int64_t limit, MenuOptionFlagsSv sv = {})
@@ -323,17 +270,9 @@ namespace {
             entry = item(type, "Recent", sv);
             entry->maxNumberOfRecentItems = limit;
             world.configure({ entry });
-            FakeUser person = world.user();
-            person.open().openSubmenu("Recent");
-            std::string text;
-            for (const auto& row : person.tracking().menu(1)->itemArray())
-                text += (row->isSeparatorItem()       ? "---"
-                             : row->attributedTitle() ? row->attributedTitle()->string()
-                                                      : row->title())
-                    + "|";
-            return text;
+            return world.openedSubmenu("Recent");
         }
-        World world;
+
         FixedIndex index;
         std::shared_ptr<MainMenuItem> entry;
     };
@@ -343,10 +282,18 @@ namespace {
         EXPECT_EQ(shown(Type::recentItems, 10),
                   "Applications|A|Z|---|Documents|b.txt|kit.bundle|Report 9|Report 10|---|Clear Menu|");
         EXPECT_EQ(shown(Type::recentItems, 10, menuOptionFlagsSv::sortByDate),
-                  "Applications|A|Z|---|Documents|kit.bundle|b.txt|Report 9|Report 10|---|Clear Menu|");
+                  "Applications|A|Z|---|Documents|Report 9|kit.bundle|b.txt|Report 10|---|Clear Menu|");
         EXPECT_EQ(shown(Type::recentItemsApps, 1), "A|---|Clear Menu|");
-        EXPECT_EQ(shown(Type::recentItemsDocs, 2), "b.txt|kit.bundle|---|Clear Menu|");
+        EXPECT_EQ(shown(Type::recentItemsDocs, 2), "kit.bundle|Report 9|---|Clear Menu|");
         EXPECT_EQ(index.cutOff, world.clock.now().addingSeconds(-31'536'000));
+    }
+
+    TEST_F(RecentItems, AreLookedForOnlyWhereTheyCouldBeListed)
+    {
+        const WatchingFileManager files;
+        shown(Type::recentItems, 3);
+        EXPECT_TRUE(files.lookedFor.contains("b.txt") && files.lookedFor.contains("Z.app"));
+        EXPECT_FALSE(files.lookedFor.contains("Report 10")) << "three other documents were used later";
     }
 
     TEST_F(RecentItems, WithNothingToListShowANote)
@@ -359,22 +306,28 @@ namespace {
         EXPECT_EQ(shown(Type::recentItemsDocs, 0), "None|---|" + note);
     }
 
+    TEST_F(RecentItems, TellTheirPathsWhereAskedTo)
+    {
+        shown(Type::recentItemsDocs, 5, menuOptionFlagsSv::showPathAsTooltip);
+        FakeUser person = world.user();
+        person.open().openSubmenu("Recent");
+        EXPECT_EQ(person.row("b.txt")->toolTip(), world.files.path("b.txt"));
+    }
+
     TEST_F(RecentItems, ClearingMovesTheCutOffAndSavesAtOnce)
     {
         shown(Type::recentItemsDocs, 5);
         world.clock.advance(std::chrono::hours(1));
-        FakeUser person = world.user();
-        person.open().openSubmenu("Recent").choose("Clear Menu");
+        world.user().open().openSubmenu("Recent").choose("Clear Menu");
         EXPECT_EQ(entry->noRecentItemsOlderThan, world.clock.now());
-        UserDefaults reread(world.defaults.path());
-        EXPECT_EQ(MainMenuItemSaver::decodeList(*reread.data("UserPickedMenuItems"))->at(0).noRecentItemsOlderThan,
-                  world.clock.now());
+        EXPECT_EQ(world.storedRecords().at(0).noRecentItemsOlderThan, world.clock.now());
 
-        reread.removePersistentDomain("org.quillbox.Quillbox");
-        const auto orphan = std::make_shared<NSMenuItemPlus>();
-        world.controller->clearRecentItemsMenu(orphan.get());
-        world.controller->clearRecentItemsMenu(nullptr);
-        EXPECT_TRUE(world.defaults.object("MenuSaveVersion")) << "with nothing to clear it still saves";
+        // The entry may be gone from the list by then.
+        FakeUser person = world.user();
+        person.open().openSubmenu("Recent");
+        world.configure({});
+        entry.reset();
+        person.choose("Clear Menu");
     }
 
 } // namespace

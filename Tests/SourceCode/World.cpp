@@ -44,44 +44,79 @@ void World::empty()
 
 void World::launch()
 {
-    controller = StatusMenuItemController::create();
+    if (!controller)
+        controller = StatusMenuItemController::create();
 }
 
-void World::configure(std::vector<std::shared_ptr<MainMenuItem>> items)
+void World::start()
+{
+    AppDelegate().applicationDidFinishLaunching();
+    controller = AppDelegate::statusMenuItemController();
+    AppDelegate::releaseStatusMenuItemController();
+}
+
+void World::configure(MainMenuItem::List items)
 {
     MainMenuItem::actualMenuItems() = std::move(items);
     defaults.set(Data {}, "UserPickedMenuItems");
     defaults.set(std::int64_t { 3 }, "MenuSaveVersion");
-    if (!controller)
-        launch();
+    launch();
+}
+
+void World::store(const std::vector<MainMenuItemSaver>& records, std::int64_t version)
+{
+    defaults.set(*MainMenuItemSaver::encodeList(records), "UserPickedMenuItems");
+    defaults.set(version, "MenuSaveVersion");
+    QB_CHECK(defaults.synchronize());
+}
+
+std::vector<MainMenuItemSaver> World::storedRecords() const
+{
+    return *MainMenuItemSaver::decodeList(*UserDefaults(defaults.path()).data("UserPickedMenuItems"));
 }
 
 std::string World::openedMenu()
 {
     FakeUser person = user();
     person.open();
-    std::string text = person.sees();
-    person.close();
+    return person.sees();
+}
+
+std::string World::openedSubmenu(std::string_view title)
+{
+    FakeUser person = user();
+    person.open().openSubmenu(title);
+    return joinedTitles(person.tracking().menu(1)->itemArray());
+}
+
+std::string World::joinedTitles(const ItemList& rows)
+{
+    std::string text;
+    for (const auto& row : rows) {
+        const std::string title = row->attributedTitle() ? row->attributedTitle()->string() : row->title();
+        text += (row->isSeparatorItem() ? "---" : title) + "|";
+    }
     return text;
 }
 
-std::string World::rows(const std::string& directory, MenuOptionFlagsSv sv, MenuOptionFlagsDv dv)
+ItemList World::items(const std::string& directory, MenuOptionFlagsSv sv, MenuOptionFlagsDv dv)
 {
-    if (!controller)
-        launch();
+    launch();
+    const std::string path = directory.starts_with('/') ? directory : files.path(directory);
+    return *controller->createSubMenuItems(URL::fileURLWithPath(path), false, sv, dv);
+}
+
+std::string World::rows(const std::string& directory)
+{
     NSMenu menu;
-    menu.setItemArray(
-        controller->createSubMenuItems(URL::fileURLWithPath(directory), false, sv, dv).value_or(NSMenu::ItemArray {}));
+    menu.setItemArray(items(directory));
     return menuDump(menu);
 }
 
-std::vector<std::string> World::titles(const std::string& directory, MenuOptionFlagsSv sv)
+std::vector<std::string> World::titles(const std::string& directory, MenuOptionFlagsSv sv, MenuOptionFlagsDv dv)
 {
-    if (!controller)
-        launch();
     std::vector<std::string> result;
-    const auto items = controller->createSubMenuItems(URL::fileURLWithPath(directory), false, sv, {});
-    for (const auto& item : *items)
+    for (const auto& item : items(directory, sv, dv))
         result.push_back(item->title());
     return result;
 }
@@ -96,10 +131,15 @@ std::vector<std::string> World::loggedMessages()
     return messages;
 }
 
-std::shared_ptr<MainMenuItem> pickedItem(const std::string& path, MenuOptionFlagsSv sv)
+std::shared_ptr<MainMenuItem> item(MenuItemType type, const std::optional<std::string>& title, MenuOptionFlagsSv sv)
+{
+    return std::make_shared<MainMenuItem>(type, title, std::nullopt, std::nullopt, sv);
+}
+
+std::shared_ptr<MainMenuItem> pickedItem(const std::string& path)
 {
     return std::make_shared<MainMenuItem>(MenuItemType::arbitraryPath, std::string(path::lastPathComponent(path)), path,
-                                          URL::fileURLWithPath(path), sv);
+                                          URL::fileURLWithPath(path));
 }
 
 } // namespace quillbox

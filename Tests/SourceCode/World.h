@@ -9,8 +9,11 @@
 
 #include "FileManager.h"
 #include "MainMenuItem.h"
+#include "MainMenuItemSaver.h"
 #include "StatusMenuItemController.h"
 #include "UserDefaults.h"
+
+#include <gtest/gtest.h>
 
 #include <map>
 #include <string>
@@ -45,18 +48,28 @@ public:
     UserDefaults defaults { files.path("settings/defaults.plist") };
     std::shared_ptr<StatusMenuItemController> controller;
 
-    // Makes the controller, as the launch does after loading.
+    // Makes the controller, where there is none yet; `start` does so as the program does, from what is stored.
     void launch();
+    void start();
     // A list of `items` as the live one. What is stored is of a later version, so that items which ask for a
     // reload at every opening stay as they are.
-    void configure(std::vector<std::shared_ptr<MainMenuItem>> items);
-    FakeUser user() { return FakeUser(controller->statusItem()->menu()); }
+    void configure(MainMenuItem::List items);
+    // What is stored, on the disk.
+    void store(const std::vector<MainMenuItemSaver>& records, std::int64_t version = 2);
+    std::vector<MainMenuItemSaver> storedRecords() const;
 
+    FakeUser user() { return FakeUser(controller->statusItem()->menu()); }
     // What the top-level menu shows when it is opened, and closed again.
     std::string openedMenu();
-    // The rows of one directory as text; the row titles alone.
-    std::string rows(const std::string& directory, MenuOptionFlagsSv sv = {}, MenuOptionFlagsDv dv = {});
-    std::vector<std::string> titles(const std::string& directory, MenuOptionFlagsSv sv = {});
+    // The titles of one submenu of it.
+    std::string openedSubmenu(std::string_view title);
+    // Each title followed by "|", a separator as "---".
+    static std::string joinedTitles(const ItemList& rows);
+
+    // The rows of one directory, as text, and their titles alone. Relative names lie in `files`.
+    ItemList items(const std::string& directory, MenuOptionFlagsSv sv = {}, MenuOptionFlagsDv dv = {});
+    std::string rows(const std::string& directory);
+    std::vector<std::string> titles(const std::string& directory, MenuOptionFlagsSv sv = {}, MenuOptionFlagsDv dv = {});
 
     // The texts of the error log without marks, heading and place: the messages alone.
     static std::vector<std::string> loggedMessages();
@@ -68,6 +81,14 @@ private:
     const Installed<StandardDirectories> installedDirectories_ { directories };
 };
 
-std::shared_ptr<MainMenuItem> pickedItem(const std::string& path, MenuOptionFlagsSv sv = {});
+// A test with a world of its own.
+class WorldTest : public testing::Test {
+protected:
+    World world;
+};
+
+std::shared_ptr<MainMenuItem> item(MenuItemType type, const std::optional<std::string>& title = {},
+                                   MenuOptionFlagsSv sv = {});
+std::shared_ptr<MainMenuItem> pickedItem(const std::string& path);
 
 } // namespace quillbox
