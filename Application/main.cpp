@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 #include "ApplicationBundles.h"
 #include "Bundle.h"
+#include "CommandLine.h"
 #include "Debug.h"
 #include "Installed.h"
 #include "LibrarySearchPaths.h"
@@ -8,6 +9,7 @@
 #include "LinuxStandardDirectories.h"
 #include "LinuxVolumeNames.h"
 #include "LinuxWorkspace.h"
+#include "MenuKey.h"
 #include "MountInquiry.h"
 #include "NSAlert.h"
 #include "NSApplication.h"
@@ -16,9 +18,12 @@
 #include "QtClock.h"
 #include "QtDesktop.h"
 #include "RecentUseIndex.h"
+#include "ShortMenu.h"
 #include "SingleInstance.h"
 #include "StatusMenuItemController.h"
 #include "ViewDump.h"
+
+#include <QTimer>
 
 #include <csignal>
 #include <cstdio>
@@ -85,39 +90,11 @@ namespace {
         std::fflush(stdout);
     }
 
-    // What a right click on the icon offers.
-    class ShortMenu final : public NSObject {
-    public:
-        explicit ShortMenu(QtDesktop& desktop) : desktop_(desktop) { }
+    // The bus's name for what a key does that opens the menu.
+    constexpr const char* kOpenMenu = "open-menu";
 
-        void openTheMenu(NSObject*) { desktop_.openMenu(); }
-        void openThePreferences(NSObject*) { openPreferences(); }
-        void quitTheApplication(NSObject*) { quit(); }
-
-        static std::shared_ptr<NSMenu> menu(const std::shared_ptr<ShortMenu>& target)
-        {
-            static const Selector open = makeSelector<&ShortMenu::openTheMenu>("openTheMenuWithSender:");
-            static const Selector preferences =
-                makeSelector<&ShortMenu::openThePreferences>("openThePreferencesWithSender:");
-            static const Selector quit = makeSelector<&ShortMenu::quitTheApplication>("quitTheApplicationWithSender:");
-            auto result = std::make_shared<NSMenu>("Quillbox");
-            const auto add = [&](const char* title, const Selector& action) {
-                auto item = std::make_shared<NSMenuItem>(title, &action);
-                item->setTarget(target);
-                result->addItem(std::move(item));
-            };
-            add("Open", open);
-            add("Preferences...", preferences);
-            result->addItem(NSMenuItem::separatorItem());
-            add("Quit", quit);
-            return result;
-        }
-
-    private:
-        QtDesktop& desktop_;
-    };
-
-    int runApplication(QApplication& qt, SingleInstance& instance, LibrarySearchPaths& searchPaths)
+    int runApplication(QApplication& qt, SingleInstance& instance, LibrarySearchPaths& searchPaths,
+                       CommandLine::Request request)
     {
         MountInquiry mounts(Bundle::pathForAuxiliaryExecutable("quillbox-mount-helper").value_or(""), logSilentMount);
         QtDesktop desktop(qt);
@@ -142,21 +119,31 @@ namespace {
             workspace.setActivationToken(token);
             QtDesktop::setActivationToken(token);
         };
-        const auto shortMenu = std::make_shared<ShortMenu>(desktop);
+        const auto shortMenu = std::make_shared<ShortMenu>([&desktop] { desktop.openMenu(); }, openPreferences, quit);
         desktop.setShortMenu(ShortMenu::menu(shortMenu));
         desktop.setActivationTokenHandlers(takeToken, [&workspace] { return workspace.isActivationTokenTaken(); });
         const auto startAgain = [&desktop] {
             desktop.startedAgain();
             openPreferences();
         };
+        const auto openMenu = [&desktop] { desktop.openMenuByKeyboard(); };
         instance.setHandlers({ startAgain,
-                               { { "preferences", openPreferences },
+                               { { kOpenMenu, openMenu },
+                                 { "preferences", openPreferences },
                                  { "quit", quit },
                                  { "print-open-menus", [&desktop] { printOpenMenus(desktop); } },
                                  { "print-windows", [&desktop] { printWindows(desktop); } } },
                                takeToken });
 
+        const MenuKey key(kOpenMenu, XdgEnvironment::ofProcess(searchPaths).dataHome + "/quillbox/no-menu-key",
+                          [&](const std::string& token) {
+                              takeToken(token);
+                              openMenu();
+                          });
+
         application.setDelegate(std::make_shared<AppDelegate>());
+        if (request == CommandLine::Request::openMenu)
+            QTimer::singleShot(0, &qt, openMenu); // The icon is put up when the event loop begins.
         const int exitCode = application.run();
 
         NSWindow::closeAll();
@@ -173,6 +160,9 @@ namespace {
 int main(int argc, char** argv)
 {
     using namespace quillbox;
+    const CommandLine commandLine = CommandLine::read(argc, argv);
+    if (const std::optional<int> exitCode = commandLine.answer())
+        return *exitCode;
     // Where nobody reads our standard output any more, writing to it fails, and the program goes on.
     std::signal(SIGPIPE, SIG_IGN);
     LibrarySearchPaths searchPaths;
@@ -183,7 +173,7 @@ int main(int argc, char** argv)
         QApplication::setDesktopFileName(QString::fromStdString(*identifier));
 
     SingleInstance instance(std::move(startEnvironment));
-    switch (instance.claim()) {
+    switch (instance.claim(commandLine.request == CommandLine::Request::openMenu ? kOpenMenu : "")) {
     case SingleInstance::Outcome::first:
     case SingleInstance::Outcome::unguarded:
         break;
@@ -196,5 +186,5 @@ int main(int argc, char** argv)
 
     QtClock clock;
     const Installed<Clock> installedClock(clock);
-    return runApplication(qt, instance, searchPaths);
+    return runApplication(qt, instance, searchPaths, commandLine.request);
 }

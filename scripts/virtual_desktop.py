@@ -260,6 +260,10 @@ class VirtualDesktop:
                 return (int(values["X"]) + int(values["WIDTH"]) // 2, int(values["Y"]) + int(values["HEIGHT"]) // 2)
         return None
 
+    def focused_window(self):
+        """Something that is the same as long as one window has the focus."""
+        return self.output("xdotool", "getwindowfocus")
+
     def popup_origin(self):
         """Where on the screen the place is that Quillbox takes for 0, 0."""
         return 0, 0

@@ -54,6 +54,12 @@ void QtDesktop::openMenu()
         statusItem_->openMenu();
 }
 
+void QtDesktop::openMenuByKeyboard()
+{
+    if (statusItem_)
+        statusItem_->openMenuByKeyboard();
+}
+
 void QtDesktop::startedAgain()
 {
     if (statusItem_)

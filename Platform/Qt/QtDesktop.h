@@ -34,6 +34,8 @@ public:
 
     // Does what a click on the icon does.
     void openMenu();
+    // Opens the menu at its icon for the keyboard, as soon as the icon is on the screen.
+    void openMenuByKeyboard();
     // The person has started the program once more: what was closed of it comes back.
     void startedAgain();
 

@@ -27,6 +27,8 @@ public:
     // These do what Return and Right do with the highlighted row. The menu may be closed after the first.
     void activateSelected();
     void openSelected();
+    // Does what Home does.
+    void selectFirst() { selectNear(0, 1); }
     // The menu has closed.
     void stop() { typedTimer_.reset(); }
 

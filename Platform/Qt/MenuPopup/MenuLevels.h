@@ -59,6 +59,8 @@ public:
 
     // Some popup had an event of the pointer.
     void pointerWasHeardOf() { grab_.pointerWasHeardOf(); }
+    // A key has opened the menu.
+    void awaitKeyboard() { grab_.awaitKeyboard(); }
 
     // Called when the last level has gone off the screen, before an action is sent.
     std::function<void()> onClosed;

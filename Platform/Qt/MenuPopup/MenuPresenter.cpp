@@ -66,6 +66,14 @@ public:
         return true;
     }
 
+    void beginByKeyboard()
+    {
+        if (!levels.isOpen())
+            return;
+        levels.awaitKeyboard();
+        keyboard_->selectFirst();
+    }
+
     void pointerMoved(QPoint position, Qt::MouseButtons buttons) override
     {
         levels.pointerWasHeardOf();
@@ -151,6 +159,11 @@ MenuPresenter::~MenuPresenter() = default;
 bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner)
 {
     return session_->open(menu, anchor, reserve, owner);
+}
+
+void MenuPresenter::beginByKeyboard()
+{
+    session_->beginByKeyboard();
 }
 
 bool MenuPresenter::isOpen() const

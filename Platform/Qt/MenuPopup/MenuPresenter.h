@@ -35,6 +35,9 @@ public:
     // `owner` is the window of ours that the anchor lies in, null where it lies in a panel; Wayland shows no popup
     // without one.
     bool popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner = nullptr);
+    // For a menu that a key has just opened: highlights the first row, and goes on asking for the keyboard, which
+    // whoever was told of that key may hold until it is released. Nothing where no menu is open.
+    void beginByKeyboard();
     bool isOpen() const;
     void close();
 

@@ -24,11 +24,12 @@ void PopupGrab::release()
 {
     timer_.reset();
     popup_ = nullptr;
+    awaitsKeyboard_ = false;
 }
 
 void PopupGrab::pointerWasHeardOf()
 {
-    if (!timer_)
+    if (!timer_ || awaitsKeyboard_)
         return;
     timer_.reset();
     ask(1);

@@ -58,7 +58,7 @@ public:
     }
     ~Service() override { bus_.connection().unregisterObject(kPath); }
 
-    Outcome claim(const std::string& activationToken);
+    Outcome claim(const std::string& activationToken, const std::string& action);
 
     Handlers handlers;
 
@@ -71,7 +71,7 @@ private:
     Taker requestName();
     void awaitStartingCall();
     void comeBack();
-    QDBusMessage callFirst(const std::string& activationToken);
+    QDBusMessage callFirst(const std::string& activationToken, const std::string& action);
     QDBusMessage activate(const QDBusMessage& call, const QVariantMap& platformData);
     QDBusMessage activateAction(const QDBusMessage& call);
     void later(const QVariantMap& platformData, std::function<void()> handler);
@@ -114,21 +114,24 @@ void SingleInstance::Service::comeBack()
     requestName();
 }
 
-QDBusMessage SingleInstance::Service::callFirst(const std::string& activationToken)
+QDBusMessage SingleInstance::Service::callFirst(const std::string& activationToken, const std::string& action)
 {
     QVariantMap platformData;
     if (!activationToken.empty()) {
         const QString token = QString::fromStdString(activationToken);
         platformData = { { kActivationToken, token }, { kStartupId, token } };
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(kName, kPath, kInterface, QStringLiteral("Activate"));
-    call.setArguments({ platformData });
+    const QString member = action.empty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction");
+    QDBusMessage call = QDBusMessage::createMethodCall(kName, kPath, kInterface, member);
+    if (!action.empty())
+        call << QString::fromStdString(action) << QVariantList();
+    call << platformData;
     // If the first one ends this moment, this process takes its place; the bus need not start a third.
     call.setAutoStartService(false);
     return bus_.connection().call(call, QDBus::Block, kAnswerTimeout);
 }
 
-SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activationToken)
+SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activationToken, const std::string& action)
 {
     if (!bus_.isConnected())
         return Outcome::unguarded;
@@ -139,7 +142,7 @@ SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activa
             awaitStartingCall();
         if (taker != Taker::other)
             return taker == Taker::us ? Outcome::first : Outcome::unguarded;
-        const QDBusMessage answer = callFirst(activationToken);
+        const QDBusMessage answer = callFirst(activationToken, action);
         if (answer.type() == QDBusMessage::ReplyMessage)
             return Outcome::handedOver;
         if (QDBusError(answer).type() != QDBusError::ServiceUnknown)
@@ -213,9 +216,9 @@ SingleInstance::SingleInstance(StartEnvironment environment)
 
 SingleInstance::~SingleInstance() = default;
 
-SingleInstance::Outcome SingleInstance::claim()
+SingleInstance::Outcome SingleInstance::claim(const std::string& action)
 {
-    return service_->claim(environment_.activationToken);
+    return service_->claim(environment_.activationToken, action);
 }
 
 void SingleInstance::setHandlers(Handlers handlers)

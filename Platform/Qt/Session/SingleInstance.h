@@ -29,9 +29,9 @@ public:
         first,
         // There is no session bus; more than one Quillbox may run.
         unguarded,
-        // The Quillbox that runs was asked to come forward; this process ends with success.
+        // The Quillbox that runs was told; this process ends with success.
         handedOver,
-        // A Quillbox runs but did not answer; this process ends with a failure.
+        // A Quillbox runs but did not answer, or does not know the action; this process ends with a failure.
         notAnswered,
     };
 
@@ -50,8 +50,9 @@ public:
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    // Asks for the name, once; waits for the bus, and some seconds at most for the Quillbox that runs.
-    Outcome claim();
+    // Asks for the name, once; waits for the bus, and some seconds at most for the Quillbox that runs, which is asked
+    // for its action of that name, or to come forward where the name is empty.
+    Outcome claim(const std::string& action = {});
 
     // Calls that came since claim() wait in the event loop: set before it runs, all of them are handled.
     // The call that made the bus start the process opens nothing where it is a bare activation; none that comes later

@@ -2,6 +2,7 @@
 
 #include "Clock.h"
 #include "HeldActivationToken.h"
+#include "IconPlace.h"
 #include "MenuExporter.h"
 #include "MenuPresenter.h"
 #include "NSAlert.h"
@@ -15,11 +16,8 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QObject>
-#include <QScreen>
 #include <QTimer>
 
-#include <algorithm>
-#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -32,35 +30,6 @@ namespace {
 
     const QString kMenuPath = QStringLiteral("/StatusNotifierItem/Menu");
     const QString kNoMenu = QStringLiteral("/");
-
-    // Hosts may tell of any point of the icon; this is the side of a large one, in logical pixels.
-    constexpr int kIconSide = 64;
-
-    // From a host's device pixels to logical ones; a screen's origin is the same in both. None where there is no screen
-    // there, and at (0, 0), which comes from hosts that don't say where the click was.
-    std::optional<QPoint> toldPoint(QPoint devicePixels)
-    {
-        if (devicePixels.isNull())
-            return std::nullopt;
-        for (const QScreen* screen : QGuiApplication::screens()) {
-            const QRect logical = screen->geometry();
-            const double scale = screen->devicePixelRatio();
-            if (QRect(logical.topLeft(), logical.size() * scale).contains(devicePixels))
-                return logical.topLeft() + ((devicePixels - logical.topLeft()).toPointF() / scale).toPoint();
-        }
-        return std::nullopt;
-    }
-
-    // Where the icon was clicked. Some panels tell of another place than that; an X server knows where the pointer is,
-    // other displays only while it is over a window of ours.
-    QPoint pointOfClick(QPoint devicePixels)
-    {
-        const QPoint pointer = QCursor::pos();
-        const QPoint told = toldPoint(devicePixels).value_or(pointer);
-        const QPoint difference = told - pointer;
-        const bool isNear = std::max(std::abs(difference.x()), std::abs(difference.y())) <= kIconSide;
-        return isNear || QGuiApplication::platformName() != QLatin1String("xcb") ? told : pointer;
-    }
 
     QRect atPoint(QPoint point)
     {
@@ -87,7 +56,10 @@ struct StatusItemPresenter::State {
     void openMenu(QRect anchor);
     void openShortMenu(QRect anchor);
     void openMenuAgain();
-    void openAtStrip();
+    void openMenuByKeyboard();
+    QRect iconPlace() const;
+    void openAtStrip(bool isByKeyboard = false);
+    void openMenuIfDue();
     void showStrip();
     void menuHasClosed();
     void open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve);
@@ -115,6 +87,10 @@ struct StatusItemPresenter::State {
     Host host = Host::none;
     // Where the short menu was opened last by a click on the icon.
     std::optional<QRect> shortMenuAnchor;
+    // Where a host's icon was clicked last.
+    std::optional<QRect> clickedPlace;
+    // A key was pressed before there was an icon.
+    bool isMenuDue = false;
     // What waits in the event loop goes with it.
     QObject context;
 };
@@ -148,8 +124,14 @@ void StatusItemPresenter::State::showOnBus()
     notifierItem = std::make_unique<StatusNotifierItem>(bus.connection(), icon, exported ? kMenuPath : kNoMenu,
                                                         exported ? drawing : MenuDrawing::byUs);
     if (!isByHost) {
-        notifierItem->onActivate = [this](QPoint point) { openMenu(atPoint(pointOfClick(point))); };
-        notifierItem->onContextMenu = [this](QPoint point) { openShortMenu(atPoint(pointOfClick(point))); };
+        notifierItem->onActivate = [this](QPoint point) {
+            clickedPlace = atPoint(pointOfClick(point));
+            openMenu(*clickedPlace);
+        };
+        notifierItem->onContextMenu = [this](QPoint point) {
+            clickedPlace = atPoint(pointOfClick(point));
+            openShortMenu(*clickedPlace);
+        };
     } else if (!waitsForSecondClick(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
         // Some hosts tell of a click and open nothing, whatever the item says of itself.
         notifierItem->onActivate = [this](QPoint) { openAtStrip(); };
@@ -187,8 +169,10 @@ void StatusItemPresenter::State::hostsChanged()
     if (isInStatusBar && tray)
         tray->setWanted(false);
     const Host now = isInStatusBar ? Host::statusBar : tray && tray->isDocked() ? Host::tray : Host::none;
-    if (std::exchange(host, now) != now)
+    if (std::exchange(host, now) != now) {
         menus.close(); // What is open was opened by the icon that goes.
+        clickedPlace.reset();
+    }
     if (exporter && !isInStatusBar)
         exporter->close();
     else if (exporter && drawing == MenuDrawing::byHost)
@@ -196,6 +180,7 @@ void StatusItemPresenter::State::hostsChanged()
     if (host != Host::none) {
         grace.reset();
         strip.reset();
+        openMenuIfDue();
     } else if (!strip && !grace) {
         grace = Clock::current().after(kGrace, [this] { graceIsOver(); });
     }
@@ -212,6 +197,7 @@ void StatusItemPresenter::State::graceIsOver()
         }
     }
     showStrip();
+    openMenuIfDue();
 }
 
 void StatusItemPresenter::State::showStrip()
@@ -224,7 +210,7 @@ void StatusItemPresenter::State::showStrip()
 }
 
 // Popups of ours need a window to belong to where the session's hosts draw menus; this is the one we have.
-void StatusItemPresenter::State::openAtStrip()
+void StatusItemPresenter::State::openAtStrip(bool isByKeyboard)
 {
     if (menus.isOpen() || NSAlert::isAnyRunning()) {
         openMenu({});
@@ -232,7 +218,11 @@ void StatusItemPresenter::State::openAtStrip()
     }
     showStrip();
     strip->activateWindow();
-    strip->whenDrawn([this](QRect rect) { openMenu(rect); });
+    strip->whenDrawn([this, isByKeyboard](QRect rect) {
+        openMenu(rect);
+        if (isByKeyboard)
+            menus.beginByKeyboard();
+    });
 }
 
 void StatusItemPresenter::State::menuHasClosed()
@@ -266,6 +256,39 @@ void StatusItemPresenter::State::openMenuAgain()
         openAtStrip();
     else
         openMenu(anchor.value_or(atPoint(QCursor::pos())));
+}
+
+void StatusItemPresenter::State::openMenuByKeyboard()
+{
+    isMenuDue = host == Host::none && !strip;
+    // A key that is held comes again and again.
+    if (isMenuDue || menus.isOpen())
+        return;
+    if (drawing == MenuDrawing::byHost) {
+        openAtStrip(true);
+        return;
+    }
+    openMenu(iconPlace());
+    menus.beginByKeyboard();
+}
+
+void StatusItemPresenter::State::openMenuIfDue()
+{
+    if (isMenuDue)
+        QTimer::singleShot(0, &context, [this] {
+            if (std::exchange(isMenuDue, false))
+                openMenuByKeyboard();
+        });
+}
+
+// Hosts tell where their icon is when it is clicked, and not before.
+QRect StatusItemPresenter::State::iconPlace() const
+{
+    if (strip)
+        return strip->iconRect();
+    if (const auto docked = tray ? tray->place() : std::nullopt)
+        return { toldPoint(docked->first).value_or(QPoint()), docked->second };
+    return clickedPlace.value_or(atPoint(usualPlaceOfIcons()));
 }
 
 void StatusItemPresenter::State::openShortMenu(QRect anchor)
@@ -307,6 +330,11 @@ void StatusItemPresenter::setActivationTokenHandlers(std::function<void(const st
 void StatusItemPresenter::openMenu()
 {
     state_->openMenuAgain();
+}
+
+void StatusItemPresenter::openMenuByKeyboard()
+{
+    state_->openMenuByKeyboard();
 }
 
 void StatusItemPresenter::showStripAgain()

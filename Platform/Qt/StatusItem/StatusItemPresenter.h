@@ -31,6 +31,9 @@ public:
 
     // Does what a click on the icon does; for the short menu, which opens where that was opened.
     void openMenu();
+    // What a key does that opens the menu: opens it at the icon with its first row highlighted, once there is an icon;
+    // leaves an open one as it is. Hosts can't be told to open the menu that they draw: there it opens at the strip.
+    void openMenuByKeyboard();
     // The strip that the person has closed comes back; nothing where something else shows the icon.
     void showStripAgain();
     // Hosts may have asked for the menu while the alert did not let it open.

@@ -18,6 +18,8 @@ class StatusStrip final : public QWidget {
 public:
     explicit StatusStrip(const StatusIcon& icon);
 
+    // Of the icon, in global logical pixels.
+    QRect iconRect() const;
     // A click with the button and the icon's rectangle (global logical pixels).
     std::function<void(Qt::MouseButton, QRect)> onClick;
     // Calls `action` once with the icon's rectangle, from the event loop, as soon as it is on the screen.
@@ -30,7 +32,6 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QRect iconRect() const;
     void drawIcon();
     void moveToEdge();
 

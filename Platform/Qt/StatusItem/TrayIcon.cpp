@@ -119,6 +119,12 @@ void TrayIcon::setWanted(bool isWanted)
     }
 }
 
+std::optional<std::pair<QPoint, QSize>> TrayIcon::place() const
+{
+    const std::optional<QPoint> corner = isDocked_ ? protocol_->placeOf(window_->id()) : std::nullopt;
+    return corner ? std::optional(std::pair(*corner, window_->size())) : std::nullopt;
+}
+
 void TrayIcon::dock()
 {
     window_.reset();

@@ -8,6 +8,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace quillbox {
 
@@ -28,6 +30,10 @@ public:
     // While wanted, the icon goes into every tray that comes.
     bool isWanted() const { return isWanted_; }
     void setWanted(bool isWanted);
+
+    // The corner of the docked icon on the screen, in device pixels, and its size in logical ones. None where the icon
+    // is not in a tray.
+    std::optional<std::pair<QPoint, QSize>> place() const;
 
     // Called from the event loop when isPresent() or isDocked() may have changed.
     std::function<void()> onChanged;

@@ -140,6 +140,13 @@ bool TrayProtocol::wantsAlpha(xcb_window_t owner) const
     return depthOfVisual(connection, root, id) == 32;
 }
 
+std::optional<QPoint> TrayProtocol::placeOf(xcb_window_t window) const
+{
+    const auto cookie = xcb_translate_coordinates(connection, window, root, 0, 0);
+    const auto reply = owned(xcb_translate_coordinates_reply(connection, cookie, nullptr));
+    return reply ? std::optional(QPoint(reply->dst_x, reply->dst_y)) : std::nullopt;
+}
+
 std::optional<QColor> TrayProtocol::symbolColour(xcb_window_t owner) const
 {
     // Red, green and blue of the ordinary colour come first, 16 bits each.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPoint>
 
 #include <memory>
 #include <optional>
@@ -23,6 +24,8 @@ struct TrayProtocol {
     void showParentBackground(xcb_window_t window) const;
     // Whether the tray wants windows with an alpha channel.
     bool wantsAlpha(xcb_window_t owner) const;
+    // Where on the screen the window is, in device pixels; an embedded window is not told of it.
+    std::optional<QPoint> placeOf(xcb_window_t window) const;
     // The colour that the tray draws symbols in, where it says so.
     std::optional<QColor> symbolColour(xcb_window_t owner) const;
 

@@ -90,20 +90,27 @@ class WaylandDesktop(VirtualDesktop):
 
     def popup_origin(self):
         """A program isn't told where its windows are: it takes the strip's corner for that of the screen."""
-        area = self.strip_area()
+        area = self.strip_area() or {"x": 0, "y": 0}  # Without a strip no menu of ours is open.
         return area["x"], area["y"]
 
     def strip_area(self):
         """The rectangle of the strip's contents on the screen, None while there is no strip."""
-        waiting = [self.tell_sway("get_tree")]
-        while waiting:
-            node = waiting.pop()
-            waiting += node["nodes"] + node["floating_nodes"]
+        for node in self.nodes():
             if node.get("app_id") == "org.quillbox.Quillbox" and node["name"] == "Quillbox":
                 frame, inside = node["rect"], node["window_rect"]
                 return {"x": frame["x"] + inside["x"], "y": frame["y"] + inside["y"],
                         "width": inside["width"], "height": inside["height"]}
         return None
+
+    def focused_window(self):
+        return next((node["id"] for node in self.nodes() if node["focused"]), None)
+
+    def nodes(self):
+        """What sway has on the screen, windows among it."""
+        waiting = [self.tell_sway("get_tree")]
+        while waiting:
+            yield (node := waiting.pop())
+            waiting += node["nodes"] + node["floating_nodes"]
 
     def tell_sway(self, question):
         return json.loads(self.output("swaymsg", "-r", "-t", question))

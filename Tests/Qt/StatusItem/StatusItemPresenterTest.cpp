@@ -197,6 +197,27 @@ TEST_F(StatusItemPresenterTest, AHostsFirstQuestionClosesNoMenu)
     EXPECT_EQ(panel.layout(0, -1), "1 row");
 }
 
+TEST_F(StatusItemPresenterTest, AKeyOpensTheMenuOnceThereIsAnIcon)
+{
+    for (const MenuDrawing drawing : { MenuDrawing::byUs, MenuDrawing::byHost }) {
+        for (const bool isOnStrip : { false, true }) {
+            letDraw(drawing);
+            presenter->openMenuByKeyboard();
+            EXPECT_FALSE(world.presenter.isOpen());
+            std::unique_ptr<FakeStatusBar> statusBar;
+            if (isOnStrip)
+                world.clock.advance(3s);
+            else
+                statusBar = std::make_unique<FakeStatusBar>();
+            ASSERT_TRUE(waitUntil([&] { return world.presenter.isOpen(); })) << isOnStrip;
+            EXPECT_EQ(PopupUser::selected(), "row");
+            presenter->openMenuByKeyboard();
+            EXPECT_TRUE(world.presenter.isOpen());
+            world.presenter.close();
+        }
+    }
+}
+
 TEST(MenuDrawing, FollowsFromTheSessionAlone)
 {
     const struct {
