@@ -92,8 +92,8 @@ namespace {
         print("applications of one name: bundles made", few.made, many.made);
         print("the same renamed", few.renamed, many.renamed);
         print("the same unchanged", few.unchanged, many.unchanged);
-        constexpr int kHiddenNames = 40'000;
-        print("link entries beside 40,000 names in .hidden: listed", listing(kFew, kHiddenNames),
+        constexpr int kHiddenNames = 100'000;
+        print("link entries beside 100,000 names in .hidden: listed", listing(kFew, kHiddenNames),
               listing(kMany, kHiddenNames));
     }
 

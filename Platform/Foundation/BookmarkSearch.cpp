@@ -256,8 +256,13 @@ namespace {
             if (search.isTaken(place))
                 return place;
         }
+        const bool hasToWait = filesNotFound().hasToWait(key);
         if (filesNotFound().contains(key, places))
             return std::nullopt;
+        if (hasToWait) {
+            filesNotFound().putOff(key);
+            return std::nullopt;
+        }
         const bool isBoundWhole = bound.entries == kMaximumSearchedEntries;
         if (std::optional<std::string> path = search.aroundInTime(bookmark.path))
             return path;
@@ -265,8 +270,10 @@ namespace {
             if (std::optional<std::string> path = search.aroundInTime(place))
                 return path;
         }
-        // A search that others had left too little for is made again.
-        if ((isBoundWhole || !bound.isUsedUp()) && !search.isAskedElsewhere())
+        // A search that others had left too little for is made again, before theirs.
+        if (!isBoundWhole && bound.isUsedUp())
+            filesNotFound().putOff(key);
+        else if (!search.isAskedElsewhere())
             filesNotFound().add(key, places, std::move(search.searched()));
         return std::nullopt;
     }
@@ -290,7 +297,7 @@ BookmarkSearchBound::~BookmarkSearchBound()
     if (!isOutermost_)
         return;
     currentBound().reset();
-    filesNotFound().forgetUnasked();
+    filesNotFound().endOpening();
 }
 
 std::optional<std::string> findMovedFile(const Bookmark& bookmark)

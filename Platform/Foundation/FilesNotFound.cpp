@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <utility>
 
 namespace quillbox {
 
@@ -61,10 +62,16 @@ void FilesNotFound::add(const Data& bookmark, std::vector<std::string> places, s
         searches_.erase(bookmark);
 }
 
-void FilesNotFound::forgetUnasked()
+bool FilesNotFound::hasToWait(const Data& bookmark)
+{
+    return first_.erase(bookmark) == 0 && !first_.empty();
+}
+
+void FilesNotFound::endOpening()
 {
     std::erase_if(searches_, [this](const auto& search) { return !asked_.contains(search.first); });
     asked_.clear();
+    first_ = std::exchange(putOff_, {});
 }
 
 } // namespace quillbox

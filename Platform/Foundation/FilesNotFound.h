@@ -32,8 +32,14 @@ public:
     // Whether the file of the bookmark with these bytes was sought around these places, and would not be found again.
     bool contains(const Data& bookmark, const std::vector<std::string>& places);
     void add(const Data& bookmark, std::vector<std::string> places, std::vector<SearchedDirectory> searched);
-    // Forgets what was not asked for since the last call: those are no longer picked, or were found.
-    void forgetUnasked();
+
+    // Turns, so that a file whose directories change all the time does not keep the others from being sought: those
+    // that the last opening put off come first, and the rest of this one has to wait for them.
+    bool hasToWait(const Data& bookmark);
+    void putOff(const Data& bookmark) { putOff_.insert(bookmark); }
+
+    // Ends an opening. Forgets what was not asked for in it: those files are no longer picked, or were found.
+    void endOpening();
 
 private:
     struct Search {
@@ -43,6 +49,8 @@ private:
 
     std::map<Data, Search> searches_;
     std::set<Data> asked_;
+    std::set<Data> first_;
+    std::set<Data> putOff_;
 };
 
 } // namespace quillbox
