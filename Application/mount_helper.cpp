@@ -1,3 +1,5 @@
+#include "DefaultApplicationAnswer.h"
+#include "FileAnswers.h"
 #include "MountHelper.h"
 
 #include <cstdio>
@@ -19,5 +21,8 @@ int main()
     }
     if (const pid_t child = ::fork(); child != 0)
         return child > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
-    return serveFileQuestions(FileDescriptor(STDIN_FILENO));
+    return serveFileQuestions(FileDescriptor(STDIN_FILENO), [](const FileQuestion& question) {
+        const bool isOfApplications = question.kind == FileQuestion::Kind::defaultApplication;
+        return isOfApplications ? answerWithDefaultApplication(question) : answered(question);
+    });
 }

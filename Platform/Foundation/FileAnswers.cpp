@@ -147,6 +147,8 @@ FileAnswer answered(const FileQuestion& question)
         return encodedResult(canonicalPath(question.path));
     case Kind::movedFile:
         return movedFile(question);
+    case Kind::defaultApplication:
+        break;
     }
     return failed(EPROTO);
 }

@@ -11,7 +11,7 @@
 namespace quillbox {
 
 // Asks the file system itself, for however long that takes: in the helper process (MountHelper), which installs no
-// MountInquiry.
+// MountInquiry. What is not asked of the file system gives EPROTO.
 FileAnswer answered(const FileQuestion& question);
 
 // What the answers mean, for those whose question it was. An answer that can't be understood gives the error EPROTO,

@@ -45,7 +45,7 @@ std::optional<FileQuestion> FileQuestion::decode(const Data& bytes)
     question.path = reader.field<std::string>();
     question.bytes = reader.field<std::string>();
     const bool isKnownKind =
-        kind >= static_cast<unsigned>(Kind::resourceValues) && kind <= static_cast<unsigned>(Kind::movedFile);
+        kind >= static_cast<unsigned>(Kind::resourceValues) && kind <= static_cast<unsigned>(Kind::defaultApplication);
     if (reader.isDamaged() || !reader.isAtEnd() || !isKnownVersion || !isKnownKind)
         return std::nullopt;
     return question;

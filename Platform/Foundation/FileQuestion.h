@@ -26,6 +26,7 @@ struct FileQuestion {
         beginning, // the most bytes
         canonicalPath, // without links
         movedFile, // the bytes are a bookmark: where its file is around the path
+        defaultApplication, // the bytes are a type of content: the desktop entry of who opens it; asked for no path
     };
 
     Kind kind {};

@@ -1,7 +1,6 @@
 #include "MountHelper.h"
 
 #include "ByteFields.h"
-#include "FileAnswers.h"
 
 #include <algorithm>
 #include <csignal>
@@ -131,7 +130,7 @@ MountHelper::Outcome MountHelper::ask(const FileQuestion& question, std::uint64_
     return { {}, Failure::cannotRun };
 }
 
-int serveFileQuestions(FileDescriptor descriptor)
+int serveFileQuestions(FileDescriptor descriptor, const std::function<FileAnswer(const FileQuestion&)>& answered)
 {
     const MessageSocket socket(std::move(descriptor));
     const auto later = [] { return std::chrono::steady_clock::now() + kIdleTime; };

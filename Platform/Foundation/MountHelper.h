@@ -4,6 +4,7 @@
 #include "MessageSocket.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -64,6 +65,6 @@ private:
 
 // The helper's own side: tells who it is, then answers what comes through the socket until the other end closes or
 // nothing has come for a while. The exit code of its program.
-int serveFileQuestions(FileDescriptor socket);
+int serveFileQuestions(FileDescriptor socket, const std::function<FileAnswer(const FileQuestion&)>& answered);
 
 } // namespace quillbox

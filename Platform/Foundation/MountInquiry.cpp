@@ -48,6 +48,16 @@ std::optional<FileAnswer> MountInquiry::ask(const FileQuestion& question)
     return askMount(question, *mount);
 }
 
+FileAnswer MountInquiry::askHelper(const FileQuestion& question)
+{
+    constexpr std::uint64_t kNoMount = 0;
+    if (helper_.countStuckOn(kNoMount) >= kMostStuckHelpers)
+        return { ETIMEDOUT, 0, {} };
+    const auto end = std::chrono::steady_clock::now() + limits_.opening;
+    MountHelper::Outcome outcome = helper_.ask(question, kNoMount, limits_.opening, end);
+    return outcome.answer ? std::move(*outcome.answer) : FileAnswer { ETIMEDOUT, 0, {} };
+}
+
 FileAnswer MountInquiry::askMount(const FileQuestion& question, const MountTable::Mount& mount)
 {
     FileAnswer none { ETIMEDOUT, 0, {} };

@@ -45,6 +45,9 @@ public:
     bool isFreeToAsk(const std::string& path);
     // None where the path leads to no mount that may hang. ETIMEDOUT where it does not answer.
     std::optional<FileAnswer> ask(const FileQuestion& question);
+    // For what no path of ours tells the way of: always asked of the helper, which may take as long as an opening.
+    // ETIMEDOUT where it does not answer.
+    FileAnswer askHelper(const FileQuestion& question);
 
     // The process that asks now, or -1: for tests.
     pid_t helperProcess() const { return helper_.processId(); }

@@ -1,6 +1,5 @@
 #include "ApplicationLauncher.h"
 
-#include "DesktopEntry.h"
 #include "ExecQuoting.h"
 #include "FileHandler.h"
 #include "GLibPointer.h"
@@ -41,23 +40,6 @@ namespace {
             if (!path || *path != '/')
                 continue;
             if (const Result<struct stat> status = statusOfPath(path); !status && status.error().code == ETIMEDOUT)
-                return status.error();
-        }
-        return {};
-    }
-
-    // GIO looks for the entry's programs itself, for as long as it takes.
-    Result<void> answersInTime(const std::string& entryPath)
-    {
-        const auto entry = DesktopEntry::read(entryPath, {});
-        if (!entry && entry.error().code == ETIMEDOUT)
-            return entry.error();
-        if (!entry || !*entry)
-            return {};
-        for (const std::string& program : { (*entry)->program, (*entry)->tryExec }) {
-            if (!program.starts_with('/'))
-                continue;
-            if (const Result<struct stat> status = statusOfPath(program); !status && status.error().code == ETIMEDOUT)
                 return status.error();
         }
         return {};
@@ -183,7 +165,7 @@ Result<void> ApplicationLauncher::startProgram(const std::string& path)
 Result<void> ApplicationLauncher::openFile(const std::string& path)
 {
     launches_->prepare();
-    Result<GLibObject<GAppInfo>> info = defaultHandler(path);
+    Result<GLibObject<GAppInfo>> info = defaultHandler(path, launches_->environment);
     if (!info)
         return info.error();
     return launches_->launch(AppInfo(G_DESKTOP_APP_INFO(info->release())), path);

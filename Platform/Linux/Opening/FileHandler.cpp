@@ -1,10 +1,18 @@
 #include "FileHandler.h"
 
+#include "BundleState.h"
+#include "DesktopEntry.h"
+#include "DesktopEntryScan.h"
 #include "FileContents.h"
 #include "MountInquiry.h"
+#include "MountTable.h"
 #include "PathStatus.h"
 #include "URL.h"
 
+#include <gio/gdesktopappinfo.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 
 namespace quillbox {
@@ -12,6 +20,7 @@ namespace quillbox {
 namespace {
 
     constexpr std::size_t kTellingBytes = 4096;
+    constexpr const char* kNoHandler = "no application is registered as handling this file";
 
     Error errorFrom(const GLibError& error, std::string path)
     {
@@ -29,27 +38,75 @@ namespace {
                                              nullptr));
     }
 
+    // Whether GIO might wait for one of them for ever.
+    bool isAnyApplicationOutOfReach(const XdgEnvironment& environment)
+    {
+        if (!Installed<MountInquiry>::current() || !MountTable::current().hasAnyThatMayHang())
+            return false;
+        BundleState state(environment);
+        UnreadSources unread;
+        const std::vector<DesktopEntryFile> files = scanDesktopEntries(environment, state, unread);
+        return std::any_of(unread.errors().begin(), unread.errors().end(),
+                           [](const Error& error) { return error.code == ETIMEDOUT; })
+            || std::any_of(files.begin(), files.end(),
+                           [](const DesktopEntryFile& file) { return !answersInTime(file.path); });
+    }
+
+    Result<GLibObject<GAppInfo>> handlerFromHelper(const std::string& type, const std::string& path)
+    {
+        const FileAnswer answer =
+            Installed<MountInquiry>::current()->askHelper({ FileQuestion::Kind::defaultApplication, "/", 0, type });
+        if (answer.error == ETIMEDOUT)
+            return Error::fromErrno(ETIMEDOUT, "couldn't find out which application opens it", path);
+        GDesktopAppInfo* info =
+            answer.error == 0 ? g_desktop_app_info_new_from_filename(answer.bytes.c_str()) : nullptr;
+        if (!info)
+            return Error { 0, kNoHandler, path };
+        return GLibObject<GAppInfo>(G_APP_INFO(info));
+    }
+
 } // namespace
 
-Result<GLibObject<GAppInfo>> defaultHandler(const std::string& path)
+Result<void> answersInTime(const std::string& entryPath)
 {
-    GError* problem = nullptr;
-    GAppInfo* info = nullptr;
-    if (MountInquiry* inquiry = Installed<MountInquiry>::current(); inquiry && !inquiry->isFreeToAsk(path)) {
-        const Result<struct stat> status = statusOfPath(path);
-        if (!status)
+    const auto entry = DesktopEntry::read(entryPath, {});
+    if (!entry && entry.error().code == ETIMEDOUT)
+        return entry.error();
+    if (!entry || !*entry)
+        return {};
+    for (const std::string& program : { (*entry)->program, (*entry)->tryExec }) {
+        if (!program.starts_with('/'))
+            continue;
+        if (const Result<struct stat> status = statusOfPath(program); !status && status.error().code == ETIMEDOUT)
             return status.error();
-        info = g_app_info_get_default_for_type(contentType(path, *status).get(), FALSE);
-        if (!info)
-            return Error { 0, "no application is registered as handling this file", path };
-    } else {
+    }
+    return {};
+}
+
+Result<GLibObject<GAppInfo>> defaultHandler(const std::string& path, const XdgEnvironment& environment)
+{
+    MountInquiry* inquiry = Installed<MountInquiry>::current();
+    const bool isFree = !inquiry || inquiry->isFreeToAsk(path);
+    const bool isAskedElsewhere = isAnyApplicationOutOfReach(environment);
+    if (isFree && !isAskedElsewhere) {
         // Of the local file system: the default one starts daemons first.
         const GLibObject<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
-        info = g_file_query_default_handler(file.get(), nullptr, &problem);
+        GError* problem = nullptr;
+        GLibObject<GAppInfo> info(g_file_query_default_handler(file.get(), nullptr, &problem));
         if (!info)
             return errorFrom(GLibError(problem), path);
+        return info;
     }
-    return GLibObject<GAppInfo>(info);
+    const Result<struct stat> status = statusOfPath(path);
+    if (!status)
+        return status.error();
+    const GLibText type = contentType(path, *status);
+    if (isAskedElsewhere)
+        return handlerFromHelper(type.get(), path);
+    GLibObject<GAppInfo> info(g_app_info_get_default_for_type(type.get(), FALSE));
+    if (!info)
+        return Error { 0, kNoHandler, path };
+    return info;
 }
 
 } // namespace quillbox
