@@ -9,68 +9,50 @@ namespace quillbox {
 
 namespace {
 
-    class RecordingIndex final : public MetadataIndex {
-    public:
+    struct RecordingIndex final : MetadataIndex {
         std::vector<std::string> pathsLastUsed(Date from, Date until) override
         {
             asked += from.description() + " to " + until.description();
             return { "/old", "/new" };
         }
         std::string asked;
-
-    private:
-        const Installed<MetadataIndex> installed_ { *this };
+        const Installed<MetadataIndex> installed { *this };
     };
 
     // A zone whose clocks change once.
-    class ChangingZone final : public TimeZone {
-    public:
-        ChangingZone(double changedAt, int before, int after)
-            : changedAt_(changedAt),
-              before_(before),
-              after_(after) { }
-        int secondsFromGMT(Date at) const override { return at < Date::sinceUnixEpoch(changedAt_) ? before_ : after_; }
-
-    private:
-        double changedAt_;
-        int before_;
-        int after_;
-        const Installed<const TimeZone> installed_ { *this };
+    struct ChangingZone final : TimeZone {
+        int secondsFromGMT(Date at) const override { return at < changed ? before : after; }
+        Date changed;
+        int before = 0;
+        int after = 0;
+        const Installed<const TimeZone> installed { *this };
     };
 
     const std::string kQuery = "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09 +0000) ,"
                                "          $time.today(+1d)    ))";
 
-    struct DayEnd {
-        const char* name;
-        double changedAt;
-        int before;
-        int after;
-        double now;
-        const char* end;
-    };
-
     TEST(MDQuery, AsksForTheTimeUntilTomorrowByTheCalendar)
     {
         RecordingIndex index;
-        for (const DayEnd& c : {
-                 DayEnd { "before a day of 23 hours", 1711846800, 3600, 7200, 1711828800, "2024-03-30 23:00:00" },
-                 DayEnd { "in a day of 23 hours", 1711846800, 3600, 7200, 1711800000, "2024-03-30 23:00:00" },
-                 DayEnd { "after the change", 1711846800, 3600, 7200, 1711890000, "2024-03-31 22:00:00" },
+        ChangingZone zone;
+        // When the clocks change and the offsets before and after, the time now, and when the day ends.
+        for (const auto& [name, changed, before, after, now, end] : {
+                 std::tuple("before a day of 23 hours", 1711846800, 3600, 7200, 1711828800, "2024-03-30 23:00:00"),
+                 { "in a day of 23 hours", 1711846800, 3600, 7200, 1711800000, "2024-03-30 23:00:00" },
+                 { "after the change", 1711846800, 3600, 7200, 1711890000, "2024-03-31 22:00:00" },
                  // Santiago, 2024-09-08: 23:59:59 is followed by 01:00:00.
-                 DayEnd { "before a day that begins at 01:00", 1725768000, -14400, -10800, 1725750000,
-                          "2024-09-08 04:00:00" },
-                 DayEnd { "in a day that began at 01:00", 1725768000, -14400, -10800, 1725768000,
-                          "2024-09-09 03:00:00" },
+                 { "before a day that begins at 01:00", 1725768000, -14400, -10800, 1725750000, "2024-09-08 04:00:00" },
+                 { "in a day that began at 01:00", 1725768000, -14400, -10800, 1725768000, "2024-09-09 03:00:00" },
                  // Santiago, 2024-04-06: 23:59:59 is followed by 23:00:00 of the same day.
-                 DayEnd { "with a last hour that comes twice", 1712458800, -10800, -14400, 1712440000,
-                          "2024-04-07 04:00:00" },
+                 { "a last hour that comes twice", 1712458800, -10800, -14400, 1712440000, "2024-04-07 04:00:00" },
              }) {
-            ManualClock clock(Date::sinceUnixEpoch(c.now));
-            const ChangingZone zone(c.changedAt, c.before, c.after);
+            const ManualClock clock(Date::sinceUnixEpoch(now));
+            zone.changed = Date::sinceUnixEpoch(changed);
+            zone.before = before;
+            zone.after = after;
             index.asked.clear();
             EXPECT_TRUE(MDQuery(kQuery, { kMDItemLastUsedDate }).execute());
-            EXPECT_EQ(index.asked, "2024-03-05 14:07:09 +0000 to " + std::string(c.end) + " +0000") << c.name;
+            EXPECT_EQ(index.asked, "2024-03-05 14:07:09 +0000 to " + std::string(end) + " +0000") << name;
         }
     }
 

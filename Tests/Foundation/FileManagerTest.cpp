@@ -133,10 +133,11 @@ TEST_F(Files, OfADirectoryThatCantBeSearchedAreNotKnown)
         const Result<DirectoryListing> listing = list(files.path("listable"));
         return std::to_string(listing->count()) + (listing->knownResourceValues(0) ? " told " : " untold ")
             + (FileManager().fileExists(folder) ? "there " : "unreachable ") + std::to_string(list(folder).error().code)
-            + " " + std::to_string(URL::fileURLWithPath(folder).resourceValues(kMenuKeys).error().code);
+            + " " + std::to_string(URL::fileURLWithPath(folder).resourceValues(kMenuKeys).error().code) + " "
+            + std::to_string(URL::fileURLWithPath(folder).bookmarkData().error().code);
     });
     ASSERT_EQ(chmod(files.path("listable").c_str(), 0755), 0);
-    EXPECT_EQ(text, "1 untold unreachable 13 13");
+    EXPECT_EQ(text, "1 untold unreachable 13 13 13");
 }
 
 TEST_F(Files, ThatAreLinksAreReadAsTheyAreStored)

@@ -105,12 +105,8 @@ TEST_F(Settings, ReadAgainWhatOthersWrote)
 
 TEST_F(Settings, ValuesAreReadAsNumbersAndBooleans)
 {
-    struct Case {
-        PropertyList value;
-        std::int64_t integer;
-        bool boolean;
-    };
-    const Case cases[] = {
+    // As a number, and as a truth.
+    const std::tuple<PropertyList, std::int64_t, bool> cases[] = {
         { true, 1, true },
         { false, 0, false },
         { std::uint64_t { 1 } << 63U, std::numeric_limits<std::int64_t>::min(), true },
@@ -125,11 +121,12 @@ TEST_F(Settings, ValuesAreReadAsNumbersAndBooleans)
         { Data { 1 }, 0, false },
         { PropertyList::Array {}, 0, false },
     };
-    for (const Case& c : cases) {
-        defaults.set(c.value, "key");
-        EXPECT_EQ(defaults.integer("key"), c.integer) << &c - cases;
-        EXPECT_EQ(defaults.boolean("key"), c.boolean) << &c - cases;
-        EXPECT_EQ(defaults.data("key").has_value(), c.value.as<Data>() != nullptr);
+    for (const auto& [value, integer, boolean] : cases) {
+        SCOPED_TRACE(testing::PrintToString(value));
+        defaults.set(value, "key");
+        EXPECT_EQ(defaults.integer("key"), integer);
+        EXPECT_EQ(defaults.boolean("key"), boolean);
+        EXPECT_EQ(defaults.data("key").has_value(), value.as<Data>() != nullptr);
     }
 }
 

@@ -55,6 +55,13 @@ void XdgTree::settle() const
     }
 }
 
+ApplicationBundles& XdgTree::keeper()
+{
+    if (!keeper_)
+        keeper_.emplace(environment, [this](const Error& error) { errors.push_back(error); });
+    return *keeper_;
+}
+
 std::vector<std::string> XdgTree::bundles() const
 {
     std::vector<std::string> names;
@@ -65,19 +72,6 @@ std::vector<std::string> XdgTree::bundles() const
     }
     std::sort(names.begin(), names.end());
     return names;
-}
-
-std::vector<std::string> XdgTree::fingerprint() const
-{
-    std::vector<std::string> lines;
-    for (const auto& entry : fs::recursive_directory_iterator(environment.bundlesDirectory())) {
-        struct stat status { };
-        lstat(entry.path().c_str(), &status);
-        lines.push_back(entry.path().string() + ' ' + std::to_string(status.st_ino) + ' '
-                        + std::to_string(status.st_mtim.tv_sec) + '.' + std::to_string(status.st_mtim.tv_nsec));
-    }
-    std::sort(lines.begin(), lines.end());
-    return lines;
 }
 
 std::string XdgTree::info(std::string_view bundle, std::string_view key) const

@@ -4,6 +4,7 @@
 #include "TemporaryDirectory.h"
 #include "XdgEnvironment.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,28 +32,25 @@ public:
     // Puts the time of everything written so far into the past, as that of real entries is.
     void settle() const;
 
-    // For the next keeper made.
+    // The keeper of the bundles, made of the environment as it is when this is first called. What it tells is in
+    // `errors`.
+    ApplicationBundles& keeper();
+    void update() { keeper().bringUpToDate(); }
+    // The next keeper is a new one, as after a restart of the program.
+    void restart() { keeper_.reset(); }
+
     XdgEnvironment environment;
+    std::vector<Error> errors;
 
     // "System/Applications/Foo.app" and so on, in the order of names.
     std::vector<std::string> bundles() const;
-    // The same with inode and time of each file in them.
-    std::vector<std::string> fingerprint() const;
     // A text of a bundle's Info.plist; "(none)" where it has none.
     std::string info(std::string_view bundle, std::string_view key) const;
     std::string bundlePath(std::string_view bundle) const;
 
 private:
     TemporaryDirectory root_;
-};
-
-// The errors that a keeper was made to report into it.
-struct ErrorLog {
-    std::vector<Error> errors;
-    std::function<void(const Error&)> callback()
-    {
-        return [this](const Error& error) { errors.push_back(error); };
-    }
+    std::optional<ApplicationBundles> keeper_;
 };
 
 } // namespace quillbox

@@ -20,7 +20,6 @@ public:
 
     // Moves both the date and the uptime on, making the calls that fall due on the way, in their order.
     void advance(std::chrono::milliseconds time);
-    void setNow(Date now) { now_ = now; }
     std::size_t pendingCount() const;
 
 private:

@@ -16,10 +16,7 @@ public:
     {
         return image("icon of " + std::string(forFile.substr(forFile.rfind('/') + 1)));
     }
-    std::optional<NSImage> systemImage(std::string_view name) override
-    {
-        return hasSystemImages ? std::optional(image(std::string(name))) : std::nullopt;
-    }
+    std::optional<NSImage> systemImage(std::string_view name) override { return image(std::string(name)); }
     bool open(const URL& url) override
     {
         opened.push_back(url.path());
@@ -33,7 +30,6 @@ public:
 
     std::vector<std::string> opened;
     std::vector<std::string> launched;
-    bool hasSystemImages = true;
 
 private:
     const Installed<NSWorkspace> installed_ { *this };

@@ -1,12 +1,13 @@
 #include "ApplicationBundles.h"
 
+#include "FileStamp.h"
 #include "XdgTree.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <map>
 #include <tuple>
 
 namespace quillbox {
@@ -15,19 +16,29 @@ namespace {
     using testing::ElementsAre;
     using testing::SizeIs;
 
-    ino_t inodeOf(const std::string& path)
+    std::string app(const std::string& title)
     {
-        struct stat status { };
-        return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+        return "System/Applications/" + title + ".app";
     }
 
+    ino_t inodeOf(const XdgTree& tree, const std::string& bundle)
+    {
+        struct stat status { };
+        return stat(tree.bundlePath(bundle).c_str(), &status) == 0 ? status.st_ino : 0;
+    }
+
+    // The bundles after the next start of the program.
     std::vector<std::string> update(XdgTree& tree)
     {
-        ApplicationBundles(tree.environment, [](const Error& error) {
-            ADD_FAILURE() << error.description();
-        }).bringUpToDate();
+        tree.restart();
+        tree.update();
+        EXPECT_THAT(tree.errors, testing::IsEmpty());
         return tree.bundles();
     }
+
+    struct ApplicationBundlesTest : testing::Test {
+        XdgTree tree;
+    };
 
     TEST(ApplicationBundles, EntriesDecideWhetherThereIsOne)
     {
@@ -60,9 +71,8 @@ namespace {
         }
     }
 
-    TEST(ApplicationBundles, TheMoreImportantDirectoryDecidesForAnId)
+    TEST_F(ApplicationBundlesTest, TheMoreImportantDirectoryDecidesForAnId)
     {
-        XdgTree tree;
         const std::string exports = "user/flatpak/exports/share";
         tree.environment.dataDirectories.insert(tree.environment.dataDirectories.begin(), tree.path(exports));
         tree.writeApplication(exports, "mine.desktop", "Exported by me");
@@ -78,20 +88,19 @@ namespace {
         tree.files().makeLink("user/applications/dangling.desktop", "/no/such/entry");
         EXPECT_THAT(update(tree),
                     ElementsAre("Local/Applications/Deep.app", "Local/Applications/Exported.app",
-                                "System/Applications/Not masked by a dangling link.app",
-                                "User/Applications/Exported by me.app", "User/Applications/Mine.app"));
+                                app("Not masked by a dangling link"), "User/Applications/Exported by me.app",
+                                "User/Applications/Mine.app"));
         EXPECT_EQ(tree.info("Local/Applications/Deep.app", "CFBundleIdentifier"), "folder-deep-tool.desktop");
 
         tree.removeEntry("user", "overridden.desktop");
         tree.removeEntry("user", "removed.desktop");
         EXPECT_THAT(update(tree),
                     testing::AllOf(SizeIs(6), testing::Contains("Local/Applications/Machine's.app"),
-                                   testing::Contains("System/Applications/Removed.app")));
+                                   testing::Contains(app("Removed"))));
     }
 
-    TEST(ApplicationBundles, SkipWhatIsNoEntryFile)
+    TEST_F(ApplicationBundlesTest, SkipWhatIsNoEntryFile)
     {
-        XdgTree tree;
         tree.writeApplication("system", "good.desktop", "Good");
         tree.files().makeDirectory("system/applications/folder.desktop");
         tree.files().makeLink("system/applications/loop", ".");
@@ -101,12 +110,11 @@ namespace {
         tree.writeApplication("system", "bad\xFFid.desktop", "Bad id");
         tree.writeApplication("system", "notes.txt", "No entry's name");
         tree.writeEntry("system", "binary.desktop", "\x7F\x45LF\x01\x02");
-        EXPECT_THAT(update(tree), ElementsAre("System/Applications/Good.app"));
+        EXPECT_THAT(update(tree), ElementsAre(app("Good")));
     }
 
-    TEST(ApplicationBundles, GiveAwkwardNamesFileNames)
+    TEST_F(ApplicationBundlesTest, GiveAwkwardNamesFileNames)
     {
-        XdgTree tree;
         const std::string longName = std::string(249, 'x') + "ééé";
         tree.writeApplication("system", "a.desktop", "Input/Output");
         tree.writeApplication("system", "b.desktop", ".hidden");
@@ -119,57 +127,58 @@ namespace {
                     testing::UnorderedElementsAre(
                         "System/Applications/Input\u2215Output.app", "System/Applications/\u200E.hidden.app",
                         "System/Applications/" + std::string(249, 'x') + "é.app",
-                        "System/Applications/" + std::string(232, 'x') + " (long-one.desktop).app",
-                        "System/Applications/Twin.app", "System/Applications/Twin (two.desktop).app",
-                        "Local/Applications/Twin.app"));
+                        "System/Applications/" + std::string(232, 'x') + " (long-one.desktop).app", app("Twin"),
+                        "System/Applications/Twin (two.desktop).app", "Local/Applications/Twin.app"));
         EXPECT_EQ(tree.info("System/Applications/Input\u2215Output.app", "CFBundleName"), "Input/Output");
-        EXPECT_EQ(tree.info("System/Applications/Twin.app", "CFBundleExecutable"), "program");
+        EXPECT_EQ(tree.info(app("Twin"), "CFBundleExecutable"), "program");
     }
 
-    TEST(ApplicationBundles, KeepTheirIdentityWhenTheirNameChanges)
+    TEST_F(ApplicationBundlesTest, KeepTheirIdentityWhenTheirNameChanges)
     {
-        XdgTree tree;
         tree.writeApplication("system", "a.desktop", "First");
         tree.writeApplication("system", "b.desktop", "Second");
         update(tree);
-        const ino_t first = inodeOf(tree.bundlePath("System/Applications/First.app"));
-        const ino_t second = inodeOf(tree.bundlePath("System/Applications/Second.app"));
+        const ino_t first = inodeOf(tree, app("First"));
+        const ino_t second = inodeOf(tree, app("Second"));
         ASSERT_NE(first, 0U);
 
         tree.writeApplication("system", "a.desktop", "Second");
         tree.writeApplication("system", "b.desktop", "First");
-        EXPECT_THAT(update(tree), ElementsAre("System/Applications/First.app", "System/Applications/Second.app"));
-        EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/Second.app")), first);
-        EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/First.app")), second);
+        EXPECT_THAT(update(tree), ElementsAre(app("First"), app("Second")));
+        EXPECT_EQ(inodeOf(tree, app("Second")), first);
+        EXPECT_EQ(inodeOf(tree, app("First")), second);
 
         // The user's own copy of an entry is still that application.
         tree.writeApplication("user", "a.desktop", "Mine");
-        EXPECT_THAT(update(tree), ElementsAre("System/Applications/First.app", "User/Applications/Mine.app"));
-        EXPECT_EQ(inodeOf(tree.bundlePath("User/Applications/Mine.app")), first);
+        EXPECT_THAT(update(tree), ElementsAre(app("First"), "User/Applications/Mine.app"));
+        EXPECT_EQ(inodeOf(tree, "User/Applications/Mine.app"), first);
 
         // A new twin takes nobody's name.
         tree.writeApplication("system", "aa.desktop", "First");
         EXPECT_THAT(update(tree), testing::Contains("System/Applications/First (aa.desktop).app"));
-        EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/First.app")), second);
+        EXPECT_EQ(inodeOf(tree, app("First")), second);
     }
 
-    TEST(ApplicationBundles, NothingIsTouchedWhereNothingChanged)
+    TEST_F(ApplicationBundlesTest, NothingIsTouchedWhereNothingChanged)
     {
-        XdgTree tree;
         tree.writeApplication("system", "a.desktop", "First", "TryExec=installed");
         tree.writeApplication("user", "folder/b.desktop", "Second");
         tree.settle();
-        ApplicationBundles bundles(tree.environment, nullptr);
-        bundles.bringUpToDate();
-        const auto before = tree.fingerprint();
-        bundles.bringUpToDate();
-        EXPECT_EQ(bundles.generation(), 1U);
-        EXPECT_EQ(tree.fingerprint(), before);
-
-        ApplicationBundles afterRestart(tree.environment, nullptr);
-        afterRestart.bringUpToDate();
-        EXPECT_EQ(afterRestart.generation(), 0U);
-        EXPECT_EQ(tree.fingerprint(), before);
+        const auto stamps = [&] {
+            std::map<std::string, FileStamp> found;
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(tree.environment.bundlesDirectory()))
+                found.emplace(entry.path(), FileStamp::of(entry.path()));
+            return found;
+        };
+        tree.update();
+        const auto before = stamps();
+        tree.update();
+        EXPECT_EQ(tree.keeper().generation(), 1U);
+        EXPECT_EQ(stamps(), before);
+        tree.restart();
+        tree.update();
+        EXPECT_EQ(tree.keeper().generation(), 0U);
+        EXPECT_EQ(stamps(), before);
     }
 
     TEST(ApplicationBundles, NoticeChanges)
@@ -196,11 +205,10 @@ namespace {
             tree.writeProgram("installed");
             tree.writeApplication("system", "folder/b.desktop", "B", "TryExec=installed");
             tree.settle();
-            ApplicationBundles bundles(tree.environment, nullptr);
-            bundles.bringUpToDate();
-            ASSERT_THAT(tree.bundles(), ElementsAre("System/Applications/A.app", "System/Applications/B.app"));
+            tree.update();
+            ASSERT_THAT(tree.bundles(), ElementsAre(app("A"), app("B")));
             change(tree);
-            bundles.bringUpToDate();
+            tree.update();
             Names shown;
             for (const std::string& bundle : tree.bundles())
                 shown.push_back(std::filesystem::path(bundle).stem());
@@ -208,27 +216,25 @@ namespace {
         }
     }
 
-    TEST(ApplicationBundles, ANewLanguageRenamesThem)
+    TEST_F(ApplicationBundlesTest, ANewLanguageRenamesThem)
     {
-        XdgTree tree;
         tree.writeApplication("system", "a.desktop", "Files", "Name[de]=Dateien\nName[pt_BR]=Arquivos");
         tree.settle();
         update(tree);
-        const ino_t before = inodeOf(tree.bundlePath("System/Applications/Files.app"));
+        const ino_t before = inodeOf(tree, app("Files"));
         for (const auto& [languages, name] : std::vector<std::pair<std::vector<std::string>, std::string>> {
                  { { "de_AT.UTF-8", "de_AT", "de", "C" }, "Dateien" },
                  { { "pt_BR", "pt", "de", "C" }, "Arquivos" },
                  { { "en_GB", "en", "C" }, "Files" },
                  { { "fr", "C", "de" }, "Files" } }) {
             tree.environment.languages = languages;
-            EXPECT_THAT(update(tree), ElementsAre("System/Applications/" + name + ".app"));
-            EXPECT_EQ(inodeOf(tree.bundlePath("System/Applications/" + name + ".app")), before);
+            EXPECT_THAT(update(tree), ElementsAre(app(name)));
+            EXPECT_EQ(inodeOf(tree, app(name)), before);
         }
     }
 
-    TEST(ApplicationBundles, LeaveAloneWhatTheyDidNotMakeAndClearUpWhatTheyDid)
+    TEST_F(ApplicationBundlesTest, LeaveAloneWhatTheyDidNotMakeAndClearUpWhatTheyDid)
     {
-        XdgTree tree;
         tree.writeApplication("system", "a.desktop", "A");
         const std::string own = "user/quillbox/bundles/System/Applications/";
         tree.files().writeFile(own + "A.app/Contents/MacOS/mine", "kept");
@@ -236,46 +242,40 @@ namespace {
         tree.files().writeFile(own + ".unfinished-abc/Contents/Info.plist", "half");
         tree.files().makeDirectory(own + "Gone.app/Contents");
         EXPECT_THAT(update(tree),
-                    ElementsAre("System/Applications/A (a.desktop).app", "System/Applications/A.app",
-                                "System/Applications/note.txt"));
+                    ElementsAre("System/Applications/A (a.desktop).app", app("A"), "System/Applications/note.txt"));
         EXPECT_EQ(tree.files().readFile(own + "A.app/Contents/MacOS/mine"), "kept");
     }
 
-    TEST(ApplicationBundles, AreMendedAfterDamage)
+    TEST_F(ApplicationBundlesTest, AreMendedAfterDamage)
     {
-        XdgTree tree;
         tree.writeApplication("system", "a.desktop", "A");
         tree.settle();
         update(tree);
-        const std::string bundle = tree.bundlePath("System/Applications/A.app");
-        const ino_t before = inodeOf(bundle);
+        const ino_t before = inodeOf(tree, app("A"));
         for (const char* damage : { "", "bplist00 and no more" }) {
             tree.files().writeFile("user/quillbox/bundles/System/Applications/A.app/Contents/Info.plist", damage);
             for (const char* state : { "", "quillbox bundles 1", "no record" }) {
                 tree.files().writeFile("user/quillbox/bundles/state", std::string(state) + '\0' + "7");
-                EXPECT_THAT(update(tree), ElementsAre("System/Applications/A.app"));
+                EXPECT_THAT(update(tree), ElementsAre(app("A")));
             }
-            EXPECT_EQ(tree.info("System/Applications/A.app", "CFBundleIdentifier"), "a.desktop");
-            EXPECT_EQ(inodeOf(bundle), before);
+            EXPECT_EQ(tree.info(app("A"), "CFBundleIdentifier"), "a.desktop");
+            EXPECT_EQ(inodeOf(tree, app("A")), before);
         }
     }
 
-    TEST(ApplicationBundles, ReportOnceThatTheyCannotBeWritten)
+    TEST_F(ApplicationBundlesTest, ReportOnceThatTheyCannotBeWritten)
     {
-        XdgTree tree;
         tree.writeApplication("system", "a.desktop", "A");
         tree.files().writeFile("user/quillbox", "a file where a directory should be");
-        ErrorLog log;
-        ApplicationBundles bundles(tree.environment, log.callback());
-        bundles.bringUpToDate();
-        const std::size_t count = log.errors.size();
+        tree.update();
+        const std::size_t count = tree.errors.size();
         ASSERT_GE(count, 1U);
-        bundles.bringUpToDate();
-        EXPECT_THAT(log.errors, SizeIs(count));
+        tree.update();
+        EXPECT_THAT(tree.errors, SizeIs(count));
         std::filesystem::remove(tree.path("user/quillbox"));
-        bundles.bringUpToDate();
-        EXPECT_THAT(tree.bundles(), ElementsAre("System/Applications/A.app"));
-        EXPECT_THAT(log.errors, SizeIs(count));
+        tree.update();
+        EXPECT_THAT(tree.bundles(), ElementsAre(app("A")));
+        EXPECT_THAT(tree.errors, SizeIs(count));
     }
 
 } // namespace

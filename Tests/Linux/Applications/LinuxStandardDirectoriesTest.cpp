@@ -3,7 +3,6 @@
 #include "XdgTree.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -40,8 +39,7 @@ namespace {
 
         const std::string home = std::getenv("HOME");
         XdgTree tree;
-        ApplicationBundles bundles { tree.environment, nullptr };
-        LinuxStandardDirectories directories { bundles };
+        LinuxStandardDirectories directories { tree.keeper() };
     };
 
     TEST_F(StandardDirectoriesTest, UserDirectoriesFollowTheUsersSettings)

@@ -1,10 +1,7 @@
-#include "ApplicationBundles.h"
 #include "XdgTree.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 
 namespace quillbox {
@@ -44,73 +41,63 @@ namespace {
     };
     // clang-format on
 
-    // Lists are in the order of names, with a comma and a blank between them.
-    struct DesktopCase {
-        const char* name;
-        std::vector<std::string> desktops;
-        const char* panels;
-        // Besides "Network Connections", which every desktop shows.
-        const char* applications;
-        // Empty where the desktop has no settings program.
-        std::string program;
-        friend void PrintTo(const DesktopCase& row, std::ostream* out) { *out << row.name; }
-    };
-
-    class SettingsOf : public testing::TestWithParam<DesktopCase> { };
-
-    std::string bundlesIn(const std::string& directory)
+    // The bundles of the system's in that directory, with a comma and a blank between them.
+    std::string titles(const XdgTree& tree, const std::string& directory)
     {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(directory)) {
-            if (entry.path().stem() != "Network Connections")
-                names.push_back(entry.path().stem());
-        }
-        std::sort(names.begin(), names.end());
         std::string list;
-        for (const std::string& name : names)
-            list.append(list.empty() ? "" : ", ").append(name);
+        for (const std::filesystem::path bundle : tree.bundles()) {
+            if (bundle.parent_path() == "System/" + directory && bundle.stem() != "Network Connections")
+                list.append(list.empty() ? "" : ", ").append(bundle.stem().replace_extension());
+        }
         return list;
     }
 
-    TEST_P(SettingsOf, TheDesktop)
+    TEST(SettingsPanels, AreThoseOfTheDesktop)
     {
-        const DesktopCase& row = GetParam();
-        XdgTree tree;
-        tree.environment.desktops = row.desktops;
-        for (const SampleEntry& entry : kInstalled)
-            tree.writeApplication("system", std::string(entry.id) + ".desktop", entry.title, entry.more);
-        ApplicationBundles bundles(tree.environment, nullptr);
-        bundles.bringUpToDate();
-        EXPECT_EQ(bundlesIn(bundles.directory(BundleDomain::system, BundleKind::preferencePane)), row.panels);
-        EXPECT_EQ(bundlesIn(bundles.directory(BundleDomain::system, BundleKind::application)), row.applications);
-        EXPECT_EQ(tree.info("System/Applications/System Settings.app", "CFBundleIdentifier"),
-                  row.program.empty() ? "(no bundle)" : row.program);
-        EXPECT_EQ(bundles.settingsProgramEntry().value_or(""),
-                  row.program.empty() ? "" : tree.path("system/applications/" + row.program));
+        struct {
+            std::vector<std::string> desktops;
+            const char* panels;
+            // Besides "Network Connections", which every desktop shows.
+            const char* applications;
+            // The settings program; empty where the desktop has none.
+            std::string program;
+        } const rows[] = {
+            { { "GNOME" },
+              "gnome-background-panel, gnome-sound-panel",
+              "Applets, Settings, System Settings",
+              "org.gnome.Settings" },
+            { { "ubuntu", "GNOME" },
+              "gnome-background-panel, gnome-sound-panel",
+              "Applets, Settings, System Settings",
+              "org.gnome.Settings" },
+            { { "Unity", "Unity7" }, "gnome-sound-panel", "Settings, System Settings", "org.gnome.Settings" },
+            { { "KDE" }, "kcm_mouse", "System Settings", "systemsettings" },
+            { { "XFCE" }, "xfce-mouse-settings", "Settings Manager, System Settings", "xfce-settings-manager" },
+            { { "X-Cinnamon" }, "cinnamon-applet, cinnamon-settings-sound", "System Settings", "cinnamon-settings" },
+            { { "MATE" }, "mate-keyboard", "Control Center, System Settings", "matecc" },
+            { { "LXQt" }, "lxqt-config-input", "LXQt Configuration Center, System Settings", "lxqt-config" },
+            { { "Budgie", "GNOME" },
+              "budgie-sound-panel",
+              "Applets, Budgie Control Center, Settings, System Settings",
+              "budgie-control-center" },
+            { {}, "", "", "" },
+        };
+        for (const auto& row : rows) {
+            SCOPED_TRACE(testing::PrintToString(row.desktops));
+            XdgTree tree;
+            tree.environment.desktops = row.desktops;
+            for (const SampleEntry& entry : kInstalled)
+                tree.writeApplication("system", std::string(entry.id) + ".desktop", entry.title, entry.more);
+            tree.update();
+            EXPECT_EQ(titles(tree, "PreferencePanes"), row.panels);
+            EXPECT_EQ(titles(tree, "Applications"), row.applications);
+            const std::string entry = row.program + ".desktop";
+            EXPECT_EQ(tree.info("System/Applications/System Settings.app", "CFBundleIdentifier"),
+                      row.program.empty() ? "(no bundle)" : entry);
+            EXPECT_EQ(tree.keeper().settingsProgramEntry().value_or(""),
+                      row.program.empty() ? "" : tree.path("system/applications/" + entry));
+        }
     }
-
-    // clang-format off
-    INSTANTIATE_TEST_SUITE_P(Table, SettingsOf, testing::Values(
-        DesktopCase { "GNOME", { "GNOME" }, "gnome-background-panel.desktop, gnome-sound-panel.desktop",
-                      "Applets, Settings, System Settings", "org.gnome.Settings.desktop" },
-        DesktopCase { "Ubuntu", { "ubuntu", "GNOME" }, "gnome-background-panel.desktop, gnome-sound-panel.desktop",
-                      "Applets, Settings, System Settings", "org.gnome.Settings.desktop" },
-        DesktopCase { "Unity", { "Unity", "Unity7" }, "gnome-sound-panel.desktop", "Settings, System Settings",
-                      "org.gnome.Settings.desktop" },
-        DesktopCase { "KDE", { "KDE" }, "kcm_mouse.desktop", "System Settings", "systemsettings.desktop" },
-        DesktopCase { "XFCE", { "XFCE" }, "xfce-mouse-settings.desktop", "Settings Manager, System Settings",
-                      "xfce-settings-manager.desktop" },
-        DesktopCase { "Cinnamon", { "X-Cinnamon" }, "cinnamon-applet.desktop, cinnamon-settings-sound.desktop",
-                      "System Settings", "cinnamon-settings.desktop" },
-        DesktopCase { "MATE", { "MATE" }, "mate-keyboard.desktop", "Control Center, System Settings",
-                      "matecc.desktop" },
-        DesktopCase { "LXQt", { "LXQt" }, "lxqt-config-input.desktop", "LXQt Configuration Center, System Settings",
-                      "lxqt-config.desktop" },
-        DesktopCase { "Budgie", { "Budgie", "GNOME" }, "budgie-sound-panel.desktop",
-                      "Applets, Budgie Control Center, Settings, System Settings", "budgie-control-center.desktop" },
-        DesktopCase { "NoDesktop", {}, "", "", "" }),
-        [](const auto& row) { return std::string(row.param.name); });
-    // clang-format on
 
     TEST(SettingsPanels, AreNamedByTheirBundles)
     {
@@ -120,7 +107,7 @@ namespace {
         tree.writeApplication("user", "kcm_mouse.desktop", "Mouse",
                               "Name[de]=Maus\nNoDisplay=true\nX-KDE-AliasFor=systemsettings");
         tree.writeApplication("local", "systemsettings.desktop", "System Settings", "Name[de]=Systemeinstellungen");
-        ApplicationBundles(tree.environment, nullptr).bringUpToDate();
+        tree.update();
         EXPECT_THAT(tree.bundles(),
                     ElementsAre("Local/Applications/Systemeinstellungen.app", "System/Applications/System Settings.app",
                                 "User/PreferencePanes/kcm_mouse.desktop.prefPane"));

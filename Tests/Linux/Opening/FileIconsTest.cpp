@@ -2,7 +2,6 @@
 #include "XdgTree.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -28,8 +27,7 @@ namespace {
     class FileIconsTest : public testing::Test {
     protected:
         XdgTree tree;
-        ApplicationBundles bundles { tree.environment, nullptr };
-        LinuxWorkspace workspace { bundles, nullptr };
+        LinuxWorkspace workspace { tree.keeper(), nullptr };
     };
 
     TEST_F(FileIconsTest, FilesShowWhatTheirNameTells)
@@ -104,7 +102,7 @@ namespace {
         NSImage before;
         for (const auto& [line, expected] : cases) {
             tree.writeApplication("system", "a.desktop", "A", line);
-            bundles.bringUpToDate();
+            tree.update();
             const NSImage icon = workspace.icon(bundle, Kind::directory);
             EXPECT_EQ(themeNames(icon).front(), expected);
             EXPECT_NE(icon.source(), before.source());

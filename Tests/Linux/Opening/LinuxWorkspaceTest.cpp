@@ -1,11 +1,11 @@
 #include "LinuxWorkspace.h"
 
+#include "FileDescriptor.h"
 #include "MountNamespace.h"
 #include "XdgTree.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -24,6 +24,8 @@ namespace {
     using testing::HasSubstr;
     using testing::IsEmpty;
 
+    using Lines = std::vector<std::string>;
+
     // A pipe that started programs write their lines to.
     class Answers {
     public:
@@ -32,32 +34,23 @@ namespace {
             mkfifo(path_.c_str(), 0600);
             reopen();
         }
-        ~Answers()
-        {
-            close(descriptor_);
-            unlink(path_.c_str());
-        }
+        ~Answers() { unlink(path_.c_str()); }
         Answers(const Answers&) = delete;
         Answers& operator=(const Answers&) = delete;
 
         const std::string& path() const { return path_; }
 
         // Waits until one program has written all it had to say.
-        std::vector<std::string> read()
+        Lines read()
         {
             constexpr int kLongestWait = 20'000;
             std::string text;
-            pollfd wait { descriptor_, POLLIN, 0 };
-            while (poll(&wait, 1, kLongestWait) > 0) {
-                char buffer[4096];
-                const ssize_t count = ::read(descriptor_, buffer, sizeof buffer);
-                if (count <= 0)
-                    break;
-                text.append(buffer, static_cast<std::size_t>(count));
-            }
+            pollfd wait { pipe_.get(), POLLIN, 0 };
+            for (char byte = 0; poll(&wait, 1, kLongestWait) > 0 && ::read(pipe_.get(), &byte, 1) > 0;)
+                text += byte;
             // A pipe whose writer has gone says so for ever.
             reopen();
-            std::vector<std::string> lines;
+            Lines lines;
             std::istringstream stream(text);
             for (std::string line; std::getline(stream, line);)
                 lines.push_back(line);
@@ -65,15 +58,10 @@ namespace {
         }
 
     private:
-        void reopen()
-        {
-            if (descriptor_ >= 0)
-                close(descriptor_);
-            descriptor_ = open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        }
+        void reopen() { pipe_ = FileDescriptor(open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)); }
 
         std::string path_;
-        int descriptor_ = -1;
+        FileDescriptor pipe_;
     };
 
     class LinuxWorkspaceTest : public testing::Test {
@@ -97,46 +85,46 @@ namespace {
                             "[Desktop Entry]\nType=Application\nName=A\nIcon=icon\nExec=" + exec + "\n"
                                 + std::string(more));
             makeWorkspace();
-            bundles->bringUpToDate();
-            return open(tree.bundlePath("System/Applications/A.app"));
+            tree.update();
+            return open(bundle);
         }
 
         bool open(const std::string& path) { return workspace->open(URL::fileURLWithPath(path)); }
 
+        // What the program tells that was started, if one was.
+        Lines told(bool isStarted) { return isStarted ? answers.read() : Lines { "(not started)" }; }
+
         void makeWorkspace()
         {
             workspace.reset();
-            bundles = std::make_unique<ApplicationBundles>(tree.environment, nullptr);
-            workspace = std::make_unique<LinuxWorkspace>(*bundles,
+            tree.restart();
+            workspace = std::make_unique<LinuxWorkspace>(tree.keeper(),
                                                          [this](const std::string& message, const std::string& detail) {
                                                              messages.push_back(message + " | " + detail);
                                                          });
+            opened.clear();
+            workspace->onOpened = [this](const std::string& path) { opened.push_back(path); };
         }
 
         const std::string home = std::getenv("HOME");
         XdgTree tree;
+        const std::string bundle = tree.bundlePath("System/Applications/A.app");
         Answers answers { home + "/answers" };
-        std::unique_ptr<ApplicationBundles> bundles;
         std::unique_ptr<LinuxWorkspace> workspace;
         std::vector<std::string> messages;
+        // What the present workspace has told of.
+        std::vector<std::string> opened;
     };
 
     TEST_F(LinuxWorkspaceTest, ABundleStartsItsEntry)
     {
-        EXPECT_TRUE(openBundle(writeTeller("teller") + " \"two words\" %i %c %% %U"));
-        EXPECT_THAT(answers.read(), ElementsAre("two words", "--icon", "icon", "A", "%"));
+        EXPECT_THAT(told(openBundle(writeTeller("teller") + " \"two words\" %i %c %% %U")),
+                    ElementsAre("two words", "--icon", "icon", "A", "%"));
         // Where there is no bus, what asks to be activated over it is started by its Exec.
-        EXPECT_TRUE(openBundle(writeTeller("teller") + " again", "DBusActivatable=true\n"));
-        EXPECT_THAT(answers.read(), ElementsAre("again"));
+        EXPECT_THAT(told(openBundle(writeTeller("teller") + " again", "DBusActivatable=true\n")), ElementsAre("again"));
         EXPECT_THAT(messages, IsEmpty());
 
-        std::vector<std::string> opened;
-        workspace->onOpened = [&](const std::string& path) { opened.push_back(path); };
-        const std::string bundle = tree.bundlePath("System/Applications/A.app");
-        EXPECT_TRUE(open(bundle));
-        answers.read();
-        EXPECT_TRUE(workspace->launchApplication("a"));
-        answers.read();
+        EXPECT_THAT(told(workspace->launchApplication("a")), ElementsAre("again"));
         EXPECT_FALSE(workspace->launchApplication("none"));
         EXPECT_FALSE(open("/gone"));
         EXPECT_THAT(opened, ElementsAre(bundle, tree.path("system/applications/a.desktop")));
@@ -152,24 +140,19 @@ namespace {
         EXPECT_TRUE(openBundle(writeTeller("teller", script)));
         close(pipeEnds[0]);
         close(pipeEnds[1]);
-        const auto lines = answers.read();
-        EXPECT_THAT(lines,
+        EXPECT_THAT(answers.read(),
                     ElementsAre(testing::Ne(std::to_string(getsid(0))), std::filesystem::canonical(home).native(),
                                 "/dev/null", "/dev/null"));
-        EXPECT_TRUE(openBundle(writeTeller("teller", "pwd"), "Path=/usr\n"));
-        EXPECT_THAT(answers.read(), ElementsAre("/usr"));
+        EXPECT_THAT(told(openBundle(writeTeller("teller", "pwd"), "Path=/usr\n")), ElementsAre("/usr"));
     }
 
     TEST_F(LinuxWorkspaceTest, TheActivationTokenServesOneStart)
     {
         const std::string teller = writeTeller("teller", "echo \"<$XDG_ACTIVATION_TOKEN|$DESKTOP_STARTUP_ID>\"");
-        openBundle(teller);
-        EXPECT_THAT(answers.read(), ElementsAre("<|>"));
+        EXPECT_THAT(told(openBundle(teller)), ElementsAre("<|>"));
         workspace->setActivationToken("token-7");
-        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
-        EXPECT_THAT(answers.read(), ElementsAre("<token-7|token-7>"));
-        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
-        EXPECT_THAT(answers.read(), ElementsAre("<|>"));
+        EXPECT_THAT(told(open(bundle)), ElementsAre("<token-7|token-7>"));
+        EXPECT_THAT(told(open(bundle)), ElementsAre("<|>"));
     }
 
     TEST_F(LinuxWorkspaceTest, TerminalProgramsGetATerminal)
@@ -181,21 +164,19 @@ namespace {
         EXPECT_THAT(messages, ElementsAre(HasSubstr("no terminal program")));
 
         writeTeller("xfce4-terminal");
-        EXPECT_TRUE(openBundle(command, "Terminal=true\n"));
-        EXPECT_THAT(answers.read(), ElementsAre("-x", program, "an argument"));
+        EXPECT_THAT(told(openBundle(command, "Terminal=true\n")), ElementsAre("-x", program, "an argument"));
         tree.environment.terminal = writeTeller("my 100%u \\'terminal");
-        EXPECT_TRUE(openBundle(command, "Terminal=true\nDBusActivatable=true\n"));
-        EXPECT_THAT(answers.read(), ElementsAre("-e", program, "an argument"));
+        EXPECT_THAT(told(openBundle(command, "Terminal=true\nDBusActivatable=true\n")),
+                    ElementsAre("-e", program, "an argument"));
     }
 
     TEST_F(LinuxWorkspaceTest, DocumentsAndDirectoriesOpenInTheDefaultApplication)
     {
         makeWorkspace();
         const std::string file = tree.files().writeFile("it's 100%20 \"odd\" \xFF.txt", "text");
-        EXPECT_TRUE(open(file));
-        EXPECT_THAT(answers.read(), ElementsAre("viewer", file));
-        EXPECT_TRUE(open(tree.files().makeDirectory("Foreign.app")));
-        EXPECT_THAT(answers.read(), ElementsAre("files", tree.path("Foreign.app")));
+        EXPECT_THAT(told(open(file)), ElementsAre("viewer", file));
+        EXPECT_THAT(told(open(tree.files().makeDirectory("Foreign.app"))),
+                    ElementsAre("files", tree.path("Foreign.app")));
         EXPECT_THAT(messages, IsEmpty());
     }
 
@@ -207,22 +188,18 @@ namespace {
         const std::string program = writeTeller("teller", "echo started");
         std::filesystem::create_directory(tree.path("50% off.AppDir"));
         std::filesystem::copy(program, tree.path("50% off.AppDir/AppRun"));
-        EXPECT_TRUE(open(tree.path("50% off.AppDir")));
-        EXPECT_THAT(answers.read(), ElementsAre("started"));
+        EXPECT_THAT(told(open(tree.path("50% off.AppDir"))), ElementsAre("started"));
         const std::string entry =
             tree.writeEntry("local", "xfce-settings-manager.desktop",
                             "[Desktop Entry]\nType=Application\nName=A\nOnlyShowIn=XFCE;\nExec=" + program + "\n");
         chmod(entry.c_str(), 0755);
-        EXPECT_TRUE(open(entry));
-        EXPECT_THAT(answers.read(), ElementsAre("started"));
-        EXPECT_TRUE(workspace->launchApplication("com.apple.systempreferences"));
-        EXPECT_THAT(answers.read(), ElementsAre("started"));
+        EXPECT_THAT(told(open(entry)), ElementsAre("started"));
+        EXPECT_THAT(told(workspace->launchApplication("com.apple.systempreferences")), ElementsAre("started"));
     }
 
     TEST_F(LinuxWorkspaceTest, ADirectoryThatLooksLikeABundleStartsNothing)
     {
-        ASSERT_TRUE(openBundle(writeTeller("teller", "echo started")));
-        answers.read();
+        EXPECT_THAT(told(openBundle(writeTeller("teller", "echo started"))), ElementsAre("started"));
         // Somebody's package, whose own link names an entry that would start a program.
         const std::string evil = tree.writeEntry(
             "stick", "evil.desktop",
@@ -232,29 +209,24 @@ namespace {
         const std::string climb = tree.environment.bundlesDirectory() + "/../../../stick/A.app";
         tree.files().makeLink("Documents/innocent.pdf", climb);
         for (const std::string& path : { package, climb, tree.path("Documents/innocent.pdf") }) {
-            EXPECT_TRUE(open(path));
-            EXPECT_THAT(answers.read(), ElementsAre("files", package)) << path;
+            EXPECT_THAT(told(open(path)), ElementsAre("files", package)) << path;
             const NSImage icon = workspace->icon(path, NSWorkspace::EntryKind::symbolicLink);
             EXPECT_EQ(std::get<ThemedImage>(icon.source()->content()).names.front(), "application-x-executable");
         }
         // A bundle of ours whose link was bent starts what the keeper made it for.
         fs::remove(tree.bundlePath("System/Applications/A.app/Contents/Entry.desktop"));
         tree.files().makeLink("user/quillbox/bundles/System/Applications/A.app/Contents/Entry.desktop", evil);
-        EXPECT_TRUE(open(tree.bundlePath("System/Applications/A.app")));
-        EXPECT_THAT(answers.read(), ElementsAre("started"));
+        EXPECT_THAT(told(open(bundle)), ElementsAre("started"));
     }
 
     TEST_F(LinuxWorkspaceTest, BundlesOfADataDirectoryBehindALinkAreKnownByEachPath)
     {
         tree.files().makeLink("home", "user");
         tree.environment.dataHome = tree.path("home");
-        ASSERT_TRUE(openBundle(writeTeller("teller", "echo started")));
-        EXPECT_THAT(answers.read(), ElementsAre("started"));
+        EXPECT_THAT(told(openBundle(writeTeller("teller", "echo started"))), ElementsAre("started"));
         tree.files().makeLink("favourite", tree.path("home/quillbox/bundles/System/Applications/A.app"));
-        for (const char* path : { "user/quillbox/bundles/System/Applications/A.app", "favourite" }) {
-            EXPECT_TRUE(open(tree.path(path)));
-            EXPECT_THAT(answers.read(), ElementsAre("started")) << path;
-        }
+        for (const char* path : { "home/quillbox/bundles/System/Applications/A.app", "favourite" })
+            EXPECT_THAT(told(open(tree.path(path))), ElementsAre("started")) << path;
     }
 
     TEST_F(LinuxWorkspaceTest, EntriesThatAreNotToBeTrustedOpenAsDocuments)
@@ -279,16 +251,12 @@ namespace {
         for (const auto& row : cases) {
             const std::string file = tree.files().writeFile(row.name, text);
             ASSERT_EQ(chmod(file.c_str(), row.mode), 0);
-            EXPECT_TRUE(open(file));
-            if (row.isStarted)
-                EXPECT_THAT(answers.read(), ElementsAre("started")) << row.name;
-            else
-                EXPECT_THAT(answers.read(), ElementsAre("viewer", file)) << row.name;
+            EXPECT_EQ(told(open(file)), row.isStarted ? Lines { "started" } : Lines({ "viewer", file })) << row.name;
         }
         const std::string run = tree.files().writeFile("stick/Holiday.AppDir/AppRun", "#!/bin/sh\n");
         ASSERT_EQ(chmod(run.c_str(), 0755), 0);
-        EXPECT_TRUE(open(tree.path("stick/Holiday.AppDir")));
-        EXPECT_THAT(answers.read(), ElementsAre("files", tree.path("stick/Holiday.AppDir")));
+        EXPECT_THAT(told(open(tree.path("stick/Holiday.AppDir"))),
+                    ElementsAre("files", tree.path("stick/Holiday.AppDir")));
         EXPECT_THAT(messages, IsEmpty());
     }
 
@@ -300,12 +268,8 @@ namespace {
         tree.files().makeDirectory("far/away/sub");
         tree.files().makeLink("a/L", tree.path("far/away"));
         tree.files().makeLink("far/away/sub/x.txt", "../../y.txt");
-        std::vector<std::string> opened;
-        workspace->onOpened = [&](const std::string& path) { opened.push_back(path); };
-        for (const char* path : { "a/L/sub/x.txt", "a/L/sub/../../y.txt" }) {
-            EXPECT_TRUE(open(tree.path(path)));
-            EXPECT_THAT(answers.read(), ElementsAre("viewer", meant)) << path;
-        }
+        for (const char* path : { "a/L/sub/x.txt", "a/L/sub/../../y.txt" })
+            EXPECT_THAT(told(open(tree.path(path))), ElementsAre("viewer", meant)) << path;
         EXPECT_THAT(opened, ElementsAre(meant, meant)) << "and is noted under one path";
     }
 
@@ -314,7 +278,7 @@ namespace {
         EXPECT_FALSE(openBundle("/no/such/program"));
         EXPECT_THAT(messages.back(), testing::AllOf(HasSubstr("“A.app”"), HasSubstr("isn't installed")));
         std::filesystem::remove(tree.path("system/applications/a.desktop"));
-        EXPECT_FALSE(open(tree.bundlePath("System/Applications/A.app")));
+        EXPECT_FALSE(open(bundle));
         EXPECT_THAT(messages.back(), HasSubstr("it is gone"));
         EXPECT_FALSE(open(tree.path("missing.txt")));
         EXPECT_THAT(messages.back(), HasSubstr("“missing.txt”"));

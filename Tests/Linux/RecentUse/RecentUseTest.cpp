@@ -2,13 +2,13 @@
 
 #include "FileStamp.h"
 #include "ManualClock.h"
-#include "PlasmaWriter.h"
 #include "XdgTree.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sqlite3.h>
+#include <utility>
 
 namespace quillbox {
 namespace {
@@ -32,8 +32,10 @@ namespace {
         void restart()
         {
             index.reset();
-            bundles = std::make_unique<ApplicationBundles>(tree.environment, nullptr);
-            index = std::make_unique<RecentUseIndex>(*bundles, errors.callback());
+            tree.restart();
+            errors.clear();
+            index = std::make_unique<RecentUseIndex>(tree.keeper(),
+                                                     [this](const Error& error) { errors.push_back(error); });
         }
         // Applications by their bundle's path within the directory of bundles.
         std::vector<std::string> used(double from = 1, double until = kNow + 86'400)
@@ -55,8 +57,7 @@ namespace {
 
         XdgTree tree;
         ManualClock clock { Date::sinceUnixEpoch(kNow) };
-        ErrorLog errors;
-        std::unique_ptr<ApplicationBundles> bundles;
+        std::vector<Error> errors;
         std::unique_ptr<RecentUseIndex> index;
     };
 
@@ -176,6 +177,30 @@ namespace {
         }
     }
 
+    // Plasma's record, open as the desktop has it.
+    class PlasmaWriter {
+    public:
+        explicit PlasmaWriter(const std::string& file)
+        {
+            fs::create_directories(fs::path(file).parent_path());
+            EXPECT_EQ(sqlite3_open(file.c_str(), &database_), SQLITE_OK);
+        }
+        ~PlasmaWriter() { stop(); }
+        PlasmaWriter(const PlasmaWriter&) = delete;
+        PlasmaWriter& operator=(const PlasmaWriter&) = delete;
+
+        // Whether all of those statements could be run.
+        bool run(const std::string& statements)
+        {
+            return sqlite3_exec(database_, statements.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+        }
+        // Closes the database, as the desktop does at its end.
+        void stop() { sqlite3_close(std::exchange(database_, nullptr)); }
+
+    private:
+        sqlite3* database_ = nullptr;
+    };
+
     constexpr const char* kSchema =
         "CREATE TABLE ResourceEvent(usedActivity TEXT, initiatingAgent TEXT, targettedResource TEXT, start INTEGER,"
         " end INTEGER);"
@@ -281,7 +306,7 @@ namespace {
     {
         const std::string entry = tree.writeApplication("system", "b.desktop", "B");
         tree.writeApplication("user", "a.desktop", "A");
-        bundles->bringUpToDate();
+        tree.update();
         // The newest of all records counts.
         writeList(bookmark("file:///home/me/b", kMayFirst));
         const auto open = [&](const std::string& path) {
@@ -310,18 +335,17 @@ namespace {
         ASSERT_EQ(many.size(), OwnUseRecord::kCapacity);
         EXPECT_EQ(many.front(), "/many/0");
         EXPECT_EQ(fs::status(tree.path(kOwnFile)).permissions(), fs::perms(0600));
-        EXPECT_THAT(errors.errors, IsEmpty());
+        EXPECT_THAT(errors, IsEmpty());
     }
 
     TEST_F(RecentUse, ADamagedRecordOfOurOwnIsKeptBesideTheNewOne)
     {
         for (const char* damaged : { "bplist00 no more", "<plist><dict/></plist>", "" }) {
             restart();
-            errors.errors.clear();
             tree.files().writeFile(kOwnFile, damaged);
             index->noteOpened("/home/me/a");
-            ASSERT_EQ(errors.errors.size(), 1U);
-            EXPECT_EQ(tree.files().readFile(fs::relative(errors.errors[0].path, tree.path()).native()), damaged);
+            ASSERT_EQ(errors.size(), 1U);
+            EXPECT_EQ(tree.files().readFile(fs::relative(errors[0].path, tree.path()).native()), damaged);
             restart();
             EXPECT_THAT(used(), ElementsAre("/home/me/a"));
             clock.advance(std::chrono::seconds(2));
@@ -334,7 +358,7 @@ namespace {
         index->noteOpened("/home/me/a");
         index->noteOpened("/home/me/b");
         EXPECT_EQ(used().size(), 2U) << "known as long as this process runs";
-        EXPECT_EQ(errors.errors.size(), 1U);
+        EXPECT_EQ(errors.size(), 1U);
         EXPECT_TRUE(fs::is_directory(tree.path(kOwnFile)));
     }
 
