@@ -4,7 +4,6 @@
 #include "TemporaryDirectory.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <gtest/gtest.h>
 
 using namespace quillbox;
@@ -46,15 +45,14 @@ TEST(LinkChain, IsGivenUpPastItsBound)
 TEST(CanonicalPath, HasTheKernelsMeaningNotThatOfTheText)
 {
     const TemporaryDirectory files;
-    const std::string base = std::filesystem::canonical(files.path()).string();
     files.makeDirectory("far/sub");
-    files.writeFile("far/file");
+    const std::string file = files.writeFile("far/file");
     files.writeFile("file", "what the text would mean");
     files.makeLink("link", "far/sub");
-    EXPECT_EQ(*canonicalPath(files.path("link/../file")), base + "/far/file");
-    EXPECT_EQ(*canonicalPath(files.path("far//./file")), base + "/far/file");
+    EXPECT_EQ(*canonicalPath(files.path("link/../file")), file);
+    EXPECT_EQ(*canonicalPath(files.path("far//./file")), file);
     const std::string chained = endOf(files.makeLink("far/sub/x", "../file"));
-    EXPECT_EQ(*canonicalPath(chained), base + "/far/file");
+    EXPECT_EQ(*canonicalPath(chained), file);
     EXPECT_EQ(canonicalPath(files.path("gone/../file")).error().code, ENOENT);
     EXPECT_FALSE(canonicalPath(std::string("/\0", 2)) || canonicalPath(""));
 }

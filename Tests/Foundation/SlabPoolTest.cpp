@@ -19,24 +19,25 @@ TEST(SlabPool, CellsAreApartAndMemoryGoesBackWhenTheyAreGone)
     const std::size_t before = SlabPool::bytesInUse();
     std::vector<std::uint8_t*> cells(kCount);
     const auto markOf = [&](std::size_t index) { return Cell(kCellSize, static_cast<std::uint8_t>(index % 251)); };
-    // A third of them goes and comes again.
-    for (const std::size_t step : { 1U, 3U }) {
-        for (std::size_t index = 0; index < kCount; index += step) {
-            if (cells[index])
-                pool.deallocate(cells[index]);
-        }
-        for (std::size_t index = 0; index < kCount; index += step) {
-            cells[index] = static_cast<std::uint8_t*>(pool.allocate());
-            ASSERT_EQ(reinterpret_cast<std::uintptr_t>(cells[index]) % 16, 0U);
-            std::ranges::copy(markOf(index), cells[index]);
-        }
-    }
+    const auto allocate = [&](std::size_t index) {
+        cells[index] = static_cast<std::uint8_t*>(pool.allocate());
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cells[index]) % 16, 0U);
+        std::ranges::copy(markOf(index), cells[index]);
+    };
+    // Comes to all of them, in another order than the pool has.
+    const auto place = [](std::size_t step) { return step * 7919 % kCount; };
+    for (std::size_t index = 0; index < kCount; ++index)
+        allocate(index);
+    for (std::size_t step = 0; step < kCount / 3; ++step)
+        pool.deallocate(cells[place(step)]);
+    for (std::size_t step = 0; step < kCount / 3; ++step)
+        allocate(place(step));
     EXPECT_EQ(SlabPool::bytesInUse() - before, kCount * kCellSize);
     EXPECT_GE(pool.slabCount(), 10U);
     for (std::size_t index = 0; index < kCount; ++index)
         ASSERT_EQ(Cell(cells[index], cells[index] + kCellSize), markOf(index));
-    for (std::size_t index = 1; index < kCount; ++index)
-        pool.deallocate(cells[index]);
+    for (std::size_t step = 1; step < kCount; ++step)
+        pool.deallocate(cells[place(step)]);
     EXPECT_EQ(pool.slabCount(), 2U) << "the one in use and one in reserve";
     pool.deallocate(cells[0]);
     EXPECT_EQ(pool.slabCount(), 1U);
