@@ -123,8 +123,6 @@ namespace {
         EXPECT_EQ(inner->supermenu(), nullptr);
         menu->addItem(item);
         EXPECT_EQ(inner->supermenu(), menu.get());
-        menu->setItemArray({ item });
-        EXPECT_EQ(item->menu(), menu.get());
         menu->removeAllItems();
         EXPECT_EQ(inner->supermenu(), nullptr);
         item->setSubmenu(nullptr);

@@ -37,7 +37,7 @@ namespace {
         EXPECT_EQ(label->displayString, "My label");
         EXPECT_FALSE(label->noRecentItemsOlderThan);
         EXPECT_EQ(label->maxNumberOfRecentItems, 0);
-        EXPECT_EQ(MainMenuItemSaver(*label).optionFlags, 32U);
+        EXPECT_EQ(label->optionFlagsSv.rawValue(), 32U);
     }
 
     MainMenuItemSaver record(const std::string& type)

@@ -27,9 +27,6 @@ namespace {
     {
         ManageDefaults::loadAllFromDisk();
         EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
-        EXPECT_EQ(liveKinds(),
-                  (Strings { "fixedAppPreferences", "separator", "systemSettings", "separator",
-                             "systemApplicationsDirectory" }));
         ASSERT_TRUE(world.defaults.synchronize());
         EXPECT_FALSE(FileManager::defaultManager().fileExists(world.defaults.path()));
         EXPECT_TRUE(World::loggedMessages().empty());

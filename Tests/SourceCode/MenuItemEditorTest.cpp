@@ -52,7 +52,6 @@ namespace {
              }) {
             Editing user(c.item);
             ASSERT_TRUE(user.editor) << c.name;
-            EXPECT_EQ(user.editor->view()->window()->styleMask(), 1U);
             expectFrames(std::string("Editor ") + c.name, *user.editor->view());
         }
     }
@@ -68,6 +67,7 @@ namespace {
         EXPECT_EQ(user.editor->maxNumberOfItemsMenu.lock()->titleOfSelectedItem(), "10");
         user.editor->sortByDateCheckbox.lock()->performClick();
         user.editor->showPathAsTooltipCheckbox.lock()->performClick();
+        EXPECT_EQ(user.button("Use this Setting").keyEquivalent(), "\r");
         user.press("Use this Setting");
         EXPECT_FALSE(user.window()->attachedSheet());
         EXPECT_EQ(edited->displayString, "recentItemsDocs");

@@ -121,7 +121,6 @@ namespace {
             EXPECT_FALSE(held.drop());
             held.end();
             EXPECT_EQ(user.letters(), after);
-            EXPECT_FALSE(user.trash().shouldShowSmokeExplosion);
             user.table().changeList(list, NSTableView::Animation::none);
         }
 

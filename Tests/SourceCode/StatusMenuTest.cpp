@@ -35,7 +35,6 @@ namespace {
         world.start();
 
         EXPECT_EQ(world.desktop.statusItem, world.controller->statusItem().get());
-        EXPECT_EQ(world.controller->statusItem()->menu()->numberOfItems(), 0U);
         ASSERT_TRUE(world.controller->statusItem()->button()->image);
         EXPECT_TRUE(world.controller->statusItem()->button()->image->isTemplate());
         EXPECT_EQ(world.openedMenu(),
@@ -259,10 +258,12 @@ namespace {
         {
             for (const char* name : { "Report 10", "Report 9", "b.txt" })
                 index.paths.push_back(world.files.writeFile(name));
-            for (const char* name : { "Z.app", "plain", "x.prefPane", "kit.bundle", "A.app" })
+            for (const char* name : { "plain", "x.prefPane", "kit.bundle" })
                 index.paths.push_back(world.files.makeDirectory(name));
-            // The same file by another path, used later than the rest.
+            // The same file by another path.
             index.paths.push_back(world.files.makeLink("shortcut", ".") + "/Report 9");
+            for (const char* name : { "A.app", "Z.app" })
+                index.paths.push_back(world.files.makeDirectory(name));
             index.paths.push_back("/gone");
         }
         std::string shown(Type type, std::int64_t limit, MenuOptionFlagsSv sv = {})
@@ -282,8 +283,9 @@ namespace {
         EXPECT_EQ(shown(Type::recentItems, 10),
                   "Applications|A|Z|---|Documents|b.txt|kit.bundle|Report 9|Report 10|---|Clear Menu|");
         EXPECT_EQ(shown(Type::recentItems, 10, menuOptionFlagsSv::sortByDate),
-                  "Applications|A|Z|---|Documents|Report 9|kit.bundle|b.txt|Report 10|---|Clear Menu|");
-        EXPECT_EQ(shown(Type::recentItemsApps, 1), "A|---|Clear Menu|");
+                  "Applications|Z|A|---|Documents|Report 9|kit.bundle|b.txt|Report 10|---|Clear Menu|");
+        EXPECT_EQ(shown(Type::recentItems, 1), "Applications|Z|---|Documents|Report 9|---|Clear Menu|");
+        EXPECT_EQ(shown(Type::recentItemsApps, 1), "Z|---|Clear Menu|");
         EXPECT_EQ(shown(Type::recentItemsDocs, 2), "kit.bundle|Report 9|---|Clear Menu|");
         EXPECT_EQ(index.cutOff, world.clock.now().addingSeconds(-31'536'000));
     }

@@ -32,8 +32,7 @@ namespace {
         const std::string there = world.files.path("elsewhere/stick 1");
         ASSERT_TRUE(volume.mount(here));
         world.store({ MainMenuItemSaver(*pickedItem(here + "/Papers")) });
-        ManageDefaults::loadAllFromDisk();
-        world.launch();
+        world.start();
         const std::string rows = "/Papers: letter.txt|";
         EXPECT_EQ(seen(world), here + rows);
         ASSERT_EQ(volume.unmount(), 0) << "Quillbox keeps the volume from being unmounted";

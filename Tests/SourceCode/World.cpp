@@ -63,10 +63,10 @@ void World::configure(MainMenuItem::List items)
     launch();
 }
 
-void World::store(const std::vector<MainMenuItemSaver>& records, std::int64_t version)
+void World::store(const std::vector<MainMenuItemSaver>& records)
 {
     defaults.set(*MainMenuItemSaver::encodeList(records), "UserPickedMenuItems");
-    defaults.set(version, "MenuSaveVersion");
+    defaults.set(ManageDefaults::menusSaveVersion, "MenuSaveVersion");
     QB_CHECK(defaults.synchronize());
 }
 

@@ -55,7 +55,7 @@ public:
     // reload at every opening stay as they are.
     void configure(MainMenuItem::List items);
     // What is stored, on the disk.
-    void store(const std::vector<MainMenuItemSaver>& records, std::int64_t version = 2);
+    void store(const std::vector<MainMenuItemSaver>& records);
     std::vector<MainMenuItemSaver> storedRecords() const;
 
     FakeUser user() { return FakeUser(controller->statusItem()->menu()); }
