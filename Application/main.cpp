@@ -101,12 +101,13 @@ namespace {
         NSApplication& application = NSApplication::shared();
         const Installed<Desktop> installedDesktop(desktop);
 
-        ApplicationBundles bundles(XdgEnvironment::ofProcess(searchPaths), logBundleError);
+        const XdgEnvironment environment = XdgEnvironment::ofProcess(searchPaths);
+        ApplicationBundles bundles(environment, logBundleError);
         LinuxStandardDirectories directories(bundles);
         const Installed<StandardDirectories> installedDirectories(directories);
         LinuxVolumeNames volumeNames;
         const Installed<VolumeNames> installedVolumeNames(volumeNames);
-        LinuxPlaces places;
+        LinuxPlaces places(environment);
         const Installed<Places> installedPlaces(places);
         LinuxWorkspace workspace(bundles, showMessage);
         workspace.setSearchPaths(&searchPaths);

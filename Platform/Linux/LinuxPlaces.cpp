@@ -3,6 +3,8 @@
 #include "FileManager.h"
 #include "Installed.h"
 #include "MountTable.h"
+#include "PathRoute.h"
+#include "PlaceBookmarks.h"
 #include "Unicode.h"
 #include "VolumeNames.h"
 
@@ -22,34 +24,44 @@ namespace {
 
     class PlaceList {
     public:
-        // Without a title, the place is called as its directory is. A directory that is listed already stays as it is.
+        // Lists a directory, unless it is listed already or nothing is there. Without a title it is called as it is
+        // named.
         void add(Kind kind, const std::string& path, const std::string& title = {})
         {
-            const bool isListed =
-                std::any_of(list_.begin(), list_.end(), [&](const Place& place) { return place.path == path; });
-            if (!isListed)
-                list_.push_back({ kind, title.empty() ? nameOf(path) : title, path });
+            const bool mayHang = router_.mountThatMayHangOn(path, LastLink::followed).has_value();
+            if (!isListed(path) && (mayHang || mayBeDirectory(path)))
+                list_.push_back({ kind, title.empty() ? nameOf(path) : title, path, mayHang });
         }
 
         std::vector<Place> take() { return std::move(list_); }
 
     private:
+        bool isListed(const std::string& path) const
+        {
+            return std::any_of(list_.begin(), list_.end(), [&](const Place& place) { return place.path == path; });
+        }
+
+        // One that can't be looked at is listed: opening it tells why.
+        static bool mayBeDirectory(const std::string& path)
+        {
+            const Result<FileKind> kind = FileManager::defaultManager().kind(path);
+            return kind ? *kind == FileKind::directory : !kind.error().isNotThere();
+        }
+
         static std::string nameOf(const std::string& path)
         {
             return unicode::displayText(path::lastPathComponent(path));
         }
 
+        PathRouter router_;
         std::vector<Place> list_;
     };
 
     void addStandardDirectories(PlaceList& list)
     {
-        FileManager& files = FileManager::defaultManager();
         for (const SearchPathDirectory directory : kStandardDirectories) {
-            for (const URL& url : files.urls(directory, SearchPathDomainMask::userDomainMask)) {
-                if (files.fileExists(url.path()))
-                    list.add(Kind::standardDirectory, url.path());
-            }
+            for (const URL& url : FileManager::defaultManager().urls(directory, SearchPathDomainMask::userDomainMask))
+                list.add(Kind::standardDirectory, url.path());
         }
     }
 
@@ -69,10 +81,13 @@ namespace {
 
 std::vector<Place> LinuxPlaces::places()
 {
+    const std::string home = FileManager::defaultManager().homeDirectoryForCurrentUser().path();
     PlaceList list;
-    list.add(Kind::home, FileManager::defaultManager().homeDirectoryForCurrentUser().path(), "Home");
+    list.add(Kind::home, home, "Home");
     addStandardDirectories(list);
     list.add(Kind::fileSystem, "/", "File System");
+    for (const PlaceBookmark& bookmark : placeBookmarks(home, configHome_, dataHome_))
+        list.add(Kind::bookmark, bookmark.path, bookmark.title);
     addVolumes(list);
     return list.take();
 }

@@ -55,6 +55,7 @@ namespace {
 XdgEnvironment XdgEnvironment::ofProcess(const LibrarySearchPaths& searchPaths)
 {
     XdgEnvironment environment;
+    environment.configHome = withoutTrailingSlashes(g_get_user_config_dir());
     environment.dataHome = withoutTrailingSlashes(g_get_user_data_dir());
     for (const std::string& directory : searchPaths.original("XDG_DATA_DIRS")) {
         // The standard tells programs to ignore relative paths.

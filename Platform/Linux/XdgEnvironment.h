@@ -12,6 +12,8 @@ class LibrarySearchPaths;
 // What the session tells a program about where desktop entries lie and which of them to show. The program takes
 // the process's own once, at its start; tests make theirs.
 struct XdgEnvironment {
+    // $XDG_CONFIG_HOME, $HOME/.config where it is not set.
+    std::string configHome;
     // $XDG_DATA_HOME, $HOME/.local/share where it is not set.
     std::string dataHome;
     // $XDG_DATA_DIRS, most important first.
