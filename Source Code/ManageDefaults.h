@@ -9,7 +9,8 @@
 
 namespace quillbox {
 
-// The only reader and writer of the user defaults: the list of top-level items and the one other setting.
+// The only reader and writer of what the user defaults hold of the menu: the list of top-level items, and one other
+// setting. (How the open panel was left is kept there as well, by NSOpenPanel.)
 // It also keeps the access to the files that the items point at, and notices when one has moved.
 class ManageDefaults {
 public:

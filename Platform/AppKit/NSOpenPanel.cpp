@@ -6,6 +6,7 @@
 #include "LinkChain.h"
 #include "NSApplication.h"
 #include "URLResourceValues.h"
+#include "UserDefaults.h"
 #include "WindowDisplay.h"
 
 namespace quillbox {
@@ -42,10 +43,12 @@ NSOpenPanel::NSOpenPanel() : NSWindow(std::make_shared<NSViewController>())
 void NSOpenPanel::beginSheetModal(NSWindow& parent, std::function<void(NSModalResponse)> completion)
 {
     urls_.clear();
+    settings_ = OpenPanelSettings::read(UserDefaults::standard());
     attachTo(parent, std::move(completion));
     const auto self = std::static_pointer_cast<NSOpenPanel>(shared_from_this());
     NSApplication::shared().desktop().windows().beginOpenPanel(
         self, parent, [self, heldWindow = parent.weak_from_this()](NSModalResponse response) {
+            self->settings_.store(UserDefaults::standard());
             // A window that was closed has ended its sheet by then.
             if (const auto held = heldWindow.lock())
                 held->endSheet(self, response);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NSWindow.h"
+#include "OpenPanelSettings.h"
 #include "URL.h"
 
 #include <functional>
@@ -13,7 +14,7 @@ namespace quillbox {
 
 // A sheet in which the person chooses files and directories that exist. Whoever wants them sets what may be chosen,
 // begins the sheet and reads urls() once it has ended with OK. Nothing is looked at before it is shown. To the model
-// it is a sheet without contents: what is in it is the display's.
+// it is a sheet without contents: what is in it is the display's. How the person arranges it is kept in the settings.
 class NSOpenPanel final : public NSWindow {
 public:
     NSOpenPanel();
@@ -27,7 +28,8 @@ public:
     // The confirm button's text.
     const std::string& prompt() const { return prompt_; }
     void setPrompt(std::string prompt) { prompt_ = std::move(prompt); }
-    // Shown first; where it can't be, the nearest directory above it is.
+    // Shown first, unless a panel of this session was left elsewhere. Where it can't be shown, the nearest directory
+    // above it is.
     const URL& directoryURL() const { return directoryURL_; }
     void setDirectoryURL(URL directory) { directoryURL_ = std::move(directory); }
 
@@ -54,6 +56,9 @@ public:
     // The directory to show when the entry is opened; none for files and packages.
     std::optional<std::string> directoryToEnter(const std::string& path) const;
     void setURLs(std::vector<URL> urls) { urls_ = std::move(urls); }
+    // As stored when the panel began; what is set is stored when it ends.
+    const OpenPanelSettings& settings() const { return settings_; }
+    void setSettings(const OpenPanelSettings& settings) { settings_ = settings; }
 
 private:
     std::string message_;
@@ -64,6 +69,7 @@ private:
     bool allowsMultipleSelection_ = false;
     bool resolvesAliases_ = true;
     std::vector<URL> urls_;
+    OpenPanelSettings settings_;
 };
 
 } // namespace quillbox

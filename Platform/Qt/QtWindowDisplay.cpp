@@ -10,7 +10,7 @@
 
 namespace quillbox {
 
-QtWindowDisplay::QtWindowDisplay()
+QtWindowDisplay::QtWindowDisplay() : openPanels_(std::make_unique<OpenPanelPresenter>())
 {
     installWindowAccessibility();
 }
@@ -85,7 +85,7 @@ void QtWindowDisplay::setNeedsDisplay(NSWindow& window)
 void QtWindowDisplay::beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindow& parent,
                                      std::function<void(int)> completion)
 {
-    OpenPanelPresenter::begin(std::move(panel), presenterOf(parent), std::move(completion));
+    openPanels_->begin(std::move(panel), presenterOf(parent), std::move(completion));
 }
 
 NSSize QtWindowDisplay::naturalSize(const NSTextField& field, double widthLimit)

@@ -10,6 +10,7 @@
 
 namespace quillbox {
 
+class OpenPanelPresenter;
 class WindowPresenter;
 
 // Shows the application's windows with Qt: one WindowPresenter a window, and the sizes of the style's controls.
@@ -45,6 +46,7 @@ private:
     // A sheet is its parent's widget too, and may go with it.
     std::map<const NSWindow*, QPointer<WindowPresenter>> presenters_;
     ControlSizes sizes_;
+    std::unique_ptr<OpenPanelPresenter> openPanels_;
 };
 
 } // namespace quillbox

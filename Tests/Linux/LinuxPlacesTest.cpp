@@ -12,8 +12,8 @@
 namespace quillbox {
 namespace {
 
-    constexpr const char* kPlasma = "<xbel><bookmark href='file://HOME/Music'><title>Twice</title></bookmark>"
-                                    "<bookmark href='file://HOME/Letters'><title>Post &amp; bills</title></bookmark>"
+    constexpr const char* kPlasma = "<xbel><bookmark href='file://TOP/Music'><title>Twice</title></bookmark>"
+                                    "<bookmark href='file://TOP/Letters'><title>Post &amp; bills</title></bookmark>"
                                     "<bookmark href='file:///usr'><info><metadata><isSystemItem>true</isSystemItem>"
                                     "</metadata></info></bookmark>"
                                     "<bookmark href='file:///etc'><info><metadata/><metadata><IsHidden>true</IsHidden>"
@@ -32,8 +32,8 @@ namespace {
 
         std::string withHome(std::string text) const
         {
-            for (std::size_t at; (at = text.find("HOME")) != std::string::npos;)
-                text.replace(at, 4, files.path());
+            for (std::size_t at; (at = text.find("TOP")) != std::string::npos;)
+                text.replace(at, 3, files.path());
             return text;
         }
         // "title path" of all but volumes, which the machine may have.
@@ -65,21 +65,21 @@ namespace {
             std::vector<std::string> lines = person.listed();
             for (std::string& line : lines) {
                 if (const auto at = line.find(person.files.path()); at != std::string::npos)
-                    line.replace(at, person.files.path().size(), "HOME");
+                    line.replace(at, person.files.path().size(), "TOP");
             }
             EXPECT_THAT(std::vector(lines.begin(), lines.begin() + 3),
-                        testing::ElementsAre("Home HOME", "Music HOME/Music", "File System /"));
+                        testing::ElementsAre("Home TOP", "Music TOP/Music", "File System /"));
             return std::vector(lines.begin() + 3, lines.end());
         };
         EXPECT_THAT(listedWith(".gtk-bookmarks", "file:///usr Old"), testing::ElementsAre("Old /usr"));
         EXPECT_THAT(listedWith("config/gtk-3.0/bookmarks",
-                               "file://HOME/caf%E9  A b \r\n\nfile:///gone\nfile://HOME/file\nnonsense\n"
+                               "file://TOP/caf%E9  A b \r\n\nfile:///gone\nfile://TOP/file\nnonsense\n"
                                "sftp://server/usr\nfile:///usr%zz\nfile:///usr%00\nfile:///usr"),
-                    testing::ElementsAre("A b HOME/caf\xe9", "usr /usr"));
+                    testing::ElementsAre("A b TOP/caf\xe9", "usr /usr"));
         EXPECT_THAT(listedWith("data/user-places.xbel", kPlasma),
-                    testing::ElementsAre("A b HOME/caf\xe9", "usr /usr", "Post & bills HOME/Letters", "Damaged /var"));
+                    testing::ElementsAre("A b TOP/caf\xe9", "usr /usr", "Post & bills TOP/Letters", "Damaged /var"));
         EXPECT_THAT(listedWith("config/gtk-3.0/bookmarks", std::string((1 << 20) + 1, '\n')),
-                    testing::ElementsAre("Post & bills HOME/Letters", "Damaged /var"));
+                    testing::ElementsAre("Post & bills TOP/Letters", "Damaged /var"));
     }
 
     TEST(LinuxPlaces, AreListedUnaskedWhereAMountMayNotAnswer)
@@ -94,7 +94,7 @@ namespace {
         if (!volume.reasonItCannotBe().empty())
             GTEST_SKIP() << volume.reasonItCannotBe();
         person.files.writeFile("config/gtk-3.0/bookmarks",
-                               person.withHome("file://HOME/mounted/inner\nfile://HOME/link\n"));
+                               person.withHome("file://TOP/mounted/inner\nfile://TOP/link\n"));
         volume.stopAnswering();
         EXPECT_THAT(person.listed(),
                     testing::IsSupersetOf({ "inner ? " + mounted + "/inner", "link ? " + person.files.path("link") }));

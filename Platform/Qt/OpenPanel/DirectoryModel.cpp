@@ -10,6 +10,7 @@
 
 #include <QDateTime>
 #include <QGuiApplication>
+#include <QKeySequence>
 #include <QLocale>
 #include <QPalette>
 
@@ -43,6 +44,12 @@ namespace {
         return status && S_ISDIR(status->st_mode);
     }
 
+    // Texts that differ in case, or in how Unicode composes the same characters, are one when searching.
+    QString searchedForm(const QString& text)
+    {
+        return text.normalized(QString::NormalizationForm_KC).toCaseFolded();
+    }
+
 } // namespace
 
 Result<void> DirectoryModel::read(const std::string& directory)
@@ -52,6 +59,7 @@ Result<void> DirectoryModel::read(const std::string& directory)
     auto read = FileManager::defaultManager().contentsOfDirectory(URL::fileURLWithPath(directory),
                                                                   DirectoryEnumerationOptions::none);
     listing_ = read ? std::move(*read) : DirectoryListing(directory);
+    makeEntries();
     makeRows();
     endResetModel();
     return read ? Result<void>() : Result<void>(read.error());
@@ -70,35 +78,72 @@ void DirectoryModel::setShowsHidden(bool shows)
     endResetModel();
 }
 
+void DirectoryModel::setSearch(const QString& text)
+{
+    beginResetModel();
+    search_ = searchedForm(text);
+    makeRows();
+    endResetModel();
+}
+
+int DirectoryModel::rowOfSearch() const
+{
+    const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                    [this](std::size_t entry) { return searchedTextOf(entry).startsWith(search_); });
+    if (found != rows_.end())
+        return static_cast<int>(found - rows_.begin());
+    return rows_.empty() ? -1 : 0;
+}
+
+void DirectoryModel::makeEntries()
+{
+    entries_.assign(listing_.count(), {});
+    for (std::size_t i = 0; i < listing_.count(); ++i) {
+        const EntryKind kind = listing_.kind(i);
+        entries_[i].isDirectory = kind == EntryKind::directory
+            || ((kind == EntryKind::symbolicLink || kind == EntryKind::unknown) && leadsToDirectory(listing_.path(i)));
+        entries_[i].sortKey = nameSortKey(listing_.name(i));
+    }
+}
+
 void DirectoryModel::makeRows()
 {
     rows_.clear();
     for (std::size_t i = 0; i < listing_.count(); ++i) {
         if (!showsHidden_ && listing_.isHidden(listing_.name(i)))
             continue;
-        const EntryKind kind = listing_.kind(i);
-        const bool isDirectory = kind == EntryKind::directory
-            || ((kind == EntryKind::symbolicLink || kind == EntryKind::unknown) && leadsToDirectory(listing_.path(i)));
-        rows_.push_back({ i, isDirectory, nameSortKey(listing_.name(i)), std::nullopt });
+        if (search_.isEmpty() || searchedTextOf(i).contains(search_))
+            rows_.push_back(i);
     }
     sortRows();
 }
 
-const DirectoryModel::Details& DirectoryModel::detailsOf(const Row& row) const
+const QString& DirectoryModel::searchedTextOf(std::size_t entry) const
 {
-    if (!row.details) {
-        const std::string path = listing_.path(row.entry);
+    QString& text = entries_[entry].searched;
+    if (text.isNull())
+        text = searchedForm(QString::fromStdString(unicode::displayText(listing_.name(entry))));
+    return text;
+}
+
+const DirectoryModel::Details& DirectoryModel::detailsOf(std::size_t entry) const
+{
+    std::optional<Details>& details = entries_[entry].details;
+    if (!details) {
+        const std::string path = listing_.path(entry);
         Result<struct stat> status = statusOfPath(path);
         // A link that leads nowhere is shown with its own size and date.
         if (!status)
             status = statusOfPath(path, LastLink::notFollowed);
-        row.details = status ? Details { true, status->st_size, status->st_mtim.tv_sec } : Details {};
+        details = status ? Details { true, status->st_size, status->st_mtim.tv_sec } : Details {};
     }
-    return *row.details;
+    return *details;
 }
 
-bool DirectoryModel::isBefore(const Row& a, const Row& b) const
+bool DirectoryModel::isBefore(std::size_t firstEntry, std::size_t secondEntry) const
 {
+    const Entry& a = entries_[firstEntry];
+    const Entry& b = entries_[secondEntry];
     if (a.isDirectory != b.isDirectory)
         return a.isDirectory;
     const bool isAscending = sortOrder_ == Qt::AscendingOrder;
@@ -106,8 +151,8 @@ bool DirectoryModel::isBefore(const Row& a, const Row& b) const
         return isAscending ? a.sortKey < b.sortKey : b.sortKey < a.sortKey;
     // Directories have no size to speak of.
     if (sortColumn_ == modified || !a.isDirectory) {
-        const Details& first = detailsOf(a);
-        const Details& second = detailsOf(b);
+        const Details& first = detailsOf(firstEntry);
+        const Details& second = detailsOf(secondEntry);
         const auto one = sortColumn_ == size ? first.size : first.modified;
         const auto other = sortColumn_ == size ? second.size : second.modified;
         if (one != other)
@@ -118,7 +163,7 @@ bool DirectoryModel::isBefore(const Row& a, const Row& b) const
 
 void DirectoryModel::sortRows()
 {
-    std::stable_sort(rows_.begin(), rows_.end(), [this](const Row& a, const Row& b) { return isBefore(a, b); });
+    std::stable_sort(rows_.begin(), rows_.end(), [this](std::size_t a, std::size_t b) { return isBefore(a, b); });
 }
 
 void DirectoryModel::sort(int column, Qt::SortOrder order)
@@ -133,7 +178,7 @@ void DirectoryModel::sort(int column, Qt::SortOrder order)
     sortRows();
     std::vector<int> rowOfEntry(listing_.count(), -1);
     for (std::size_t row = 0; row < rows_.size(); ++row)
-        rowOfEntry[rows_[row].entry] = static_cast<int>(row);
+        rowOfEntry[rows_[row]] = static_cast<int>(row);
     QModelIndexList after;
     for (qsizetype i = 0; i < before.size(); ++i)
         after.append(index(rowOfEntry[entries[static_cast<std::size_t>(i)]], before[i].column()));
@@ -153,8 +198,10 @@ int DirectoryModel::columnCount(const QModelIndex& parent) const
 
 QVariant DirectoryModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role == Qt::TextAlignmentRole && section == size)
+    if (role == Qt::TextAlignmentRole && section != name)
         return QVariant::fromValue(kNumberAlignment);
+    if (role == Qt::ToolTipRole)
+        return QStringLiteral("Sorts by this (%1)").arg(keyOfOrder(section).toString());
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     switch (section) {
@@ -171,38 +218,53 @@ QVariant DirectoryModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    const Row& row = rows_[static_cast<std::size_t>(index.row())];
+    const std::size_t entry = this->entry(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return textOf(row, index.column());
+        return textOf(entry, index.column());
     case Qt::DecorationRole:
-        return index.column() == name ? iconOf(row) : QVariant();
+        return index.column() == name ? iconOf(entry) : QVariant();
     case Qt::ToolTipRole:
-        return index.column() == name ? toolTipMarkup(textOf(row, name).toString()) : QVariant();
+        return index.column() == name ? toolTipMarkup(textOf(entry, name).toString()) : QVariant();
     case Qt::TextAlignmentRole:
-        return index.column() == size ? QVariant::fromValue(kNumberAlignment) : QVariant();
+        return index.column() != name ? QVariant::fromValue(kNumberAlignment) : QVariant();
     default:
         return {};
     }
 }
 
-QVariant DirectoryModel::textOf(const Row& row, int column) const
+QVariant DirectoryModel::textOf(std::size_t entry, int column) const
 {
     if (column == name)
-        return shownOnOneLine(unicode::displayText(listing_.name(row.entry)));
-    if (!detailsOf(row).isKnown || (column == size && row.isDirectory))
+        return shownOnOneLine(unicode::displayText(listing_.name(entry)));
+    if (!detailsOf(entry).isKnown || (column == size && entries_[entry].isDirectory))
         return {};
     switch (column) {
     case size:
-        return QLocale().formattedDataSize(detailsOf(row).size);
+        return sizeText(detailsOf(entry).size);
     default:
-        return QLocale().toString(QDateTime::fromSecsSinceEpoch(detailsOf(row).modified), QLocale::ShortFormat);
+        return dateText(QDateTime::fromSecsSinceEpoch(detailsOf(entry).modified));
     }
 }
 
-QVariant DirectoryModel::iconOf(const Row& row) const
+QKeySequence DirectoryModel::keyOfOrder(int column)
 {
-    NSImage icon = NSWorkspace::sharedWorkspace().icon(listing_.path(row.entry), listing_.kind(row.entry));
+    return QKeySequence(QStringLiteral("Ctrl+%1").arg(column + 1));
+}
+
+QString DirectoryModel::sizeText(std::int64_t size)
+{
+    return QLocale().formattedDataSize(size);
+}
+
+QString DirectoryModel::dateText(const QDateTime& moment)
+{
+    return QLocale().toString(moment, QLocale::ShortFormat);
+}
+
+QVariant DirectoryModel::iconOf(std::size_t entry) const
+{
+    NSImage icon = NSWorkspace::sharedWorkspace().icon(listing_.path(entry), listing_.kind(entry));
     icon.setSize({ kIconSide, kIconSide });
     return ImageRenderer::pixmap(icon, qGuiApp->devicePixelRatio(), qGuiApp->palette().color(QPalette::Text));
 }

@@ -3,9 +3,12 @@
 #include "DirectoryModel.h"
 #include "URL.h"
 
+#include <QDateTime>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QShortcut>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -16,8 +19,22 @@ namespace quillbox {
 
 namespace {
 
-    constexpr int kSizeCharacters = 12;
-    constexpr int kDateCharacters = 22;
+    // Sizes and moments that are among the longest to write in any locale.
+    QStringList longSizes()
+    {
+        return { DirectoryModel::sizeText(999), DirectoryModel::sizeText(1023 * 1024 + 1000),
+                 DirectoryModel::sizeText(1023 * 1024 * 1024) };
+    }
+
+    QStringList longDates()
+    {
+        QStringList texts;
+        for (int month = 1; month <= 12; ++month) {
+            for (const int hour : { 10, 22 })
+                texts.append(DirectoryModel::dateText(QDateTime(QDate(2028, month, 28), QTime(hour, 58, 58))));
+        }
+        return texts;
+    }
 
 } // namespace
 
@@ -34,9 +51,12 @@ FilesTable::FilesTable(DirectoryModel& model, QWidget* parent)
     setAllColumnsShowFocus(true);
     setTextElideMode(Qt::ElideMiddle);
     setSortingEnabled(true);
-    sortByColumn(DirectoryModel::name, Qt::AscendingOrder);
     setUpColumns();
     connect(this, &QTreeView::doubleClicked, this, [this] { onOpen(); });
+    // The header takes no keys.
+    for (int column = 0; column < model.columnCount(); ++column)
+        connect(new QShortcut(DirectoryModel::keyOfOrder(column), this), &QShortcut::activated, this,
+                [this, column] { toggleOrder(column); });
 
     emptyNote_->setTextFormat(Qt::PlainText);
     emptyNote_->setWordWrap(true);
@@ -49,9 +69,57 @@ void FilesTable::setUpColumns()
 {
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(DirectoryModel::name, QHeaderView::Stretch);
-    const int character = fontMetrics().averageCharWidth();
-    header()->resizeSection(DirectoryModel::size, character * kSizeCharacters);
-    header()->resizeSection(DirectoryModel::modified, character * kDateCharacters);
+    header()->resizeSection(DirectoryModel::size, widthOf(DirectoryModel::size, longSizes()));
+    header()->resizeSection(DirectoryModel::modified, widthOf(DirectoryModel::modified, longDates()));
+}
+
+int FilesTable::widthOf(int column, const QStringList& texts) const
+{
+    int widest = 0;
+    for (const QString& text : texts)
+        widest = std::max(widest, fontMetrics().horizontalAdvance(text));
+    // What styles leave free on each side of an item's text, and two characters to keep the columns apart.
+    const int margins = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1);
+    return std::max(widest + margins + 2 * fontMetrics().averageCharWidth(), header()->sectionSizeHint(column));
+}
+
+void FilesTable::setShowsHidden(bool shows)
+{
+    const std::vector<std::string> selected = selectedNames();
+    model_.setShowsHidden(shows);
+    select(selected);
+}
+
+void FilesTable::search(const QString& text)
+{
+    const std::vector<std::string> selected = selectedNames();
+    isSearching_ = !text.isEmpty();
+    model_.setSearch(text);
+    if (!isSearching_)
+        return select(selected);
+    const QModelIndex found = model_.index(model_.rowOfSearch(), 0);
+    selectionModel()->setCurrentIndex(found, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void FilesTable::setOrder(OpenPanelSettings::Order order, bool isAscending)
+{
+    sortByColumn(static_cast<int>(order), isAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+}
+
+OpenPanelSettings::Order FilesTable::order() const
+{
+    return static_cast<OpenPanelSettings::Order>(header()->sortIndicatorSection());
+}
+
+bool FilesTable::isAscending() const
+{
+    return header()->sortIndicatorOrder() == Qt::AscendingOrder;
+}
+
+void FilesTable::toggleOrder(int column)
+{
+    const auto order = static_cast<OpenPanelSettings::Order>(column);
+    setOrder(order, order != this->order() || !isAscending());
 }
 
 void FilesTable::setEmptyNote(const QString& text, bool isFailure)
@@ -117,12 +185,20 @@ void FilesTable::keyPressEvent(QKeyEvent* event)
         return onOpen();
     case Qt::Key_Backspace:
         return onUp();
+    case Qt::Key_Escape:
+        if (isSearching_)
+            return onSearchEnded();
+        break;
     case Qt::Key_Slash:
     case Qt::Key_AsciiTilde:
         return onPathBegun(event->text());
     default:
-        QTreeView::keyPressEvent(event);
+        break;
     }
+    // A blank selects, as in any list.
+    if (const QString text = event->text(); !text.isEmpty() && text[0].isPrint() && text[0] != QChar(' '))
+        return onSearchBegun(text);
+    QTreeView::keyPressEvent(event);
 }
 
 } // namespace quillbox

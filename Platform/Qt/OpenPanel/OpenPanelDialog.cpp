@@ -3,12 +3,19 @@
 #include "DirectoryModel.h"
 #include "FileManager.h"
 #include "FilesTable.h"
+#include "MenuText.h"
+#include "MountInquiry.h"
+#include "NavigationBar.h"
 #include "OpenPanelPlaces.h"
 #include "PathField.h"
+#include "SearchField.h"
+#include "Unicode.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -16,7 +23,6 @@
 #include <QShortcut>
 #include <QShowEvent>
 #include <QSplitter>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace quillbox {
@@ -42,9 +48,11 @@ namespace {
 
 } // namespace
 
-OpenPanelDialog::OpenPanelDialog(const NSOpenPanel& panel, const std::vector<Place>& places, QWidget* parent)
+OpenPanelDialog::OpenPanelDialog(const NSOpenPanel& panel, const std::vector<Place>& places, std::string directory,
+                                 QWidget* parent)
     : QDialog(parent),
-      panel_(panel)
+      panel_(panel),
+      firstDirectory_(std::move(directory))
 {
     setWindowTitle(QApplication::applicationDisplayName());
     auto* down = new QVBoxLayout(this);
@@ -53,8 +61,7 @@ OpenPanelDialog::OpenPanelDialog(const NSOpenPanel& panel, const std::vector<Pla
     makeButtons(down);
     makeShortcuts();
     table_->setFocus();
-    const QSize room = screen()->availableSize() * kLargestPart;
-    resize(kNaturalSize.expandedTo(minimumSizeHint()).boundedTo(room));
+    applySettings();
     if (parent)
         parent->installEventFilter(this);
 }
@@ -66,28 +73,21 @@ void OpenPanelDialog::makeTop(QVBoxLayout* down)
         message->setText(QString::fromStdString(panel_.message()));
         down->addWidget(message);
     }
-    auto* across = new QHBoxLayout;
-    down->addLayout(across);
-    backButton_ = makeButton("go-previous", QStyle::SP_ArrowBack, "Back", &OpenPanelDialog::goBack);
-    across->addWidget(backButton_);
-    upButton_ = makeButton("go-up", QStyle::SP_ArrowUp, "Up", &OpenPanelDialog::goUp);
-    across->addWidget(upButton_);
-    path_ = new PathField(this);
+    bar_ = new NavigationBar(this);
+    bar_->onBack = [this] { goBack(); };
+    bar_->onUp = [this] { goUp(); };
+    path_ = &bar_->path();
     path_->onEdited = [this] { pathWasEdited(); };
     path_->onReturn = [this] { openTypedPath(); };
-    across->addWidget(path_, 1);
-}
-
-QToolButton* OpenPanelDialog::makeButton(const char* iconName, QStyle::StandardPixmap icon, const char* name,
-                                         void (OpenPanelDialog::*action)())
-{
-    auto* button = new QToolButton(this);
-    button->setIcon(QIcon::fromTheme(QString::fromLatin1(iconName), style()->standardIcon(icon)));
-    button->setToolTip(QString::fromLatin1(name));
-    button->setAccessibleName(QString::fromLatin1(name));
-    button->setAutoRaise(true);
-    connect(button, &QToolButton::clicked, this, action);
-    return button;
+    search_ = &bar_->search();
+    search_->onReturn = [this] { openSelection(); };
+    search_->onEnd = [this] { table_->setFocus(); };
+    search_->onMove = [this](QKeyEvent& event) {
+        table_->setFocus();
+        QApplication::sendEvent(table_, &event);
+    };
+    connect(search_, &QLineEdit::textChanged, this, &OpenPanelDialog::search);
+    down->addWidget(bar_);
 }
 
 void OpenPanelDialog::makeMiddle(QVBoxLayout* down, const std::vector<Place>& places)
@@ -107,16 +107,26 @@ void OpenPanelDialog::makeMiddle(QVBoxLayout* down, const std::vector<Place>& pl
                                                               : QAbstractItemView::SingleSelection);
     table_->onOpen = [this] { openSelection(); };
     table_->onUp = [this] { goUp(); };
-    table_->onPathBegun = [this](const QString& text) { path_->type(text); };
+    table_->onPathBegun = [this](const QString& text) {
+        path_->setFocus();
+        path_->type(text);
+    };
+    table_->onSearchEnded = [this] { search_->clear(); };
+    table_->onSearchBegun = [this](const QString& text) { search_->type(text); };
     connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &OpenPanelDialog::selectionHasChanged);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({ places_->sizeHint().width(), kNaturalSize.width() });
+    const int placesWidth = places_->sizeHint().width();
+    splitter->setSizes({ placesWidth, kNaturalSize.width() - placesWidth });
 }
 
 void OpenPanelDialog::makeButtons(QVBoxLayout* down)
 {
     auto* across = new QHBoxLayout;
+    showsHidden_ = new QCheckBox(QStringLiteral("&Hidden files"), this);
+    showsHidden_->setToolTip(QStringLiteral("Ctrl+H"));
+    connect(showsHidden_, &QCheckBox::toggled, this, &OpenPanelDialog::showHiddenFiles);
+    across->addWidget(showsHidden_);
     note_ = makeNote(this);
     across->addWidget(note_, 1);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
@@ -129,27 +139,75 @@ void OpenPanelDialog::makeButtons(QVBoxLayout* down)
     down->addLayout(across);
 }
 
+// Those of the parts are made by them.
 void OpenPanelDialog::makeShortcuts()
 {
     const auto add = [this](Qt::KeyboardModifier modifier, Qt::Key key, auto action) {
         connect(new QShortcut(QKeyCombination(modifier, key), this), &QShortcut::activated, this, action);
     };
-    add(Qt::ControlModifier, Qt::Key_H, [this] {
-        const std::vector<std::string> selected = table_->selectedNames();
-        model_->setShowsHidden(!model_->showsHidden());
-        select(selected);
-    });
-    add(Qt::ControlModifier, Qt::Key_L, [this] {
-        path_->setFocus();
-        path_->selectAll();
-    });
-    add(Qt::AltModifier, Qt::Key_Up, [this] { goUp(); });
+    add(Qt::ControlModifier, Qt::Key_H, [this] { showsHidden_->toggle(); });
     add(Qt::AltModifier, Qt::Key_Down, [this] { openSelection(); });
-    add(Qt::AltModifier, Qt::Key_Left, [this] { goBack(); });
     add(Qt::AltModifier, Qt::Key_Home, [this] { enter(files().homeDirectoryForCurrentUser().path()); });
     add(Qt::NoModifier, Qt::Key_F5, [this] { reload(); });
     for (const Qt::Key key : { Qt::Key_Return, Qt::Key_Enter })
         add(Qt::ControlModifier, key, [this] { confirm_->click(); });
+}
+
+// How it is arranged
+
+void OpenPanelDialog::applySettings()
+{
+    const OpenPanelSettings& settings = panel_.settings();
+    table_->setOrder(settings.order, settings.isAscending);
+    showsHidden_->setChecked(settings.showsHiddenFiles);
+    const QSize room = screen()->availableSize() * kLargestPart;
+    const QSize last(static_cast<int>(settings.size.width), static_cast<int>(settings.size.height));
+    resize((last.isEmpty() ? kNaturalSize : last).expandedTo(minimumSizeHint()).boundedTo(room));
+}
+
+OpenPanelSettings OpenPanelDialog::settings() const
+{
+    OpenPanelSettings settings = panel_.settings();
+    // On a smaller screen the panel was made smaller, and not by the person.
+    if (size() != firstSize_ && !isMaximized() && !isFullScreen())
+        settings.size = { static_cast<double>(width()), static_cast<double>(height()) };
+    settings.order = table_->order();
+    settings.isAscending = table_->isAscending();
+    settings.showsHiddenFiles = model_->showsHidden();
+    return settings;
+}
+
+std::optional<std::string> OpenPanelDialog::directoryShown() const
+{
+    return failure_.isEmpty() && !model_->directory().empty() ? std::optional(model_->directory()) : std::nullopt;
+}
+
+void OpenPanelDialog::showHiddenFiles(bool shows)
+{
+    isSelectionPassive_ = true;
+    table_->setShowsHidden(shows);
+    isSelectionPassive_ = false;
+    path_->setShowsHidden(shows);
+    showEmptyNote();
+    if (!path_->isEdited())
+        selectionHasChanged();
+}
+
+void OpenPanelDialog::search(const QString& text)
+{
+    table_->search(text);
+    showEmptyNote();
+    selectionHasChanged();
+}
+
+void OpenPanelDialog::showEmptyNote()
+{
+    if (!failure_.isEmpty())
+        table_->setEmptyNote(QStringLiteral("This directory can't be shown: %1").arg(failure_), true);
+    else if (!search_->text().isEmpty())
+        table_->setEmptyNote(QStringLiteral("No name here contains “%1”").arg(search_->text()), false);
+    else
+        table_->setEmptyNote(QStringLiteral("Nothing here"), false);
 }
 
 // Where it is
@@ -159,7 +217,8 @@ void OpenPanelDialog::showEvent(QShowEvent* event)
     QDialog::showEvent(event);
     if (event->spontaneous() || !model_->directory().empty())
         return;
-    std::string directory = panel_.directoryURL().path();
+    firstSize_ = size();
+    std::string directory = firstDirectory_;
     if (directory.empty())
         directory = files().homeDirectoryForCurrentUser().path();
     while (directory.size() > 1 && !files().isDirectory(directory))
@@ -178,16 +237,17 @@ void OpenPanelDialog::changeEvent(QEvent* event)
 
 void OpenPanelDialog::showDirectory(const std::string& directory, const std::vector<std::string>& selected)
 {
+    // The person goes somewhere: mounts that did not answer are asked again.
+    MountInquiry::beginOpening();
+    isSelectionPassive_ = true;
+    if (directory != model_->directory())
+        search_->clear();
     const Result<void> result = model_->read(directory);
-    if (result)
-        table_->setEmptyNote(QStringLiteral("Nothing here"), false);
-    else
-        table_->setEmptyNote(
-            QStringLiteral("This directory can't be shown: %1").arg(QString::fromStdString(result.error().reason())),
-            true);
+    isSelectionPassive_ = false;
+    failure_ = result ? QString() : QString::fromStdString(result.error().reason());
+    showEmptyNote();
     places_->setShown(directory);
-    backButton_->setEnabled(!back_.empty());
-    upButton_->setEnabled(directory != "/");
+    bar_->setWays(!back_.empty(), directory != "/");
     select(selected);
 }
 
@@ -222,15 +282,13 @@ void OpenPanelDialog::goUp()
 void OpenPanelDialog::reload()
 {
     const int scrolled = table_->verticalScrollBar()->value();
-    const bool isTyping = typed_.has_value() || path_->isModified();
+    const bool isTyping = path_->isEdited();
     const QString text = path_->text();
     const std::string directory = model_->directory();
     showDirectory(directory, table_->selectedNames());
     table_->verticalScrollBar()->setValue(scrolled);
-    if (isTyping) {
-        path_->setText(text);
-        pathWasEdited();
-    }
+    if (isTyping)
+        path_->type(text);
 }
 
 void OpenPanelDialog::select(const std::vector<std::string>& names)
@@ -241,31 +299,44 @@ void OpenPanelDialog::select(const std::vector<std::string>& names)
 
 // What is chosen
 
+bool OpenPanelDialog::isDirectoryChosen() const
+{
+    return !model_->directory().empty() && panel_.canChooseDirectories() && !table_->selectionModel()->hasSelection()
+        && !path_->isEdited() && search_->text().isEmpty() && panel_.canChoose(model_->directory());
+}
+
 std::vector<std::string> OpenPanelDialog::chosenPaths() const
 {
     if (typed_)
         return { *typed_ };
+    if (isDirectoryChosen())
+        return { model_->directory() };
     return table_->selectedPaths();
 }
 
 void OpenPanelDialog::selectionHasChanged()
 {
-    if (isTyping_)
+    if (isSelectionPassive_)
         return;
     typed_.reset();
-    note_->clear();
     path_->setDirectory(model_->directory());
-    confirm_->setEnabled(table_->selectionModel()->hasSelection());
+    const bool isDirectoryMeant = isDirectoryChosen();
+    const std::string shownName = unicode::displayText(path::lastPathComponent(model_->directory()));
+    note_->setText(isDirectoryMeant
+                       ? QStringLiteral("With nothing selected, “%1” itself is chosen").arg(shownOnOneLine(shownName))
+                       : QString());
+    confirm_->setEnabled(isDirectoryMeant || table_->selectionModel()->hasSelection());
 }
 
 void OpenPanelDialog::pathWasEdited()
 {
+    MountInquiry::continueOpening();
     note_->clear();
-    isTyping_ = true;
+    isSelectionPassive_ = true;
     table_->clearSelection();
-    isTyping_ = false;
+    isSelectionPassive_ = false;
     const std::string path = path_->path();
-    const bool isThere = !path_->text().isEmpty() && path != model_->directory() && files().fileExists(path);
+    const bool isThere = !path_->text().trimmed().isEmpty() && files().fileExists(path);
     typed_ = isThere ? std::optional(path) : std::nullopt;
     confirm_->setEnabled(typed_ && panel_.canChoose(*typed_));
 }
@@ -282,17 +353,17 @@ void OpenPanelDialog::openSelection()
 
 void OpenPanelDialog::openTypedPath()
 {
-    const QString text = path_->text();
+    const QString text = path_->text().trimmed();
     const std::string path = path_->path();
-    if (!files().fileExists(path)) {
-        note_->setText(QStringLiteral("There is no “%1”").arg(text));
+    if (const Result<FileKind> kind = files().kind(path); !kind) {
+        note_->setText(kind.error().isNotThere() ? QStringLiteral("There is no “%1”").arg(text)
+                                                 : QString::fromStdString(kind.error().description()));
         return;
     }
     // With a slash behind it, a package's name means its inside.
     const bool isInsideMeant = text.endsWith(QChar('/')) && files().isDirectory(path);
     if (const auto directory = isInsideMeant ? std::optional(path) : panel_.directoryToEnter(path)) {
         enter(*directory);
-        path_->setModified(false);
         path_->end(false);
     } else {
         confirm({ path });

@@ -34,12 +34,17 @@ void OpenPanelPresenter::begin(std::shared_ptr<NSOpenPanel> panel, QWidget* pare
                                std::function<void(int response)> completion)
 {
     Places* const places = Installed<Places>::current();
-    auto* dialog = new OpenPanelDialog(*panel, places ? places->places() : std::vector<Place>(), parentWindow);
+    auto* dialog =
+        new OpenPanelDialog(*panel, places ? places->places() : std::vector<Place>(),
+                            lastDirectory_->empty() ? panel->directoryURL().path() : *lastDirectory_, parentWindow);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     const auto answer = std::make_shared<Answer>(Answer { std::move(panel), std::move(completion) });
     const QPointer<SheetShield> shield = parentWindow ? new SheetShield(*parentWindow, *dialog) : nullptr;
-    QObject::connect(dialog, &QDialog::finished, dialog, [answer, dialog, shield](int result) {
+    QObject::connect(dialog, &QDialog::finished, dialog, [answer, dialog, shield, last = lastDirectory_](int result) {
         delete shield.data();
+        answer->panel->setSettings(dialog->settings());
+        if (const auto directory = dialog->directoryShown())
+            *last = *directory;
         const bool isOK = result == QDialog::Accepted;
         if (isOK)
             answer->panel->setURLs(dialog->urls());

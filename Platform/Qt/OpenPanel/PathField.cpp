@@ -14,28 +14,21 @@ namespace quillbox {
 PathField::PathField(QWidget* parent) : QLineEdit(parent), continuations_(new QStringListModel(this))
 {
     setAccessibleName(QStringLiteral("Path"));
+    setToolTip(QStringLiteral("Ctrl+L"));
     auto* completer = new QCompleter(continuations_, this);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     setCompleter(completer);
     completer->popup()->installEventFilter(this);
     connect(this, &QLineEdit::textEdited, this, &PathField::wasEdited);
-    connect(this, &QLineEdit::returnPressed, this, [this] { onReturn(); });
-    // The field has the text of a continuation that was picked from the list only after this signal. Return may have
-    // entered the directory by then, which is no editing.
-    connect(
-        completer, qOverload<const QString&>(&QCompleter::activated), this,
-        [this] {
-            if (path() == directory_)
-                setDirectory(directory_);
-            else
-                wasEdited();
-        },
-        Qt::QueuedConnection);
+    // The field has the text of a continuation that was clicked in the list only after this signal.
+    connect(completer, qOverload<const QString&>(&QCompleter::activated), this, &PathField::wasEdited,
+            Qt::QueuedConnection);
 }
 
 void PathField::setDirectory(const std::string& directory)
 {
     directory_ = directory;
+    isEdited_ = false;
     continued_.reset();
     setText(typedText(directory));
 }
@@ -47,22 +40,34 @@ std::string PathField::path() const
 
 void PathField::type(const QString& text)
 {
-    setFocus();
     setText(text);
     wasEdited();
-    completer()->setCompletionPrefix(text);
-    completer()->complete();
+}
+
+void PathField::setShowsHidden(bool shows)
+{
+    showsHidden_ = shows;
+    continued_.reset();
 }
 
 void PathField::wasEdited()
 {
-    const QString typed = text();
-    const QString begun = typed.left(typed.lastIndexOf(QChar('/')) + 1) + (typed.contains("/.") ? "." : "");
-    if (continued_ != begun) {
-        continued_ = begun;
-        continuations_->setStringList(typedContinuations(typed, directory_));
-    }
+    isEdited_ = true;
+    lookForContinuations();
     onEdited();
+}
+
+void PathField::lookForContinuations()
+{
+    const QString typed = text();
+    const qsizetype nameStart = typed.lastIndexOf(QChar('/')) + 1;
+    const bool isDotTyped = typed.mid(nameStart).startsWith(QChar('.'));
+    // A dot more or less in the same directory makes others of them.
+    const QString begun = typed.left(nameStart + (isDotTyped ? 1 : 0));
+    if (continued_ == begun)
+        return;
+    continued_ = begun;
+    continuations_->setStringList(typedContinuations(typed, directory_, showsHidden_));
 }
 
 void PathField::continueTyping()
@@ -78,19 +83,23 @@ void PathField::continueTyping()
             ++length;
         common = common ? common->left(length) : continuation;
     }
-    if (common)
-        type(*common);
+    if (!common)
+        return;
+    type(*common);
+    completer()->setCompletionPrefix(*common);
+    completer()->complete();
 }
 
 void PathField::keyPressEvent(QKeyEvent* event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isForDialog = event->modifiers().testFlag(Qt::ControlModifier);
-    // The field alone would hand Return on to the dialog's default button, too. While the list of continuations is
-    // shown, the completer needs the key.
-    if (isReturn && !isForDialog && !completer()->popup()->isVisible())
-        return onReturn();
-    QLineEdit::keyPressEvent(event);
+    if (!isReturn || isForDialog)
+        return QLineEdit::keyPressEvent(event);
+    // The field alone would hand Return on to the dialog's default button, too. A continuation that is marked in the
+    // list is in the field already.
+    completer()->popup()->hide();
+    onReturn();
 }
 
 bool PathField::eventFilter(QObject*, QEvent* event)

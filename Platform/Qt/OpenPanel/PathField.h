@@ -25,8 +25,12 @@ public:
     void setDirectory(const std::string& directory);
     // The absolute path that the text stands for; there need not be anything.
     std::string path() const;
-    // Types a text in place of all that is there, with the keyboard in the field.
+    // Whether the text is what the person has typed since then.
+    bool isEdited() const { return isEdited_; }
+    // Types a text in place of all that is there.
     void type(const QString& text);
+    // Offers hidden entries as well.
+    void setShowsHidden(bool shows);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -34,9 +38,12 @@ protected:
 
 private:
     void wasEdited();
+    void lookForContinuations();
     void continueTyping();
 
     std::string directory_;
+    bool isEdited_ = false;
+    bool showsHidden_ = false;
     QStringListModel* continuations_;
     // The part of the typed text that the continuations are of.
     std::optional<QString> continued_;

@@ -13,12 +13,14 @@ namespace quillbox {
 // How a path is shown where it can be typed.
 QString typedText(const std::string& path);
 
-// The absolute path meant, without "." and "..": "~" is the home directory, a relative path begins at `directory`.
-// Names that are shown like those of `directory` are taken to be those. There need not be anything at the path.
+// The absolute path meant, without "." and "..": "~" is the home directory, a relative path begins at `directory`, and
+// a "file:" URL is a path too. Names that are shown like those of `directory` are taken to be those. Blanks around the
+// text count only where something is called so. There need not be anything at the path.
 std::string typedPath(const QString& text, const std::string& directory);
 
 // What the text could go on to: everything in the directory that it names so far, written as it began, directories
-// with a slash behind them; hidden entries only where the name begun is one. Empty where it can't be read.
-QStringList typedContinuations(const QString& text, const std::string& directory);
+// with a slash behind them. Hidden entries are among them where `showsHidden` is set, and those whose names begin with
+// a dot where the name begun does too. Empty where the directory can't be read, and for URLs.
+QStringList typedContinuations(const QString& text, const std::string& directory, bool showsHidden = false);
 
 } // namespace quillbox

@@ -1,20 +1,22 @@
 #include "OpenPanelPresenter.h"
-#include "FileManager.h"
 #include "Installed.h"
+#include "Places.h"
 #include "SheetShield.h"
 #include "TemporaryDirectory.h"
-#include "TypedPath.h"
 #include "Unprivileged.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QCompleter>
 #include <QDialog>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QTreeView>
 
@@ -59,7 +61,7 @@ protected:
     {
         panel->setDirectoryURL(URL::fileURLWithPath(home.path()));
         parent->show();
-        OpenPanelPresenter::begin(panel, parent.get(), [this](int response) { responses.push_back(response); });
+        presenter.begin(panel, parent.get(), [this](int response) { responses.push_back(response); });
     }
     // What the person is told at the end; waits for it.
     int answer()
@@ -85,6 +87,12 @@ protected:
         return *parent->findChild<QDialog*>()->findChild<Widget*>();
     }
     QTreeView& table() const { return part<QTreeView>(); }
+    QLineEdit& field(const QString& name) const
+    {
+        const auto all = parent->findChildren<QLineEdit*>();
+        return **std::find_if(all.begin(), all.end(),
+                              [&](const QLineEdit* each) { return each->accessibleName() == name; });
+    }
     QPushButton& button(const QString& text) const
     {
         for (QPushButton* button : parent->findChildren<QPushButton*>()) {
@@ -99,6 +107,13 @@ protected:
         std::vector<std::string> names;
         for (int row = 0; row < table().model()->rowCount(); ++row)
             names.push_back(table().model()->index(row, 0).data().toString().toStdString());
+        return names;
+    }
+    std::vector<std::string> selected() const
+    {
+        std::vector<std::string> names;
+        for (const QModelIndex& row : table().selectionModel()->selectedRows())
+            names.push_back(row.data().toString().toStdString());
         return names;
     }
     void select(const std::vector<std::string>& names)
@@ -126,6 +141,7 @@ protected:
     TemporaryDirectory home;
     std::unique_ptr<QWidget> parent = std::make_unique<QWidget>();
     std::shared_ptr<NSOpenPanel> panel = std::make_shared<NSOpenPanel>();
+    OpenPanelPresenter presenter;
     std::vector<int> responses;
 };
 
@@ -152,6 +168,7 @@ TEST_F(OpenPanel, GivesWhatIsSelected)
     };
     const std::string odd = "odd\uFFFD.txt";
     for (const Case& example : std::vector<Case> {
+             { {}, true, { "" } },
              { { "file 10.txt" }, true, { "file 10.txt" } },
              { { "Folder" }, true, { "Folder" } },
              { { "Tool.app" }, true, { "Tool.app" } },
@@ -160,11 +177,10 @@ TEST_F(OpenPanel, GivesWhatIsSelected)
              { { "link", "alias.desktop" }, false, { "link", "alias.desktop" } },
              { { odd, "caf\uFFFD" }, true, { "caf\xe9", "odd\xff\xfe.txt" } },
          }) {
-        SCOPED_TRACE(example.selected.front());
+        SCOPED_TRACE(testing::PrintToString(example.selected));
         responses.clear();
         panel->setResolvesAliases(example.resolves);
         begin();
-        EXPECT_FALSE(confirm().isEnabled());
         select(example.selected);
         EXPECT_TRUE(confirm().isEnabled());
         confirm().click();
@@ -180,7 +196,6 @@ TEST_F(OpenPanel, ReturnEntersADirectoryAndTakesAFileOrAPackage)
     select({ "caf\uFFFD" });
     press(table(), Qt::Key_Return);
     EXPECT_THAT(shown(), ElementsAre("in\uFFFD.txt"));
-    EXPECT_FALSE(confirm().isEnabled());
     press(table(), Qt::Key_Backspace);
     EXPECT_EQ(table().selectionModel()->selectedRows().at(0).data(), "caf\uFFFD");
     press(table(), Qt::Key_Return);
@@ -189,6 +204,7 @@ TEST_F(OpenPanel, ReturnEntersADirectoryAndTakesAFileOrAPackage)
     EXPECT_EQ(answer(), NSOpenPanel::OK);
     EXPECT_THAT(chosen(), ElementsAre("caf\xe9/in\xe9.txt"));
     responses.clear();
+    presenter = OpenPanelPresenter();
     begin();
     select({ "Tool.app" });
     press(table(), Qt::Key_Return);
@@ -216,8 +232,97 @@ TEST_F(OpenPanel, WithoutDirectoriesTheConfirmButtonOpensThem)
 {
     panel->setCanChooseDirectories(false);
     begin();
+    EXPECT_FALSE(confirm().isEnabled());
     select({ "Folder" });
     confirm().click();
+    EXPECT_THAT(shown(), ElementsAre("inside.txt"));
+}
+
+TEST_F(OpenPanel, FindsWhatIsTypedInTheList)
+{
+    begin();
+    for (const char key : { 'T', 'X', 'T' })
+        press(table(), key, QString(QChar(key)));
+    EXPECT_THAT(shown(), ElementsAre("file 2.txt", "file 10.txt", "odd\uFFFD.txt"));
+    field("Search").setText("o");
+    EXPECT_THAT(selected(), ElementsAre("odd\uFFFD.txt")) << "which begins with it, unlike Folder";
+    press(field("Search"), Qt::Key_Up);
+    EXPECT_THAT(selected(), ElementsAre("broken"));
+    press(table(), Qt::Key_Escape);
+    EXPECT_EQ(shown().size(), 9U);
+    EXPECT_THAT(selected(), ElementsAre("broken"));
+    field("Search").setText("nowhere");
+    EXPECT_FALSE(confirm().isEnabled()) << "nothing found is not the directory";
+    field("Search").setText("folder");
+    press(field("Search"), Qt::Key_Return);
+    EXPECT_THAT(shown(), ElementsAre("inside.txt"));
+    EXPECT_TRUE(field("Search").text().isEmpty());
+}
+
+TEST_F(OpenPanel, HiddenFilesAreShownAndContinuedWhenAskedFor)
+{
+    home.writeFile(".config/.deep");
+    home.writeFile(".config/plain");
+    const auto continuations = [&](const std::string& text) {
+        type(text);
+        std::vector<std::string> all;
+        const QAbstractItemModel& model = *field("Path").completer()->model();
+        for (int row = 0; row < model.rowCount(); ++row)
+            all.push_back(model.index(row, 0).data().toString().toStdString());
+        return all;
+    };
+    begin();
+    EXPECT_THAT(continuations(".config/p"), ElementsAre(".config/plain"));
+    EXPECT_THAT(continuations(".config/."), testing::Contains(".config/.deep"));
+    EXPECT_THAT(continuations(".config/"), ElementsAre(".config/plain"));
+    select({ "Folder" });
+    part<QCheckBox>().click();
+    EXPECT_THAT(shown(), testing::IsSupersetOf({ ".config", ".hidden" }));
+    EXPECT_THAT(selected(), ElementsAre("Folder"));
+    EXPECT_THAT(continuations(".config/"), ElementsAre(".config/.deep", ".config/plain"));
+}
+
+TEST_F(OpenPanel, IsAsItWasLeft)
+{
+    begin();
+    parent->findChild<QDialog*>()->resize(640, 444);
+    part<QCheckBox>().click();
+    table().sortByColumn(1, Qt::DescendingOrder);
+    select({ "Folder" });
+    press(table(), Qt::Key_Return);
+    button("Cancel").click();
+    answer();
+    const OpenPanelSettings left { { 640, 444 }, OpenPanelSettings::Order::size, false, true };
+    EXPECT_EQ(panel->settings(), left);
+    responses.clear();
+    begin();
+    EXPECT_THAT(shown(), ElementsAre("inside.txt"));
+    EXPECT_EQ(parent->findChild<QDialog*>()->size(), QSize(640, 444));
+    EXPECT_TRUE(part<QCheckBox>().isChecked());
+    button("Cancel").click();
+    answer();
+    EXPECT_EQ(panel->settings(), left);
+}
+
+struct TwoPlaces final : Places {
+    std::vector<Place> places() override { return list; }
+    std::vector<Place> list;
+};
+
+TEST_F(OpenPanel, ListsPlacesThatOpen)
+{
+    TwoPlaces places;
+    const Installed<Places> installed(places);
+    places.list = { { Place::Kind::home, "Home", home.path() },
+                    { Place::Kind::bookmark, "Work", home.path("Folder"), true } };
+    begin();
+    auto& list = part<QListWidget>();
+    ASSERT_EQ(list.count(), 3);
+    EXPECT_EQ(list.item(1)->text(), "Bookmarks");
+    EXPECT_EQ(list.currentRow(), 0);
+    press(list, Qt::Key_Down);
+    EXPECT_EQ(list.currentItem()->text(), "Work") << "a heading is passed over";
+    press(list, Qt::Key_Return);
     EXPECT_THAT(shown(), ElementsAre("inside.txt"));
 }
 
@@ -265,37 +370,6 @@ TEST_F(OpenPanel, BlocksItsWindowAlone)
     answer();
     const auto below = parent->findChildren<QWidget*>();
     EXPECT_TRUE(std::ranges::none_of(below, [](QWidget* widget) { return dynamic_cast<SheetShield*>(widget); }));
-}
-
-struct Homes final : StandardDirectories {
-    std::vector<URL> urls(SearchPathDirectory, SearchPathDomainMask) override { return {}; }
-    URL homeDirectory() override { return URL::fileURLWithPath("/home/me"); }
-};
-
-TEST(TypedPath, StandsForTheBytesThatAreShownLikeIt)
-{
-    Homes homes;
-    const Installed<StandardDirectories> installed(homes);
-    const TemporaryDirectory directory;
-    directory.writeFile("a\xe9/x\xff");
-    const std::string base = directory.path("a\xe9");
-    const std::string shownBase = directory.path("a\uFFFD");
-    const std::pair<std::string, std::string> cases[] = {
-        { "~", "/home/me" },
-        { "~/b/../c/", "/home/me/c" },
-        { "/", "/" },
-        { "/../x", "/x" },
-        { "y/./z", base + "/y/z" },
-        { "..", directory.path() },
-        { shownBase, base },
-        { shownBase + "/x\uFFFD", base + "/x\xff" },
-        // Not below the directory shown, and not there at all.
-        { directory.path("a\uFFFDb"), directory.path("a\uFFFDb") },
-    };
-    for (const auto& [text, path] : cases)
-        EXPECT_EQ(typedPath(QString::fromStdString(text), base), path) << text;
-    EXPECT_EQ(typedContinuations("x", base), QStringList("x\uFFFD"));
-    EXPECT_EQ(typedContinuations("../", base), QStringList("../a\uFFFD/"));
 }
 
 } // namespace
