@@ -16,42 +16,25 @@ using namespace quillbox;
 namespace {
 
 using Values = PropertyList::Dictionary;
+const Values kOld { { "kept", true } };
 const Values kNew { { "kept", true }, { "new", std::string(10000, 'x') } };
-
-struct SaveCase {
-    const char* name;
-    // Makes what is there before.
-    void (*prepare)(const TemporaryDirectory&);
-    Values before;
-    // Files beside the settings that stay.
-    std::vector<std::string> others;
-};
 
 constexpr const char* kFile = "config/quillbox/defaults.plist";
 
-void writeValues(const TemporaryDirectory& files, const char* name)
-{
-    const Data bytes = *PropertyList(Values { { "kept", true } }).binaryData();
-    files.writeFile(name, std::string(bytes.begin(), bytes.end()));
-}
+struct SaveCase {
+    const char* name;
+    // What holds the settings before; empty where there are none yet.
+    std::string file;
+    bool isLinkedTo = false;
+    // Whether a save was killed before.
+    bool isUnfinishedThere = false;
+};
 
 const SaveCase kCases[] = {
-    { "TheFirst", [](const TemporaryDirectory&) {}, {}, {} },
-    { "OverAnother", [](const TemporaryDirectory& files) { writeValues(files, kFile); }, { { "kept", true } }, {} },
-    { "ThroughALink",
-      [](const TemporaryDirectory& files) {
-          writeValues(files, "config/quillbox/target");
-          files.makeLink(kFile, "target");
-      },
-      { { "kept", true } },
-      { "target" } },
-    { "AfterAKilledOne",
-      [](const TemporaryDirectory& files) {
-          writeValues(files, kFile);
-          files.writeFile("config/quillbox/defaults.plist.unfinished-123456", "half");
-      },
-      { { "kept", true } },
-      {} },
+    { "TheFirst", "" },
+    { "OverAnother", "defaults.plist" },
+    { "ThroughALink", "target", true },
+    { "AfterAKilledOne", "defaults.plist", false, true },
 };
 
 class FaultySave : public testing::TestWithParam<SaveCase> {
@@ -70,19 +53,17 @@ protected:
     {
         return UserDefaults(files.path(kFile)).dictionaryRepresentation();
     }
-    static std::vector<std::string> names(const TemporaryDirectory& files)
-    {
-        std::vector<std::string> found;
-        std::error_code ignored;
-        for (const auto& entry : std::filesystem::directory_iterator(files.path("config/quillbox"), ignored))
-            found.push_back(entry.path().filename());
-        std::erase(found, "defaults.plist");
-        return found;
-    }
     // What the save with that fault reported, in a directory of its own.
     static FaultRun runIn(const TemporaryDirectory& files, const std::optional<Fault>& fault)
     {
-        GetParam().prepare(files);
+        const std::string directory = "config/quillbox/";
+        const Data bytes = *PropertyList(kOld).binaryData();
+        if (!GetParam().file.empty())
+            files.writeFile(directory + GetParam().file, std::string(bytes.begin(), bytes.end()));
+        if (GetParam().isLinkedTo)
+            files.makeLink(kFile, GetParam().file);
+        if (GetParam().isUnfinishedThere)
+            files.writeFile(directory + "defaults.plist.unfinished-123456", "half");
         return runWithFault(fault, [&] { return save(files.path(kFile)); });
     }
 };
@@ -91,6 +72,10 @@ TEST_P(FaultySave, AtAnyCallLeavesTheOldOrTheNewAndIsTold)
 {
     const int callCount = runIn(TemporaryDirectory(), std::nullopt).callCount;
     ASSERT_GT(callCount, 15);
+    const Values before = GetParam().file.empty() ? Values() : kOld;
+    std::vector<std::string> names { "defaults.plist" };
+    if (GetParam().isLinkedTo)
+        names.push_back(GetParam().file);
     std::map<std::string, int> outcomes;
     // The first is a kill.
     for (const std::optional<int> error : { std::optional<int>(), { EIO }, { ENOSPC }, { EACCES } }) {
@@ -101,12 +86,12 @@ TEST_P(FaultySave, AtAnyCallLeavesTheOldOrTheNewAndIsTold)
             const Values found = stored(files);
             EXPECT_EQ(run.wasKilled, !error);
             EXPECT_TRUE(run.wasKilled || run.report == "saved" || run.report == "told") << run.report;
-            EXPECT_TRUE(found == kNew || (run.report != "saved" && found == GetParam().before));
+            EXPECT_TRUE(found == kNew || (run.report != "saved" && found == before));
             ++outcomes[run.report + (found == kNew ? " new" : " old")];
             EXPECT_EQ(save(files.path(kFile)), "saved");
             EXPECT_EQ(stored(files), kNew);
             if (found != kNew) {
-                EXPECT_EQ(names(files), GetParam().others) << "what was left is gone with the next save";
+                EXPECT_EQ(files.names("config/quillbox"), names) << "what was left is gone with the next save";
             }
         }
     }

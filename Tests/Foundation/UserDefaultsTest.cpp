@@ -8,7 +8,6 @@
 #include "TemporaryDirectory.h"
 #include "Unprivileged.h"
 
-#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
@@ -47,14 +46,7 @@ protected:
     }
     // As a program started now would read them.
     Values onDisk() const { return UserDefaults(defaults.path()).dictionaryRepresentation(); }
-    std::vector<std::string> fileNames() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(files.path("config/quillbox")))
-            names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
+    std::vector<std::string> fileNames() const { return files.names("config/quillbox"); }
 
     TemporaryDirectory files;
     ManualClock clock { Date { 0 } };

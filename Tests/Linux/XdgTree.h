@@ -47,6 +47,8 @@ public:
     // A text of a bundle's Info.plist; "(none)" where it has none.
     std::string info(std::string_view bundle, std::string_view key) const;
     std::string bundlePath(std::string_view bundle) const;
+    // The bundle of that title among the system's applications.
+    static std::string app(std::string_view title) { return "System/Applications/" + std::string(title) + ".app"; }
 
 private:
     TemporaryDirectory root_;

@@ -2,6 +2,7 @@
 
 #include "Check.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -69,6 +70,16 @@ std::string TemporaryDirectory::readFile(std::string_view name) const
     std::ostringstream contents;
     contents << file.rdbuf();
     return contents.str();
+}
+
+std::vector<std::string> TemporaryDirectory::names(std::string_view directory) const
+{
+    std::vector<std::string> names;
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(path(directory), ignored))
+        names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace quillbox

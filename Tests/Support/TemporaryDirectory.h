@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillbox {
 
@@ -25,6 +26,8 @@ public:
     std::string rename(std::string_view from, std::string_view to) const;
     void remove(std::string_view name) const;
     std::string readFile(std::string_view name) const;
+    // What lies in a directory, in the order of names; nothing where there is none.
+    std::vector<std::string> names(std::string_view directory) const;
 
 private:
     std::string path_;

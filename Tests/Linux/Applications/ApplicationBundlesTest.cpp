@@ -16,15 +16,11 @@ namespace {
     using testing::ElementsAre;
     using testing::SizeIs;
 
-    std::string app(const std::string& title)
-    {
-        return "System/Applications/" + title + ".app";
-    }
+    const auto app = XdgTree::app;
 
-    ino_t inodeOf(const XdgTree& tree, const std::string& bundle)
+    std::uint64_t inodeOf(const XdgTree& tree, const std::string& bundle)
     {
-        struct stat status { };
-        return stat(tree.bundlePath(bundle).c_str(), &status) == 0 ? status.st_ino : 0;
+        return FileStamp::of(tree.bundlePath(bundle)).inode;
     }
 
     // The bundles after the next start of the program.
@@ -138,8 +134,8 @@ namespace {
         tree.writeApplication("system", "a.desktop", "First");
         tree.writeApplication("system", "b.desktop", "Second");
         update(tree);
-        const ino_t first = inodeOf(tree, app("First"));
-        const ino_t second = inodeOf(tree, app("Second"));
+        const std::uint64_t first = inodeOf(tree, app("First"));
+        const std::uint64_t second = inodeOf(tree, app("Second"));
         ASSERT_NE(first, 0U);
 
         tree.writeApplication("system", "a.desktop", "Second");
@@ -221,7 +217,7 @@ namespace {
         tree.writeApplication("system", "a.desktop", "Files", "Name[de]=Dateien\nName[pt_BR]=Arquivos");
         tree.settle();
         update(tree);
-        const ino_t before = inodeOf(tree, app("Files"));
+        const std::uint64_t before = inodeOf(tree, app("Files"));
         for (const auto& [languages, name] : std::vector<std::pair<std::vector<std::string>, std::string>> {
                  { { "de_AT.UTF-8", "de_AT", "de", "C" }, "Dateien" },
                  { { "pt_BR", "pt", "de", "C" }, "Arquivos" },
@@ -251,7 +247,7 @@ namespace {
         tree.writeApplication("system", "a.desktop", "A");
         tree.settle();
         update(tree);
-        const ino_t before = inodeOf(tree, app("A"));
+        const std::uint64_t before = inodeOf(tree, app("A"));
         for (const char* damage : { "", "bplist00 and no more" }) {
             tree.files().writeFile("user/quillbox/bundles/System/Applications/A.app/Contents/Info.plist", damage);
             for (const char* state : { "", "quillbox bundles 1", "no record" }) {

@@ -32,10 +32,7 @@ std::string update(XdgTree& tree)
     return std::to_string(tree.errors.size());
 }
 
-std::string app(const std::string& title)
-{
-    return "System/Applications/" + title + ".app";
-}
+const auto app = XdgTree::app;
 
 // With none the update is killed.
 class FaultyBundleUpdate : public testing::TestWithParam<std::optional<int>> { };

@@ -288,6 +288,7 @@ namespace {
         EXPECT_FALSE(open(tree.path("pipe")));
         EXPECT_FALSE(open(""));
         EXPECT_EQ(messages.size(), 6U);
+        EXPECT_THAT(opened, IsEmpty());
     }
 
 } // namespace

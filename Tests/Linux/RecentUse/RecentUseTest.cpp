@@ -155,8 +155,7 @@ namespace {
             writeList(bookmark("https://example.org/", kMayFirst,
                                "<bookmark:applications><bookmark:application " + std::string(attributes)
                                    + " modified='2023-05-01T00:00:00Z' count='1'/></bookmark:applications>"));
-            const std::string bundle = "System/Applications/" + std::string(title) + ".app";
-            EXPECT_EQ(used(), std::vector<std::string>(*title ? 1 : 0, bundle)) << attributes;
+            EXPECT_EQ(used(), std::vector<std::string>(*title ? 1 : 0, XdgTree::app(title))) << attributes;
         }
     }
 
