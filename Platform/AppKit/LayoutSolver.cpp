@@ -28,7 +28,7 @@ namespace {
         // False where it was known, or follows from what is known, already.
         bool set(Line line, double value)
         {
-            if (known[line] || isWhole())
+            if (known[line])
                 return false;
             known[line] = value;
             if (count() >= 2)

@@ -1,5 +1,6 @@
 #include "TentativeMenuItemsTable.h"
 
+#include "Check.h"
 #include "Debug.h"
 #include "GlobalVars.h"
 #include "MenuItemEditorVC.h"
@@ -253,6 +254,7 @@ void TentativeMenuItemsTable::changeList(MainMenuItem::List list, Animation anim
 void TentativeMenuItemsTable::insertMenuItems(const MainMenuItem::List& items, int atRow)
 {
     MainMenuItem::List list = tentativeMenuItems;
+    QB_CHECK(atRow >= 0 && static_cast<std::size_t>(atRow) <= list.size());
     list.insert(list.begin() + atRow, items.begin(), items.end());
     changeList(std::move(list), Animation::slideDown);
 }
