@@ -10,7 +10,7 @@
 
 #include <QDBusVirtualObject>
 #include <QKeyEvent>
-#include <QWidget>
+#include <QPushButton>
 
 #include <functional>
 
@@ -20,40 +20,28 @@ namespace {
 
 using Action = std::function<void()>;
 
-void byAKey(const Action& act)
+void byAKey(const Action& act, const bool&)
 {
-    struct Control final : QWidget {
-        explicit Control(Action action) : act(std::move(action)) { }
-        void keyPressEvent(QKeyEvent*) override { act(); }
-        Action act;
-    } control(act);
+    QPushButton button;
+    QObject::connect(&button, &QPushButton::pressed, act);
     QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
-    QCoreApplication::sendEvent(&control, &press);
+    QCoreApplication::sendEvent(&button, &press);
 }
 
-void byTheClock(const Action& act)
+void byTheClock(const Action& act, const bool& isDone)
 {
     QtClock clock;
-    bool isDone = false;
-    const auto timer = clock.after(std::chrono::milliseconds(0), [&] {
-        act();
-        isDone = true;
-    });
+    const auto timer = clock.after(std::chrono::milliseconds(0), act);
     EXPECT_TRUE(waitUntil([&] { return isDone; }));
 }
 
-void byACallThatWasPutOff(const Action& act)
+void byACallThatWasPutOff(const Action& act, const bool& isDone)
 {
-    bool isDone = false;
-    const auto perform = [&] {
-        act();
-        isDone = true;
-    };
-    QMetaObject::invokeMethod(qApp, perform, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(qApp, act, Qt::QueuedConnection);
     EXPECT_TRUE(waitUntil([&] { return isDone; }));
 }
 
-void byACallOverTheBus(const Action& act)
+void byACallOverTheBus(const Action& act, const bool&)
 {
     struct Object final : QDBusVirtualObject {
         explicit Object(Action action) : act(std::move(action)) { }
@@ -77,7 +65,7 @@ void byACallOverTheBus(const Action& act)
 
 struct Entry {
     const char* name;
-    void (*enter)(const Action&);
+    void (*enter)(const Action& act, const bool& isDone);
 };
 
 class EventEntries : public testing::TestWithParam<Entry> { };
@@ -87,12 +75,14 @@ TEST_P(EventEntries, WriteWhatTheyChangedWhenTheyEnd)
     const TemporaryDirectory files;
     UserDefaults defaults(files.path("defaults.plist"));
     const Installed<UserDefaults> installed(defaults);
-    bool wasWrittenInside = true;
-    GetParam().enter([&] {
+    bool isDone = false;
+    const auto act = [&] {
         defaults.set(true, "changed");
-        wasWrittenInside = UserDefaults(defaults.path()).boolean("changed");
-    });
-    EXPECT_FALSE(wasWrittenInside);
+        EXPECT_FALSE(UserDefaults(defaults.path()).boolean("changed"));
+        isDone = true;
+    };
+    GetParam().enter(act, isDone);
+    EXPECT_TRUE(isDone);
     EXPECT_TRUE(UserDefaults(defaults.path()).boolean("changed"));
 }
 

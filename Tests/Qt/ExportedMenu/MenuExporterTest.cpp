@@ -50,14 +50,6 @@ protected:
     MenuHost host { itemBus.connection().baseService(), kPath };
 };
 
-TEST_F(MenuExporterTest, TheRootIsFilledByOneOpeningAndClosing)
-{
-    exporter.fill();
-    EXPECT_EQ(world.takeLog(), "update top, open top, close top");
-    EXPECT_TRUE(world.top->itemArray().empty());
-    EXPECT_EQ(run("get top"), "get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1\n");
-}
-
 // What panels call, in their order, while a person opens Papers, goes on to Letters and chooses "dear"; then calls
 // in orders that come of no panel we know. Each line is a call and all that has to come of it.
 struct HostScript {

@@ -6,10 +6,10 @@ using namespace quillbox;
 
 namespace {
 
-template <std::size_t length>
-QByteArray bytes(const char (&literal)[length])
+template <std::size_t Length>
+QByteArray bytes(const char (&literal)[Length])
 {
-    return { literal, length - 1 };
+    return { literal, Length - 1 };
 }
 
 // Settings as a manager writes them, in either order of bytes: a number, a colour and a text.
