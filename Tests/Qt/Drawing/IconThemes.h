@@ -6,7 +6,6 @@
 #include <QStringList>
 
 #include <string>
-#include <utility>
 
 namespace quillbox {
 

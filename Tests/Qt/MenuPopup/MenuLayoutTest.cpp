@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
 
 using namespace quillbox;
@@ -43,34 +44,32 @@ TEST(MenuLayout, ShortListsAreWhollyInSight)
     EXPECT_EQ(layout.rowAt(54), std::nullopt);
 }
 
-TEST(MenuLayout, ScrollingStopsAtBothEnds)
+TEST(MenuLayout, ScrollsToBothEndsAndByTheShortestWayToARow)
 {
     Heights heights;
     MenuLayout layout = heights.layout(12, 30);
-    EXPECT_TRUE(layout.scrollBy(43));
-    EXPECT_EQ(shown(layout), "4@-3 5@1 6@11 7@21 ");
-    EXPECT_TRUE(layout.canScrollUp() && layout.canScrollDown());
-    EXPECT_TRUE(layout.scrollBy(100000));
-    EXPECT_EQ(shown(layout), "8@-4 9@6 10@10 11@20 ");
-    EXPECT_FALSE(layout.canScrollDown());
-    EXPECT_DOUBLE_EQ(layout.extent().end, 1);
-    EXPECT_TRUE(layout.scrollBy(-100000));
-    EXPECT_EQ(shown(layout), "0@0 1@10 2@20 ");
-    EXPECT_DOUBLE_EQ(layout.extent().end, 3.0 / 12);
-}
-
-TEST(MenuLayout, ARowIsBroughtInSightByTheShortestWay)
-{
-    Heights heights;
-    MenuLayout layout = heights.layout(100, 30);
-    EXPECT_TRUE(layout.scrollToRow(3));
-    EXPECT_EQ(shown(layout), "1@0 2@10 3@20 ");
-    EXPECT_FALSE(layout.scrollToRow(2));
-    EXPECT_TRUE(layout.scrollToRow(0));
-    EXPECT_EQ(shown(layout), "0@0 1@10 2@20 ");
-    EXPECT_TRUE(layout.scrollToRow(99));
-    EXPECT_EQ(layout.visibleRow(99)->top, 26);
-    EXPECT_EQ(layout.visibleRow(50), std::nullopt);
+    const auto by = [&](int pixels) { return [&layout, pixels] { return layout.scrollBy(pixels); }; };
+    const auto to = [&](std::size_t row) { return [&layout, row] { return layout.scrollToRow(row); }; };
+    const struct {
+        std::function<bool()> scroll;
+        bool hasScrolled;
+        const char* shown;
+        double end;
+    } steps[] = {
+        { by(43), true, "4@-3 5@1 6@11 7@21 ", 7.9 / 12 }, { by(100000), true, "8@-4 9@6 10@10 11@20 ", 1 },
+        { by(-100000), true, "0@0 1@10 2@20 ", 3.0 / 12 }, { to(3), true, "1@0 2@10 3@20 ", 4.0 / 12 },
+        { to(2), false, "1@0 2@10 3@20 ", 4.0 / 12 },      { to(11), true, "8@-4 9@6 10@10 11@20 ", 1 },
+        { to(0), true, "0@0 1@10 2@20 ", 3.0 / 12 },
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.shown);
+        EXPECT_EQ(step.scroll(), step.hasScrolled);
+        EXPECT_EQ(shown(layout), step.shown);
+        EXPECT_DOUBLE_EQ(layout.extent().end, step.end);
+        EXPECT_EQ(layout.canScrollDown(), step.end < 1);
+        EXPECT_EQ(layout.canScrollUp(), step.shown[0] != '0');
+        EXPECT_EQ(layout.visibleRow(5).has_value(), step.end == 7.9 / 12);
+    }
 }
 
 TEST(MenuLayout, OnlyRowsInSightAreAskedFor)

@@ -1,7 +1,5 @@
 #include "MenuWorld.h"
 
-#include "NSApplication.h"
-
 #include <QCoreApplication>
 
 #include <utility>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "MenuPopup.h"
-#include "MenuPresenter.h"
 
 #include <string>
 #include <vector>

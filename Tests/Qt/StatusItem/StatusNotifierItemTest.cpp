@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDBusError>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>

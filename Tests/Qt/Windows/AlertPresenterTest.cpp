@@ -16,35 +16,32 @@ using namespace quillbox;
 
 namespace {
 
-// Runs the alert and `look` while it is up; answers it where `look` did not.
-void run(AlertPresenter& presenter, const NSAlert& alert, const std::function<void(QDialog&)>& look)
-{
-    bool wasUp = false;
-    QTimer::singleShot(0, [&] {
-        QDialog* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_TRUE(dialog);
-        wasUp = true;
-        look(*dialog);
-        dialog->accept();
-    });
-    presenter.run(alert);
-    EXPECT_TRUE(wasUp);
-    EXPECT_FALSE(presenter.isRunning());
-}
+class AlertPresenterTest : public testing::Test {
+protected:
+    // Runs an alert and `look` while it is up; answers it where `look` did not.
+    void run(const std::string& missingFile, const std::function<void(QDialog&)>& look, NSAlert alert = {})
+    {
+        alert.setMessageText("could not find this file:\n\n" + missingFile + "\n");
+        alert.setInformativeText("It <b>may</b> have been deleted &amp; so on.");
+        bool wasUp = false;
+        QTimer::singleShot(0, [&] {
+            QDialog* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            ASSERT_TRUE(dialog);
+            wasUp = presenter.isRunning();
+            look(*dialog);
+            dialog->accept();
+        });
+        presenter.run(alert);
+        EXPECT_TRUE(wasUp);
+        EXPECT_FALSE(presenter.isRunning());
+    }
 
-NSAlert missingFile(const std::string& path)
-{
-    NSAlert alert;
-    alert.setMessageText("could not find this file:\n\n" + path + "\n");
-    alert.setInformativeText("It <b>may</b> have been deleted &amp; so on.");
-    return alert;
-}
-
-TEST(AlertPresenter, ShowsTextsLetterByLetterToBeSelected)
-{
     AlertPresenter presenter;
-    run(presenter, missingFile("/a/<i>b</i>"), [&](QDialog& dialog) {
-        EXPECT_TRUE(presenter.isRunning());
+};
+
+TEST_F(AlertPresenterTest, ShowsTextsLetterByLetterToBeSelected)
+{
+    run("/a/<i>b</i>", [](QDialog& dialog) {
         const auto texts = dialog.findChildren<QTextEdit*>();
         ASSERT_EQ(texts.size(), 2);
         EXPECT_EQ(texts[0]->toPlainText(), "could not find this file:\n\n/a/<i>b</i>\n");
@@ -53,12 +50,11 @@ TEST(AlertPresenter, ShowsTextsLetterByLetterToBeSelected)
     });
 }
 
-TEST(AlertPresenter, KeepsTheWidthThatWasSetAndGrowsToItsTexts)
+TEST_F(AlertPresenterTest, KeepsTheWidthThatWasSetAndGrowsToItsTexts)
 {
-    AlertPresenter presenter;
-    NSAlert alert = missingFile("/" + std::string(1500, 'x'));
+    NSAlert alert;
     alert.setWindowFrame({ { 50, 60 }, { 600, 100 } });
-    run(presenter, alert, [](QDialog& dialog) {
+    const auto look = [](QDialog& dialog) {
         EXPECT_EQ(dialog.width(), 600);
         EXPECT_EQ(dialog.geometry().topLeft(), QPoint(50, 60));
         for (const QTextEdit* text : dialog.findChildren<QTextEdit*>()) {
@@ -66,33 +62,30 @@ TEST(AlertPresenter, KeepsTheWidthThatWasSetAndGrowsToItsTexts)
             EXPECT_LE(text->document()->size().height(), text->height() + 1);
             EXPECT_LE(text->document()->idealWidth(), text->viewport()->width() + 1);
         }
-    });
+    };
+    run("/" + std::string(1500, 'x'), look, alert);
 }
 
-TEST(AlertPresenter, AnEndlessTextStaysOnTheScreen)
+TEST_F(AlertPresenterTest, AnEndlessTextStaysOnTheScreen)
 {
-    AlertPresenter presenter;
-    run(presenter, missingFile(std::string(50'000, 'x')), [](QDialog& dialog) {
+    run(std::string(50'000, 'x'), [](QDialog& dialog) {
         EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
         const QPushButton* ok = dialog.findChildren<QPushButton*>()[0];
         EXPECT_TRUE(dialog.rect().contains(QRect(ok->mapTo(&dialog, QPoint()), ok->size())));
     });
 }
 
-TEST(AlertPresenter, ReturnAndEscapeAnswer)
+TEST_F(AlertPresenterTest, ReturnAndEscapeAnswer)
 {
     for (const int key : { Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape })
-        for (const bool isInText : { false, true }) {
-            AlertPresenter presenter;
-            run(presenter, missingFile("/a"), [&](QDialog& dialog) {
-                QTextEdit* text = dialog.findChildren<QTextEdit*>()[0];
+        for (const bool isInText : { false, true })
+            run("/a", [&](QDialog& dialog) {
                 if (isInText)
-                    text->setFocus();
+                    dialog.findChild<QTextEdit*>()->setFocus();
                 QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
                 QApplication::sendEvent(dialog.focusWidget(), &event);
                 EXPECT_FALSE(dialog.isVisible()) << key << ' ' << isInText;
             });
-        }
 }
 
 TEST(QtClock, CallsOnceUnlessTheTimerGoesFirst)

@@ -1,6 +1,5 @@
 #include "WindowWorld.h"
 
-#include "NSApplication.h"
 #include "WindowPresenter.h"
 
 #include <gtest/gtest.h>

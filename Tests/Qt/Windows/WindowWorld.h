@@ -2,7 +2,6 @@
 
 #include "Installed.h"
 #include "NSButton.h"
-#include "NSPopUpButton.h"
 #include "NSScrollView.h"
 #include "NSTableView.h"
 #include "NSTextField.h"
