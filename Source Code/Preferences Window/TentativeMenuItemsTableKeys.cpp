@@ -39,7 +39,7 @@ void TentativeMenuItemsTable::perform(Command command, const std::set<int>& rows
         moveByOne(rows, command == Command::moveUp);
         break;
     case Command::remove: {
-        std::vector<int> removed(rows.upper_bound(0), rows.end());
+        std::vector<int> removed(rows.begin(), rows.end());
         const int first = removed.front();
         const std::size_t count = removed.size();
         deleteMenuItems(std::move(removed));
