@@ -32,7 +32,7 @@ namespace {
 
         std::string withHome(std::string text) const
         {
-            for (std::size_t at; (at = text.find("TOP")) != std::string::npos;)
+            for (std::size_t at = 0; (at = text.find("TOP", at)) != std::string::npos; at += files.path().size())
                 text.replace(at, 3, files.path());
             return text;
         }

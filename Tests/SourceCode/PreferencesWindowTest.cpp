@@ -1,5 +1,6 @@
 #include "PreferencesUser.h"
 
+#include "AppDelegate.h"
 #include "Bundle.h"
 #include "Debug.h"
 #include "FrameFiles.h"
@@ -147,6 +148,26 @@ namespace {
         EXPECT_FALSE(FileManager::defaultManager().fileExists(user.world.defaults.path()));
         ManageDefaults::loadAllFromDisk();
         EXPECT_EQ(MainMenuItem::actualMenuItems(), ManageDefaults::defaultMenuItems());
+    }
+
+    TEST(PreferencesWindow, SaysThatDeletingThePreferencesFailedBeforeItQuits)
+    {
+        PreferencesUser user;
+        ManageDefaults::showDebugTab() = true;
+        user.open(labels("bc"));
+        World& world = user.world;
+        ASSERT_TRUE(world.defaults.synchronize());
+        NSApplication::shared().setDelegate(std::make_shared<AppDelegate>());
+        world.start();
+        world.files.rename("settings/defaults.plist", "elsewhere");
+        world.files.makeDirectory("settings/defaults.plist");
+        world.desktop.duringAlert = [&] { EXPECT_FALSE(world.desktop.isStopped); };
+        user.press("Delete All Preferences and Quit");
+        NSApplication::shared().setDelegate(nullptr);
+        EXPECT_TRUE(world.desktop.isStopped);
+        ASSERT_EQ(world.desktop.alerts.size(), 1U);
+        EXPECT_EQ(world.desktop.alerts[0].informativeText(),
+                  "couldn't delete the settings \"" + world.defaults.path() + "\": Is a directory");
     }
 
     TEST(PreferencesWindow, StaysWhereApplyingFailed)

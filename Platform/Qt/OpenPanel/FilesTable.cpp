@@ -22,8 +22,8 @@ namespace {
     // Sizes and moments that are among the longest to write in any locale.
     QStringList longSizes()
     {
-        return { DirectoryModel::sizeText(999), DirectoryModel::sizeText(1023 * 1024 + 1000),
-                 DirectoryModel::sizeText(1023 * 1024 * 1024) };
+        return { DirectoryModel::sizeText(999), DirectoryModel::sizeText(1'048'552),
+                 DirectoryModel::sizeText(1'072'693'248) };
     }
 
     QStringList longDates()

@@ -95,7 +95,7 @@ void OpenPanelPlaces::add(const Place& place)
 
 QIcon OpenPanelPlaces::iconOf(const Place& place) const
 {
-    const QIcon named = QIcon::fromTheme(iconNameOf(place));
+    QIcon named = QIcon::fromTheme(iconNameOf(place));
     if (!named.isNull())
         return named;
     // The workspace looks at the directory.
