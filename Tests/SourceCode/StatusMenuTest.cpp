@@ -196,6 +196,7 @@ namespace {
         std::vector<URL> urls(const std::vector<std::string>& names) const
         {
             std::vector<URL> result;
+            result.reserve(names.size());
             for (const std::string& name : names)
                 result.push_back(URL::fileURLWithPath(world.files.path(name)));
             return result;
