@@ -13,7 +13,8 @@ void sortAsRead(std::vector<QWidget*>& widgets)
               [](const QWidget* one, const QWidget* other) { return one->y() < other->y(); });
     for (auto line = widgets.begin(); line != widgets.end();) {
         // Those whose top is above the first one's middle are on one line with it.
-        const int middle = (*line)->geometry().center().y();
+        // A widget without a height has its middle above its top.
+        const int middle = std::max((*line)->y(), (*line)->geometry().center().y());
         const auto next =
             std::find_if(line, widgets.end(), [middle](const QWidget* widget) { return widget->y() > middle; });
         std::stable_sort(line, next, [](const QWidget* one, const QWidget* other) { return one->x() < other->x(); });
