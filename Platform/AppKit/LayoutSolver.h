@@ -19,6 +19,10 @@ struct LayoutProblem {
         // The size that its content wants within a width (infinite: as wide as it likes); a width or height below
         // zero is one that it does not mind.
         std::function<NSSize(double widthLimit)> naturalSize;
+        // What it needs to be usable; where nothing else says how high it is, it is that high.
+        std::function<NSSize()> leastSize;
+        // It scrolls: others have their lengths before it, and it takes what is left.
+        bool isScrolling = false;
     };
 
     const NSView* container = nullptr;
@@ -39,7 +43,12 @@ struct LayoutSolution {
 // The frames that the constraints give. Widths are settled first, then heights, since text is as tall as its
 // width makes it. Equations are followed from what is known; where they lead no further, a view takes the size of
 // its content, as far as its inequalities let it. Of two equations that contradict each other the first one
-// holds. A view that nothing places lies at the container's top left.
+// holds. A view that nothing places lies at the container's top left. Where an inequality does not hold, the nearest
+// stretchable equation is stretched until it does.
 LayoutSolution solveLayout(const LayoutProblem& problem);
+
+// The narrowest container, of `from` points or more, in which the inequalities hold and no item is narrower than it
+// can be. The problem's own width does not count.
+double leastContainerWidth(LayoutProblem problem, double from);
 
 } // namespace quillbox

@@ -14,9 +14,19 @@ std::shared_ptr<NSButton> NSButton::checkbox(std::string title)
     return button;
 }
 
-NSSize NSButton::naturalSize(double) const
+NSSize NSButton::naturalSize(double widthLimit) const
 {
-    return NSApplication::shared().desktop().windows().naturalSize(*this);
+    return NSApplication::shared().desktop().windows().naturalSize(*this, widthLimit);
+}
+
+NSSize NSButton::leastSize() const
+{
+    // The style leaves more around a push button's title than the title needs.
+    constexpr double kToSpare = 8;
+    if (imagePosition_ == ImagePosition::imageOnly)
+        return {};
+    const double natural = naturalSize(kNoWidthLimit).width;
+    return { buttonType_ == ButtonType::switchButton ? natural : natural - kToSpare, 0 };
 }
 
 void NSButton::setButtonType(ButtonType type)

@@ -20,6 +20,7 @@ public:
 
     const char* className() const override { return "NSButton"; }
     NSSize naturalSize(double widthLimit) const override;
+    NSSize leastSize() const override;
 
     ButtonType buttonType() const { return buttonType_; }
     void setButtonType(ButtonType type);

@@ -14,6 +14,11 @@ NSLayoutConstraint NSLayoutAnchor::constraintLessThanOrEqualTo(NSLayoutAnchor ot
     return { *this, NSLayoutConstraint::Relation::lessThanOrEqual, other, constant };
 }
 
+NSLayoutConstraint NSLayoutAnchor::constraintGreaterThanOrEqualTo(NSLayoutAnchor other, double constant) const
+{
+    return other.constraintLessThanOrEqualTo(*this, -constant);
+}
+
 NSLayoutConstraint NSLayoutAnchor::constraintEqualToConstant(double constant) const
 {
     QB_CHECK(attribute == LayoutAttribute::width || attribute == LayoutAttribute::height);

@@ -18,6 +18,7 @@ struct NSLayoutAnchor {
     // `constant` is in points, to the right and downwards.
     NSLayoutConstraint constraintEqualTo(NSLayoutAnchor other, double constant = 0) const;
     NSLayoutConstraint constraintLessThanOrEqualTo(NSLayoutAnchor other, double constant = 0) const;
+    NSLayoutConstraint constraintGreaterThanOrEqualTo(NSLayoutAnchor other, double constant = 0) const;
     // Of a width or a height.
     NSLayoutConstraint constraintEqualToConstant(double constant) const;
 };
@@ -42,6 +43,15 @@ public:
     // Its view is null where the first anchor is a length of its own.
     NSLayoutAnchor second() const { return second_; }
     double constant() const { return constant_; }
+    // Of an equation: it puts its lines further apart where inequalities need the room, never closer together. A length
+    // becomes longer where its view needs more.
+    bool isStretchable() const { return isStretchable_; }
+    NSLayoutConstraint stretchable() const
+    {
+        NSLayoutConstraint copy = *this;
+        copy.isStretchable_ = true;
+        return copy;
+    }
 
     // Takes effect at the next layout and holds as long as both views are in the same superview. The views are
     // in their places already.
@@ -52,6 +62,7 @@ private:
     Relation relation_;
     NSLayoutAnchor second_;
     double constant_;
+    bool isStretchable_ = false;
 };
 
 constexpr bool isHorizontal(LayoutAttribute attribute)

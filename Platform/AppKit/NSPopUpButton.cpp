@@ -13,6 +13,11 @@ NSSize NSPopUpButton::naturalSize(double) const
     return NSApplication::shared().desktop().windows().naturalSize(*this);
 }
 
+NSSize NSPopUpButton::leastSize() const
+{
+    return { naturalSize(kNoWidthLimit).width, 0 };
+}
+
 void NSPopUpButton::addItems(std::vector<std::string> withTitles)
 {
     titles_.insert(titles_.end(), std::make_move_iterator(withTitles.begin()),

@@ -12,6 +12,7 @@ class NSPopUpButton final : public NSControl {
 public:
     const char* className() const override { return "NSPopUpButton"; }
     NSSize naturalSize(double widthLimit) const override;
+    NSSize leastSize() const override;
 
     const std::vector<std::string>& itemTitles() const { return titles_; }
     // The first title is selected until another is.

@@ -15,10 +15,13 @@ public:
     void setDocumentView(std::shared_ptr<NSView> view);
     // In the document's coordinates; what can't be reached is cut down to what can.
     void scroll(double toY);
-    // So far that the rectangle of the document shows, and no further.
+    // So far that the rectangle of the document shows, and no further. Of one that is too high its top shows, unless
+    // nothing but it is in sight already.
     void scrollToVisible(NSRect rect);
     // How far it can be scrolled.
     double maximumScroll() const;
+    // How high the document is in a window of that width.
+    double documentHeight(double width) const;
 
 private:
     std::shared_ptr<NSView> documentView_;
@@ -36,6 +39,8 @@ public:
 
     const char* className() const override { return "NSScrollView"; }
     void layout() override;
+    NSSize naturalSize(double widthLimit) const override;
+    NSSize leastSize() const override;
 
     const std::shared_ptr<NSClipView>& contentView() const { return contentView_; }
     void setDocumentView(std::shared_ptr<NSView> view) { contentView_->setDocumentView(std::move(view)); }
@@ -48,16 +53,25 @@ public:
     void setHasVerticalScroller(bool has);
     ControlSize verticalScrollerControlSize() const { return scrollerSize_; }
     void setVerticalScrollerControlSize(ControlSize size);
+    // For contents that mostly have room: the scroller is there only while there is something to scroll, and the
+    // scroll view wants to be as large as its document.
+    bool autohidesScrollers() const { return autohidesScrollers_; }
+    void setAutohidesScrollers(bool autohides);
+    // Of the last layout.
+    bool showsVerticalScroller() const { return hasVerticalScroller_ && (!autohidesScrollers_ || isScrollable_); }
     // Where the scroller is; of width 0 without one.
     NSRect verticalScrollerFrame() const;
 
 private:
+    double border() const;
     NSRect insideBorder() const;
 
     std::shared_ptr<NSClipView> contentView_;
     BorderType borderType_ = BorderType::noBorder;
     bool drawsBackground_ = true;
     bool hasVerticalScroller_ = false;
+    bool autohidesScrollers_ = false;
+    bool isScrollable_ = false;
     ControlSize scrollerSize_ = ControlSize::regular;
 };
 

@@ -2,15 +2,30 @@
 
 #include "Desktop.h"
 #include "NSApplication.h"
+#include "NSScrollView.h"
 #include "NSWindow.h"
 #include "WindowDisplay.h"
 
+#include <algorithm>
+
 namespace quillbox {
+
+NSTabViewItem::NSTabViewItem(std::string label)
+    : label_(std::move(label)),
+      view_(std::make_shared<NSView>()),
+      scrollView_(NSScrollView::create())
+{
+    scrollView_->setDrawsBackground(false);
+    scrollView_->setHasVerticalScroller(true);
+    scrollView_->setVerticalScrollerControlSize(NSScrollView::ControlSize::small);
+    scrollView_->setAutohidesScrollers(true);
+    scrollView_->setDocumentView(view_);
+}
 
 void NSTabView::addTabViewItem(std::shared_ptr<NSTabViewItem> item)
 {
-    item->view()->setHidden(true);
-    addSubview(item->view());
+    item->scrollView()->setHidden(true);
+    addSubview(item->scrollView());
     items_.push_back(std::move(item));
     setNeedsDisplay();
     if (selected_ < 0)
@@ -22,10 +37,10 @@ void NSTabView::selectTabViewItem(int at)
     if (at == selected_ || at < 0 || at >= static_cast<int>(items_.size()))
         return;
     if (selected_ >= 0)
-        items_[static_cast<std::size_t>(selected_)]->view()->setHidden(true);
+        items_[static_cast<std::size_t>(selected_)]->scrollView()->setHidden(true);
     selected_ = at;
     const std::shared_ptr<NSTabViewItem> item = items_[static_cast<std::size_t>(at)];
-    item->view()->setHidden(false);
+    item->scrollView()->setHidden(false);
     setNeedsDisplay();
     const auto shownIn = window();
     const auto responder = shownIn ? shownIn->firstResponder() : nullptr;
@@ -52,10 +67,28 @@ NSRect NSTabView::contentRect() const
                std::max(0.0, frame().size.height - insets.top - insets.bottom) } };
 }
 
+NSSize NSTabView::naturalSize(double widthLimit) const
+{
+    const NSEdgeInsets insets = NSApplication::shared().desktop().windows().tabViewInsets();
+    double height = 0;
+    for (const auto& item : items_)
+        height = std::max(height, item->scrollView()->naturalSize(widthLimit - insets.left - insets.right).height);
+    return { kNoNaturalLength, height + insets.top + insets.bottom };
+}
+
+NSSize NSTabView::leastSize() const
+{
+    const NSEdgeInsets insets = NSApplication::shared().desktop().windows().tabViewInsets();
+    double width = 0;
+    for (const auto& item : items_)
+        width = std::max(width, item->scrollView()->leastSize().width);
+    return { width + insets.left + insets.right, 0 };
+}
+
 void NSTabView::layout()
 {
     for (const auto& item : items_)
-        item->view()->setFrame(contentRect());
+        item->scrollView()->setFrame(contentRect());
 }
 
 } // namespace quillbox

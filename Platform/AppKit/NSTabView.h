@@ -9,17 +9,22 @@ namespace quillbox {
 
 class NSTabView;
 
-// A tab: its label and the view that is shown while it is selected.
+class NSScrollView;
+
+// A tab: its label and the view that is shown while it is selected. A view that needs more height than there is
+// scrolls.
 class NSTabViewItem {
 public:
-    explicit NSTabViewItem(std::string label) : label_(std::move(label)), view_(std::make_shared<NSView>()) { }
+    explicit NSTabViewItem(std::string label);
 
     const std::string& label() const { return label_; }
     const std::shared_ptr<NSView>& view() const { return view_; }
+    const std::shared_ptr<NSScrollView>& scrollView() const { return scrollView_; }
 
 private:
     std::string label_;
     std::shared_ptr<NSView> view_;
+    std::shared_ptr<NSScrollView> scrollView_;
 };
 
 class NSTabViewDelegate {
@@ -35,6 +40,8 @@ class NSTabView final : public NSView {
 public:
     const char* className() const override { return "NSTabView"; }
     void layout() override;
+    NSSize naturalSize(double widthLimit) const override;
+    NSSize leastSize() const override;
 
     void setDelegate(std::weak_ptr<NSTabViewDelegate> delegate) { delegate_ = std::move(delegate); }
 

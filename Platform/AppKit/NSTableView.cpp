@@ -12,11 +12,6 @@
 
 namespace quillbox {
 
-namespace {
-    // From the table's left and right edges to its rows' views, in points.
-    constexpr double kCellInset = 4;
-} // namespace
-
 NSTableView::NSTableView() = default;
 
 double NSTableView::rowHeight() const

@@ -158,6 +158,9 @@ public:
     bool performDragOperation(const NSDraggingInfo& info) override;
 
 protected:
+    // From the table's left and right edges to its rows' views, in points.
+    static constexpr double kCellInset = 4;
+
     void visibleRectDidChange() override;
     // `rows` has at least one with which it can be done.
     virtual void perform(Command, const std::set<int>& /*rows*/) { }

@@ -137,8 +137,7 @@ void NSTableView::keyDown(Key key, bool extend)
 
 void NSTableView::scrollRowToVisible(int row)
 {
-    if (const auto clip = std::dynamic_pointer_cast<NSClipView>(superview()))
-        clip->scrollToVisible(rectOfRow(row));
+    scrollRectToVisible(rectOfRow(row));
 }
 
 void NSTableView::selectAll()

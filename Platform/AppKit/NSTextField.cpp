@@ -67,6 +67,12 @@ void NSTextField::setMaximumNumberOfLines(int count)
     naturalSizeDidChange();
 }
 
+void NSTextField::setReflowsParagraphs(bool reflows)
+{
+    reflowsParagraphs_ = reflows;
+    naturalSizeDidChange();
+}
+
 void NSTextField::userEdits(const std::string& text)
 {
     if (isHeld())

@@ -50,6 +50,10 @@ public:
     // 0: as many as the text needs.
     int maximumNumberOfLines() const { return maximumNumberOfLines_; }
     void setMaximumNumberOfLines(int count);
+    // Of prose whose lines were broken for one width: in a paragraph that has a line too long for the field, single
+    // line breaks count as spaces. A blank line ends a paragraph.
+    bool reflowsParagraphs() const { return reflowsParagraphs_; }
+    void setReflowsParagraphs(bool reflows);
 
     // Gives it the keyboard, with its whole text selected.
     void selectText();
@@ -68,6 +72,7 @@ private:
     bool isBezeled_ = false;
     CGColor textColor_ = CGColor::label;
     int maximumNumberOfLines_ = 0;
+    bool reflowsParagraphs_ = false;
     Editor editor_;
 };
 

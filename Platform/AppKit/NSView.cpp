@@ -2,6 +2,7 @@
 
 #include "CALayer.h"
 #include "LayoutSolver.h"
+#include "NSScrollView.h"
 #include "NSWindow.h"
 
 #include <algorithm>
@@ -164,10 +165,13 @@ namespace {
         for (const auto& view : container.subviews()) {
             LayoutProblem::Item item;
             item.view = view.get();
-            if (view->translatesAutoresizingMaskIntoConstraints())
+            if (view->translatesAutoresizingMaskIntoConstraints()) {
                 item.fixedFrame = view->frame();
-            else
+            } else {
                 item.naturalSize = [&view = *view](double widthLimit) { return view.naturalSize(widthLimit); };
+                item.leastSize = [&view = *view] { return view.leastSize(); };
+                item.isScrolling = dynamic_cast<const NSScrollView*>(view.get()) != nullptr;
+            }
             problem.items.push_back(std::move(item));
             for (const NSLayoutConstraint& constraint : view->constraints()) {
                 if (constraint.first().view == view.get() && !constraint.second().view)
@@ -179,9 +183,22 @@ namespace {
 
 } // namespace
 
-NSSize NSView::fittingSize(std::optional<double> width, std::optional<double> height)
+NSSize NSView::leastSize() const
+{
+    if (constraints_.empty())
+        return {};
+    return { leastContainerWidth(layoutProblem(*this, std::nullopt, std::nullopt), 0), 0 };
+}
+
+NSSize NSView::fittingSize(std::optional<double> width, std::optional<double> height) const
 {
     return solveLayout(layoutProblem(*this, width, height)).containerSize;
+}
+
+NSSize NSView::roomySize(NSSize size) const
+{
+    const double width = leastContainerWidth(layoutProblem(*this, std::nullopt, std::nullopt), size.width);
+    return { width, std::max(size.height, fittingSize(width, std::nullopt).height) };
 }
 
 void NSView::setNeedsLayout()
@@ -211,6 +228,29 @@ void NSView::layout()
     const LayoutSolution solution = solveLayout(layoutProblem(*this, frame_.size.width, frame_.size.height));
     for (std::size_t index = 0; index < subviews_.size(); ++index)
         subviews_[index]->setFrame(solution.frames[index]);
+}
+
+void NSView::scrollRectToVisible(NSRect rect)
+{
+    const NSView* in = this;
+    std::shared_ptr<NSView> held;
+    while (const auto above = in->superview()) {
+        if (auto* clip = dynamic_cast<NSClipView*>(above.get())) {
+            clip->scrollToVisible(in->convert(rect, *clip->documentView()));
+            rect = in->convert(rect, *clip).intersection(clip->bounds());
+        } else {
+            rect = in->convert(rect, *above);
+        }
+        held = above;
+        in = held.get();
+    }
+}
+
+void NSView::scrollToVisible()
+{
+    const auto clip = std::dynamic_pointer_cast<NSClipView>(superview());
+    NSView& shown = clip && clip->superview() ? *clip->superview() : *this;
+    shown.scrollRectToVisible(shown.bounds());
 }
 
 // Showing

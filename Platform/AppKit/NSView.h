@@ -77,14 +77,22 @@ public:
 
     // The size that the content wants within a width; a length below zero where there is no wish.
     virtual NSSize naturalSize(double widthLimit) const;
+    // What the view needs to be usable, whatever size it would like; 0 where it makes do with anything.
+    virtual NSSize leastSize() const;
     // The size that the constraints give this view, with a width or a height that is given beforehand.
-    NSSize fittingSize(std::optional<double> width, std::optional<double> height);
+    NSSize fittingSize(std::optional<double> width, std::optional<double> height) const;
+    // The smallest size, from `size` on, in which what is in it has room. It grows in width for what can't wrap.
+    NSSize roomySize(NSSize size) const;
     // The frames below this view are laid out again before they are next shown.
     void setNeedsLayout();
     bool needsLayout() const { return needsLayout_; }
     void layoutIfNeeded();
     // Sets the subviews' frames; this view's own is settled.
     virtual void layout();
+    // Scrolls whatever it is in so that the rectangle of this view shows, as far as there is room for it.
+    void scrollRectToVisible(NSRect rect);
+    // The same for the whole view; a document, which scrolls by itself, shows with the scroll view that it is in.
+    void scrollToVisible();
 
     // --- Showing
 

@@ -27,6 +27,7 @@ std::shared_ptr<NSWindow> NSWindow::create(std::shared_ptr<NSViewController> con
 {
     std::shared_ptr<NSWindow> window(new NSWindow(std::move(contentViewController)));
     window->contentView()->setWindow(window);
+    window->setContentMinSize(window->contentSize());
     openWindows().push_back(window);
     return window;
 }
@@ -52,14 +53,38 @@ void NSWindow::setTitle(std::string title)
 
 void NSWindow::setContentSize(NSSize size)
 {
-    contentView()->setFrameSize({ std::clamp(size.width, minimum_.width, maximum_.width),
-                                  std::clamp(size.height, minimum_.height, maximum_.height) });
+    contentView()->setFrameSize({ std::clamp(size.width, shownMinimum_.width, shownMaximum_.width),
+                                  std::clamp(size.height, shownMinimum_.height, shownMaximum_.height) });
+}
+
+void NSWindow::setContentMinSize(NSSize size)
+{
+    minimum_ = shownMinimum_ = size;
+}
+
+void NSWindow::setContentMaxSize(NSSize size)
+{
+    maximum_ = shownMaximum_ = size;
+}
+
+void NSWindow::fitContent()
+{
+    const NSSize room = display().roomFor(*this);
+    NSSize least = contentView()->roomySize(minimum_);
+    if (least.height > room.height)
+        least.width += display().scrollerWidth(true);
+    shownMinimum_ = { std::min(least.width, room.width), std::min(least.height, room.height) };
+    const NSSize largest { std::max(maximum_.width, least.width), maximum_.height + least.height - minimum_.height };
+    shownMaximum_ = { std::min(largest.width, room.width), std::min(largest.height, room.height) };
+    setContentSize(styleMask_ & resizable ? contentSize() : shownMinimum_);
 }
 
 void NSWindow::orderFrontRegardless()
 {
     if (std::find(openWindows().begin(), openWindows().end(), shared_from_this()) == openWindows().end())
         return;
+    if (!isVisible_)
+        fitContent();
     layoutIfNeeded();
     isVisible_ = true;
     display().orderFront(*this);
@@ -89,6 +114,7 @@ void NSWindow::close()
 
 void NSWindow::beginSheet(const std::shared_ptr<NSWindow>& sheet, std::function<void(NSModalResponse)> completion)
 {
+    sheet->fitContent();
     sheet->layoutIfNeeded();
     sheet->attachTo(*this, std::move(completion));
     display().beginSheet(*sheet, *this);
@@ -129,6 +155,8 @@ void NSWindow::layoutIfNeeded()
 void NSWindow::makeFirstResponder(const std::shared_ptr<NSView>& view)
 {
     firstResponder_ = view;
+    if (view)
+        view->scrollToVisible();
     ++firstResponderCount_;
     setViewsNeedDisplay();
 }

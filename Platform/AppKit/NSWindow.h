@@ -41,10 +41,14 @@ public:
     NSSize contentSize() const { return contentView()->frame().size; }
     // Cut down or up to the limits. The display calls it when the person resizes the window.
     void setContentSize(NSSize size);
-    NSSize contentMinSize() const { return minimum_; }
-    NSSize contentMaxSize() const { return maximum_; }
-    void setContentMinSize(NSSize size) { minimum_ = size; }
-    void setContentMaxSize(NSSize size) { maximum_ = size; }
+    // As they were set, with the room that the content needs beyond the minimum, and no larger than the screen.
+    NSSize contentMinSize() const { return shownMinimum_; }
+    NSSize contentMaxSize() const { return shownMaximum_; }
+    void setContentMinSize(NSSize size);
+    void setContentMaxSize(NSSize size);
+    // Settles both and brings the content between them; where it can't be resized, to the minimum. Called before the
+    // window is first shown, and by the display when fonts or the screen have changed.
+    void fitContent();
 
     bool isVisible() const { return isVisible_; }
     // In front of the other windows, whatever program is active; shows it if need be. A closed window stays closed.
@@ -86,11 +90,16 @@ protected:
     void attachTo(NSWindow& parent, std::function<void(NSModalResponse)> completion);
 
 private:
+    static constexpr double kNoLimit = 1e6;
+
     std::shared_ptr<NSViewController> contentViewController_;
     std::string title_;
     unsigned styleMask_ = titled | closable | miniaturizable | resizable;
+    // As large as the view was made, until it is set.
     NSSize minimum_ { 0, 0 };
-    NSSize maximum_ { 1e6, 1e6 };
+    NSSize maximum_ { kNoLimit, kNoLimit };
+    NSSize shownMinimum_ = minimum_;
+    NSSize shownMaximum_ = maximum_;
     bool isVisible_ = false;
     std::weak_ptr<NSWindow> sheet_;
     std::weak_ptr<NSWindow> sheetParent_;

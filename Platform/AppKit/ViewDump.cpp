@@ -2,9 +2,11 @@
 
 #include "NSButton.h"
 #include "NSPopUpButton.h"
+#include "NSScrollView.h"
 #include "NSTextField.h"
 
 #include <cstdio>
+#include <functional>
 
 namespace quillbox {
 
@@ -37,20 +39,38 @@ namespace {
         return text.substr(0, end) + "...";
     }
 
-    template <class FrameOf>
-    void dump(std::string& out, const NSView& view, int depth, const FrameOf& frameOf)
+    // The document of a scroll view that scrolls only where it has to, and does not; else null.
+    const NSView* restingDocument(const NSView& view)
     {
-        const NSRect frame = frameOf(view);
+        const auto* scrollView = dynamic_cast<const NSScrollView*>(&view);
+        return scrollView && scrollView->autohidesScrollers() && !scrollView->showsVerticalScroller()
+            ? scrollView->contentView()->documentView().get()
+            : nullptr;
+    }
+
+    // The frame of a view in the coordinates of the one that its line is below; null for the topmost one.
+    using FrameOf = std::function<NSRect(const NSView& view, const NSView* above)>;
+
+    void dump(std::string& out, const NSView& stands, const NSView* above, int depth, const FrameOf& frameOf)
+    {
+        const NSView* document = restingDocument(stands);
+        const NSView& view = document ? *document : stands;
+        if (document && document->identifier().empty()) {
+            for (const auto& subview : document->subviews())
+                dump(out, *subview, above, depth, frameOf);
+            return;
+        }
+        const NSRect frame = frameOf(stands, above);
         out.append(static_cast<std::size_t>(depth) * 2, ' ');
         out += view.className();
         if (const std::string name = nameOf(view); !name.empty())
             out.append(" \"").append(shortened(name)).append("\"");
         char numbers[128];
         std::snprintf(numbers, sizeof numbers, " %g,%g %gx%g%s\n", frame.minX(), frame.minY(), frame.size.width,
-                      frame.size.height, view.isHidden() ? " (hidden)" : "");
+                      frame.size.height, stands.isHidden() ? " (hidden)" : "");
         out += numbers;
         for (const auto& subview : view.subviews())
-            dump(out, *subview, depth + 1, frameOf);
+            dump(out, *subview, &view, depth + 1, frameOf);
     }
 
 } // namespace
@@ -58,14 +78,16 @@ namespace {
 std::string viewDump(const NSView& view)
 {
     std::string out;
-    dump(out, view, 0, [](const NSView& each) { return each.frame(); });
+    dump(out, view, nullptr, 0, [](const NSView& each, const NSView* above) {
+        return above ? each.convert(each.bounds(), *above) : each.frame();
+    });
     return out;
 }
 
 std::string viewDumpOnScreen(const NSView& topmost, NSPoint topLeft)
 {
     std::string out;
-    dump(out, topmost, 0, [&](const NSView& each) {
+    dump(out, topmost, nullptr, 0, [&](const NSView& each, const NSView*) {
         NSRect frame = each.convert(each.bounds(), topmost);
         frame.origin.x += topLeft.x;
         frame.origin.y += topLeft.y;

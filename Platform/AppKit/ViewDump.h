@@ -14,7 +14,8 @@ class NSView;
 //   NSButton "Apply" 300,590 130x32
 //
 // What the class is, then the identifier or the text that it shows, then "x,y widthxheight" in points. Views that are
-// hidden are marked "(hidden)".
+// hidden are marked "(hidden)". A scroll view that is there only for smaller screens is left out while it has nothing
+// to scroll: its document stands in its place, or what is in that where the document has no identifier.
 std::string viewDump(const NSView& view);
 // The same with every frame on the screen, where the topmost view's top left corner is at `topLeft`.
 std::string viewDumpOnScreen(const NSView& topmost, NSPoint topLeft);

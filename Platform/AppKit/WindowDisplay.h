@@ -35,9 +35,13 @@ public:
     virtual void beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindow& parent,
                                 std::function<void(int response)> completion) = 0;
 
-    // Natural sizes, in points. A text as wide as the limit or narrower, and as high as that makes it.
+    // The largest content that the window can have on its screen, beside its own frame and what panels take.
+    virtual NSSize roomFor(const NSWindow& window) = 0;
+
+    // Natural sizes, in points. A text, also a checkbox's, is as wide as the limit or narrower, and as high as that
+    // makes it.
     virtual NSSize naturalSize(const NSTextField& field, double widthLimit) = 0;
-    virtual NSSize naturalSize(const NSButton& button) = 0;
+    virtual NSSize naturalSize(const NSButton& button, double widthLimit) = 0;
     virtual NSSize naturalSize(const NSPopUpButton& button) = 0;
     // Of the desktop's ordinary font, in points.
     virtual double fontSize() = 0;

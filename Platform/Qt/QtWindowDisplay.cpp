@@ -5,6 +5,7 @@
 #include "OpenPanelPresenter.h"
 #include "WindowAccessible.h"
 #include "WindowPresenter.h"
+#include "WindowRoom.h"
 
 #include <QFontInfo>
 
@@ -88,14 +89,23 @@ void QtWindowDisplay::beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindo
     openPanels_->begin(std::move(panel), presenterOf(parent), std::move(completion));
 }
 
+NSSize QtWindowDisplay::roomFor(const NSWindow& window)
+{
+    const WindowPresenter* presenter = presenterOf(window);
+    if (const auto parent = window.sheetParent(); !presenter && parent)
+        presenter = presenterOf(*parent);
+    const QSize room = roomForContent(presenter);
+    return { static_cast<double>(room.width()), static_cast<double>(room.height()) };
+}
+
 NSSize QtWindowDisplay::naturalSize(const NSTextField& field, double widthLimit)
 {
     return sizes_.of(field, widthLimit);
 }
 
-NSSize QtWindowDisplay::naturalSize(const NSButton& button)
+NSSize QtWindowDisplay::naturalSize(const NSButton& button, double widthLimit)
 {
-    return sizes_.of(button);
+    return sizes_.of(button, widthLimit);
 }
 
 NSSize QtWindowDisplay::naturalSize(const NSPopUpButton& button)

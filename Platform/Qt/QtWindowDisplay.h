@@ -30,8 +30,9 @@ public:
     void beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindow& parent,
                         std::function<void(int response)> completion) override;
 
+    NSSize roomFor(const NSWindow& window) override;
     NSSize naturalSize(const NSTextField& field, double widthLimit) override;
-    NSSize naturalSize(const NSButton& button) override;
+    NSSize naturalSize(const NSButton& button, double widthLimit) override;
     NSSize naturalSize(const NSPopUpButton& button) override;
     double fontSize() override;
     double tableRowHeight() override;

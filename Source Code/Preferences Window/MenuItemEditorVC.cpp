@@ -4,6 +4,7 @@
 #include "NSFont.h"
 #include "NSWindow.h"
 #include "TesselUtilityFunctions.h"
+#include "UtilityFunctions.h"
 
 #include <array>
 #include <charconv>
@@ -89,21 +90,38 @@ std::shared_ptr<MenuItemEditorVC> MenuItemEditorVC::create(const std::shared_ptr
     const auto window = NSWindow::create(editor);
     window->setTitle("Quillbox Preferences");
     window->setStyleMask(NSWindow::titled);
+    window->setContentMinSize({ kWidth, 0 });
     return editor;
 }
 
 void MenuItemEditorVC::buildView(const MainMenuItem& item)
 {
     setView(std::make_shared<NSView>());
+    addPage();
     addHeading(item);
     addName(item);
     addDescription(item);
     addWarnings(item);
     addFilePath(item);
     addOptions(item);
+    NSLayoutConstraint::activate({ page_->bottomAnchor().constraintEqualTo(last_->bottomAnchor()).stretchable() });
     addButtons(item);
     last_.reset();
+    page_.reset();
+    scrollView_.reset();
     view()->setFrameSize(view()->fittingSize(kWidth, std::nullopt));
+}
+
+void MenuItemEditorVC::addPage()
+{
+    page_ = std::make_shared<NSView>();
+    scrollView_ = UtilityFunctions::makePage(page_);
+    view()->addSubview(scrollView_);
+    NSLayoutConstraint::activate({
+        scrollView_->leftAnchor().constraintEqualTo(view()->leftAnchor()),
+        scrollView_->rightAnchor().constraintEqualTo(view()->rightAnchor()),
+        scrollView_->topAnchor().constraintEqualTo(view()->topAnchor()),
+    });
 }
 
 // Sections
@@ -112,12 +130,13 @@ void MenuItemEditorVC::addHeading(const MainMenuItem& item)
 {
     const auto heading =
         TesselUtilityFunctions::addTextFieldToView({ .text = headingText(item),
-                                                     .view = view(),
+                                                     .view = page_,
                                                      .noAutoLayout = true,
                                                      .font = NSFont::userFont(NSFont::userFontSize() + 12) });
     NSLayoutConstraint::activate({
-        heading->topAnchor().constraintEqualTo(view()->topAnchor(), 10),
-        heading->centerXAnchor().constraintEqualTo(view()->centerXAnchor()),
+        heading->topAnchor().constraintEqualTo(page_->topAnchor(), 10),
+        heading->centerXAnchor().constraintEqualTo(page_->centerXAnchor()),
+        heading->rightAnchor().constraintLessThanOrEqualTo(page_->rightAnchor(), -kMargin),
     });
     last_ = heading;
 }
@@ -128,14 +147,14 @@ void MenuItemEditorVC::addName(const MainMenuItem& item)
     const bool isEditable = item.menuItemType != MenuItemType::fixedAppPreferences;
     const auto name = TesselUtilityFunctions::addTextFieldToView({
         .text = item.displayString.empty() ? std::string(rawValue(item.menuItemType)) : item.displayString,
-        .view = view(),
+        .view = page_,
         .noAutoLayout = true,
         .editable = isEditable,
     });
     NSLayoutConstraint::activate({
         name->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeName),
-        name->leftAnchor().constraintEqualTo(view()->leftAnchor(), kMargin),
-        name->rightAnchor().constraintEqualTo(view()->rightAnchor(), -kMargin),
+        name->leftAnchor().constraintEqualTo(page_->leftAnchor(), kMargin),
+        name->rightAnchor().constraintEqualTo(page_->rightAnchor(), -kMargin),
     });
     if (isEditable) {
         name->setAccessibilityLabel("Display Name");
@@ -229,10 +248,10 @@ void MenuItemEditorVC::addButtons(const MainMenuItem& item)
 void MenuItemEditorVC::addSectionHeading(const std::string& text)
 {
     const auto heading = TesselUtilityFunctions::addTextFieldToView(
-        { .text = text, .view = view(), .noAutoLayout = true, .font = NSFont::boldSystemFont(0) });
+        { .text = text, .view = page_, .noAutoLayout = true, .font = NSFont::boldSystemFont(0) });
     NSLayoutConstraint::activate({
         heading->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeSection),
-        heading->leftAnchor().constraintEqualTo(view()->leftAnchor(), kMargin),
+        heading->leftAnchor().constraintEqualTo(page_->leftAnchor(), kMargin),
     });
     last_ = heading;
 }
@@ -240,11 +259,11 @@ void MenuItemEditorVC::addSectionHeading(const std::string& text)
 void MenuItemEditorVC::addText(const std::string& text)
 {
     const auto field = TesselUtilityFunctions::addTextFieldToView(
-        { .text = text, .view = view(), .noAutoLayout = true, .selectable = true });
+        { .text = text, .view = page_, .noAutoLayout = true, .selectable = true });
     NSLayoutConstraint::activate({
         field->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeText),
-        field->leftAnchor().constraintEqualTo(view()->leftAnchor(), kMargin),
-        field->rightAnchor().constraintEqualTo(view()->rightAnchor(), -kMargin),
+        field->leftAnchor().constraintEqualTo(page_->leftAnchor(), kMargin),
+        field->rightAnchor().constraintEqualTo(page_->rightAnchor(), -kMargin),
     });
     last_ = field;
 }
@@ -253,15 +272,16 @@ void MenuItemEditorVC::addWarning(const std::string& heading, const std::string&
 {
     addSectionHeading(heading);
     const auto sign = TesselUtilityFunctions::addTextFieldToView(
-        { .text = "\u26A0\uFE0F", .view = view(), .noAutoLayout = true, .font = NSFont::boldSystemFont(20) });
+        { .text = "\u26A0\uFE0F", .view = page_, .noAutoLayout = true, .font = NSFont::boldSystemFont(20) });
     const auto field = TesselUtilityFunctions::addTextFieldToView(
-        { .text = text, .view = view(), .noAutoLayout = true, .selectable = true });
+        { .text = text, .view = page_, .noAutoLayout = true, .selectable = true });
     NSLayoutConstraint::activate({
         sign->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeText),
-        sign->leftAnchor().constraintEqualTo(view()->leftAnchor(), kMargin),
+        sign->leftAnchor().constraintEqualTo(page_->leftAnchor(), kMargin),
         field->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeText),
         field->leftAnchor().constraintEqualTo(sign->rightAnchor(), 10),
-        field->rightAnchor().constraintEqualTo(view()->rightAnchor(), -kMargin),
+        field->rightAnchor().constraintEqualTo(page_->rightAnchor(), -kMargin),
+        sign->bottomAnchor().constraintLessThanOrEqualTo(page_->bottomAnchor()),
     });
     last_ = field;
 }
@@ -278,10 +298,11 @@ std::shared_ptr<NSButton> MenuItemEditorVC::addCheckbox(const std::string& title
     auto checkbox = NSButton::checkbox(title);
     checkbox->setOn(isOn);
     checkbox->setTranslatesAutoresizingMaskIntoConstraints(false);
-    view()->addSubview(checkbox);
+    page_->addSubview(checkbox);
     NSLayoutConstraint::activate({
         checkbox->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeOption),
-        checkbox->leftAnchor().constraintEqualTo(view()->leftAnchor(), kMargin),
+        checkbox->leftAnchor().constraintEqualTo(page_->leftAnchor(), kMargin),
+        checkbox->rightAnchor().constraintLessThanOrEqualTo(page_->rightAnchor(), -kMargin),
     });
     last_ = checkbox;
     return checkbox;
@@ -292,7 +313,7 @@ void MenuItemEditorVC::addMaximumMenu(std::int64_t maximum)
     addOptionsHeading();
     const std::string title = "Number of Recent Items to Display:";
     const auto label =
-        TesselUtilityFunctions::addTextFieldToView({ .text = title, .view = view(), .noAutoLayout = true });
+        TesselUtilityFunctions::addTextFieldToView({ .text = title, .view = page_, .noAutoLayout = true });
     const auto menu = std::make_shared<NSPopUpButton>();
     std::vector<std::string> titles;
     titles.reserve(kMaximums.size());
@@ -306,11 +327,12 @@ void MenuItemEditorVC::addMaximumMenu(std::int64_t maximum)
     menu->selectItem(static_cast<int>(index));
     menu->setAccessibilityLabel(title);
     menu->setTranslatesAutoresizingMaskIntoConstraints(false);
-    view()->addSubview(menu);
+    page_->addSubview(menu);
     NSLayoutConstraint::activate({
         label->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeOption),
-        label->leftAnchor().constraintEqualTo(view()->leftAnchor(), kMargin),
+        label->leftAnchor().constraintEqualTo(page_->leftAnchor(), kMargin),
         menu->leftAnchor().constraintEqualTo(label->rightAnchor(), 6),
+        menu->rightAnchor().constraintLessThanOrEqualTo(page_->rightAnchor(), -kMargin),
         menu->centerYAnchor().constraintEqualTo(label->centerYAnchor()),
     });
     maxNumberOfItemsMenu = menu;
@@ -325,8 +347,10 @@ std::shared_ptr<NSButton> MenuItemEditorVC::addButton(const std::string& title, 
     button->setTranslatesAutoresizingMaskIntoConstraints(false);
     view()->addSubview(button);
     NSLayoutConstraint::activate({
-        button->widthAnchor().constraintEqualToConstant(kButtonWidth),
-        button->topAnchor().constraintEqualTo(last_->bottomAnchor(), kBeforeButtons),
+        button->widthAnchor().constraintEqualToConstant(kButtonWidth).stretchable(),
+        button->leftAnchor().constraintGreaterThanOrEqualTo(view()->leftAnchor(), kMargin),
+        button->rightAnchor().constraintLessThanOrEqualTo(view()->rightAnchor(), -kMargin),
+        button->topAnchor().constraintEqualTo(scrollView_->bottomAnchor(), kBeforeButtons),
         view()->bottomAnchor().constraintEqualTo(button->bottomAnchor(), 30),
     });
     return button;

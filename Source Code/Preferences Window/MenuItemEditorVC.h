@@ -3,6 +3,7 @@
 #include "MainMenuItem.h"
 #include "NSButton.h"
 #include "NSPopUpButton.h"
+#include "NSScrollView.h"
 #include "NSTextField.h"
 #include "NSViewController.h"
 
@@ -35,6 +36,8 @@ private:
     MenuItemEditorVC() = default;
 
     void buildView(const MainMenuItem& item);
+    // Where the sections go; the buttons stay below it.
+    void addPage();
     void addHeading(const MainMenuItem& item);
     void addName(const MainMenuItem& item);
     void addDescription(const MainMenuItem& item);
@@ -53,6 +56,9 @@ private:
     std::shared_ptr<NSButton> addButton(const std::string& title, const Selector& action);
     void endSheet(int returnCode);
 
+    // While the view is built.
+    std::shared_ptr<NSScrollView> scrollView_;
+    std::shared_ptr<NSView> page_;
     // What the next section is placed below.
     std::shared_ptr<NSView> last_;
     bool hasOptionsHeading_ = false;

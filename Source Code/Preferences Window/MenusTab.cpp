@@ -10,6 +10,13 @@
 
 namespace quillbox {
 
+namespace {
+
+    // Points, at least, where texts have grown.
+    constexpr double kBetweenTexts = 6;
+
+} // namespace
+
 MenusTab::MenusTab(std::shared_ptr<NSView> tab, std::shared_ptr<NSButton> resetButton)
     : tab_(std::move(tab)),
       resetButton_(std::move(resetButton))
@@ -41,6 +48,7 @@ std::shared_ptr<NSScrollView> MenusTab::addScrollView()
 void MenusTab::keepInside(NSTextField& text)
 {
     NSLayoutConstraint::activate({ text.rightAnchor().constraintLessThanOrEqualTo(tab_->rightAnchor(), -10) });
+    text.setReflowsParagraphs(true);
 }
 
 void MenusTab::makeViews()
@@ -68,6 +76,7 @@ void MenusTab::makeViews()
                             "Click the icon next to each left (actual) menu to configure that item's settings,\n"
                             "and to see any menu-specific notes",
                             true);
+    instructions_->setReflowsParagraphs(true);
     trash_ = std::make_shared<TentativeMenuItemDeleter>();
     trash_->tableWithTentativeMenus = tentativeTable_;
     trash_->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -78,20 +87,25 @@ void MenusTab::placeTables()
 {
     NSLayoutConstraint::activate({
         leftScrollView_->leftAnchor().constraintEqualTo(tab_->leftAnchor(), 20),
-        leftScrollView_->rightAnchor().constraintEqualTo(tab_->centerXAnchor(), -15),
-        leftScrollView_->topAnchor().constraintEqualTo(tab_->topAnchor(), 40),
+        leftScrollView_->rightAnchor().constraintEqualTo(tab_->centerXAnchor(), -15).stretchable(),
+        leftScrollView_->topAnchor().constraintEqualTo(tab_->topAnchor(), 40).stretchable(),
         leftScrollView_->bottomAnchor().constraintEqualTo(instructions_->topAnchor(), -15),
-        rightScrollView_->leftAnchor().constraintEqualTo(tab_->centerXAnchor(), 15),
+        rightScrollView_->leftAnchor().constraintEqualTo(tab_->centerXAnchor(), 15).stretchable(),
         rightScrollView_->rightAnchor().constraintEqualTo(tab_->rightAnchor(), -20),
-        rightScrollView_->topAnchor().constraintEqualTo(tab_->topAnchor(), 40),
+        rightScrollView_->topAnchor().constraintEqualTo(leftScrollView_->topAnchor()),
         rightScrollView_->bottomAnchor().constraintEqualTo(leftScrollView_->bottomAnchor()),
     });
 }
 
 void MenusTab::placeHeadings()
 {
-    const auto placeAbove = [](const std::shared_ptr<NSTextField>& heading, NSScrollView& scrollView) {
+    // What the icon takes of the left list's width, on the other side and above the other list too.
+    constexpr double kBesideHeading = 26;
+    const auto placeAbove = [&](const std::shared_ptr<NSTextField>& heading, NSScrollView& scrollView) {
         NSLayoutConstraint::activate({
+            heading->topAnchor().constraintGreaterThanOrEqualTo(tab_->topAnchor(), 6),
+            heading->leftAnchor().constraintGreaterThanOrEqualTo(scrollView.leftAnchor(), kBesideHeading),
+            heading->rightAnchor().constraintLessThanOrEqualTo(scrollView.rightAnchor(), -kBesideHeading),
             heading->centerXAnchor().constraintEqualTo(scrollView.centerXAnchor()),
             heading->bottomAnchor().constraintEqualTo(scrollView.topAnchor(), -5),
         });
@@ -123,6 +137,8 @@ void MenusTab::placeArrow()
     NSLayoutConstraint::activate({
         drag->centerXAnchor().constraintEqualTo(tab_->centerXAnchor()),
         drag->centerYAnchor().constraintEqualTo(leftScrollView_->topAnchor(), 20),
+        drag->leftAnchor().constraintGreaterThanOrEqualTo(leftScrollView_->rightAnchor(), 1),
+        drag->rightAnchor().constraintLessThanOrEqualTo(rightScrollView_->leftAnchor(), -1),
         arrow->centerXAnchor().constraintEqualTo(tab_->centerXAnchor()),
         arrow->topAnchor().constraintEqualTo(drag->bottomAnchor(), -14),
     });
@@ -131,22 +147,24 @@ void MenusTab::placeArrow()
 void MenusTab::placeTrash()
 {
     const auto arrow = addText("\u2B05", false, NSFont::userFont(24));
-    const auto text = addText("Drag items from the left (actual) menus to this\n"
-                              "trash can to remove them from your menu",
-                              true);
+    trashText_ = addText("Drag items from the left (actual) menus to this\n"
+                         "trash can to remove them from your menu",
+                         true);
     keepInside(*instructions_);
-    keepInside(*text);
+    keepInside(*trashText_);
     NSLayoutConstraint::activate({
         instructions_->leftAnchor().constraintEqualTo(trash_->leftAnchor(), 1),
-        instructions_->bottomAnchor().constraintEqualTo(trash_->topAnchor(), -13),
+        instructions_->bottomAnchor().constraintEqualTo(trash_->topAnchor(), -13).stretchable(),
+        instructions_->bottomAnchor().constraintLessThanOrEqualTo(trashText_->topAnchor(), -kBetweenTexts),
         trash_->leftAnchor().constraintEqualTo(tab_->leftAnchor(), 20),
-        trash_->bottomAnchor().constraintEqualTo(resetButton_->topAnchor(), -12),
+        trash_->bottomAnchor().constraintEqualTo(resetButton_->topAnchor(), -12).stretchable(),
+        trashText_->bottomAnchor().constraintLessThanOrEqualTo(resetButton_->topAnchor(), -kBetweenTexts),
         trash_->widthAnchor().constraintEqualToConstant(40),
         trash_->heightAnchor().constraintEqualToConstant(40),
         arrow->leftAnchor().constraintEqualTo(trash_->rightAnchor(), 2),
         arrow->centerYAnchor().constraintEqualTo(trash_->centerYAnchor()),
-        text->leftAnchor().constraintEqualTo(arrow->rightAnchor(), 9),
-        text->centerYAnchor().constraintEqualTo(arrow->centerYAnchor()),
+        trashText_->leftAnchor().constraintEqualTo(arrow->rightAnchor(), 9),
+        trashText_->centerYAnchor().constraintEqualTo(arrow->centerYAnchor()),
     });
 }
 
@@ -156,7 +174,10 @@ void MenusTab::placeReset()
     keepInside(*text);
     NSLayoutConstraint::activate({
         resetButton_->leftAnchor().constraintEqualTo(tab_->leftAnchor(), 20),
-        resetButton_->bottomAnchor().constraintEqualTo(tab_->bottomAnchor(), -12),
+        resetButton_->bottomAnchor().constraintEqualTo(tab_->bottomAnchor(), -12).stretchable(),
+        text->topAnchor().constraintGreaterThanOrEqualTo(trash_->bottomAnchor(), kBetweenTexts),
+        text->topAnchor().constraintGreaterThanOrEqualTo(trashText_->bottomAnchor(), kBetweenTexts),
+        text->bottomAnchor().constraintLessThanOrEqualTo(tab_->bottomAnchor(), -kBetweenTexts),
         text->leftAnchor().constraintEqualTo(resetButton_->rightAnchor(), 9),
         text->centerYAnchor().constraintEqualTo(resetButton_->centerYAnchor()),
     });

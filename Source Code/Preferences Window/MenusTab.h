@@ -42,6 +42,7 @@ private:
     std::shared_ptr<TentativeMenuItemsTable> tentativeTable_;
     std::shared_ptr<NSTextField> instructions_;
     std::shared_ptr<TentativeMenuItemDeleter> trash_;
+    std::shared_ptr<NSTextField> trashText_;
 };
 
 } // namespace quillbox

@@ -38,6 +38,9 @@ namespace {
     // Points.
     constexpr NSSize kContentSize { 520, 650 };
     constexpr double kMayGrowBy = 400;
+    constexpr double kTabViewWidth = 490;
+    constexpr double kMargin = 20;
+    constexpr double kButtonWidth = 130;
 
     // A scroll view that fills the tab, with the text in it.
     std::shared_ptr<NSTextField> fillWithText(const std::shared_ptr<NSView>& tab, const AttributedString& text)
@@ -157,9 +160,9 @@ void PreferencesWindowVC::buildView()
     view()->addSubview(tabView);
     NSLayoutConstraint::activate({
         tabView->centerXAnchor().constraintEqualTo(view()->centerXAnchor()),
-        tabView->widthAnchor().constraintEqualToConstant(490),
+        tabView->widthAnchor().constraintEqualTo(view()->widthAnchor(), kTabViewWidth - kContentSize.width),
         tabView->topAnchor().constraintEqualTo(view()->topAnchor(), 30),
-        tabView->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -80),
+        tabView->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -80).stretchable(),
     });
     const auto addTab = [&](const std::string& label,
                             void (PreferencesWindowVC::*fill)(const std::shared_ptr<NSView>&)) {
@@ -176,7 +179,7 @@ void PreferencesWindowVC::buildView()
         addTab(kErrorLogLabel + (" (" + std::to_string(Debug::errorLog().size()) + ")"),
                &PreferencesWindowVC::fillErrorLogTab);
     }
-    addApplyAndCancel();
+    addApplyAndCancel(*tabView);
 }
 
 std::shared_ptr<NSButton> PreferencesWindowVC::addButton(const std::shared_ptr<NSView>& view, const std::string& title,
@@ -236,7 +239,10 @@ void PreferencesWindowVC::fillDebugTab(const std::shared_ptr<NSView>& tab)
     };
     const auto addWideButton = [&](const std::string& title, const Selector& action) {
         const auto button = addButton(tab, title, action);
-        NSLayoutConstraint::activate({ button->widthAnchor().constraintEqualToConstant(340) });
+        NSLayoutConstraint::activate({
+            button->widthAnchor().constraintEqualToConstant(340).stretchable(),
+            button->rightAnchor().constraintLessThanOrEqualTo(tab->rightAnchor(), -kMargin),
+        });
         placeBelowLast(button);
     };
     addWideButton("Read Menu-Config Into App", actions::kReadAll);
@@ -246,7 +252,10 @@ void PreferencesWindowVC::fillDebugTab(const std::shared_ptr<NSView>& tab)
     const auto paths = TesselUtilityFunctions::addTextFieldToView(
         { .attributedText = debugText(), .view = tab, .noAutoLayout = true, .selectable = true });
     placeBelowLast(paths);
-    NSLayoutConstraint::activate({ paths->rightAnchor().constraintEqualTo(tab->rightAnchor(), -20) });
+    NSLayoutConstraint::activate({
+        paths->rightAnchor().constraintEqualTo(tab->rightAnchor(), -kMargin),
+        paths->bottomAnchor().constraintLessThanOrEqualTo(tab->bottomAnchor(), -kMargin),
+    });
     debugTextField = paths;
 }
 
@@ -255,7 +264,7 @@ void PreferencesWindowVC::fillErrorLogTab(const std::shared_ptr<NSView>& tab)
     errorLogTextField = fillWithText(tab, errorLogText());
 }
 
-void PreferencesWindowVC::addApplyAndCancel()
+void PreferencesWindowVC::addApplyAndCancel(NSView& tabView)
 {
     const auto cancel = addButton(view(), "Cancel", actions::kCancel);
     cancel->setKeyEquivalent("\x1b");
@@ -263,12 +272,15 @@ void PreferencesWindowVC::addApplyAndCancel()
     apply->setKeyEquivalent("\r");
     apply->setEnabled(false);
     NSLayoutConstraint::activate({
-        cancel->widthAnchor().constraintEqualToConstant(130),
+        cancel->widthAnchor().constraintEqualToConstant(kButtonWidth).stretchable(),
         cancel->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -30),
         cancel->rightAnchor().constraintEqualTo(view()->centerXAnchor(), -40),
-        apply->widthAnchor().constraintEqualToConstant(130),
+        cancel->leftAnchor().constraintGreaterThanOrEqualTo(view()->leftAnchor(), kMargin),
+        apply->widthAnchor().constraintEqualToConstant(kButtonWidth).stretchable(),
         apply->bottomAnchor().constraintEqualTo(view()->bottomAnchor(), -30),
         apply->leftAnchor().constraintEqualTo(view()->centerXAnchor(), 40),
+        apply->rightAnchor().constraintLessThanOrEqualTo(view()->rightAnchor(), -kMargin),
+        tabView.bottomAnchor().constraintLessThanOrEqualTo(apply->topAnchor(), -10),
     });
     buttonToSavePrefs = apply;
     if (const auto table = tableWithTentativeMenus.lock())

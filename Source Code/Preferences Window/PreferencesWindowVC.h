@@ -56,7 +56,7 @@ private:
     void fillQuitTab(const std::shared_ptr<NSView>& tab);
     void fillDebugTab(const std::shared_ptr<NSView>& tab);
     void fillErrorLogTab(const std::shared_ptr<NSView>& tab);
-    void addApplyAndCancel();
+    void addApplyAndCancel(NSView& tabView);
 
     std::shared_ptr<NSButton> addButton(const std::shared_ptr<NSView>& view, const std::string& title,
                                         const Selector& action);

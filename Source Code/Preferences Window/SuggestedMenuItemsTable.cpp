@@ -5,6 +5,8 @@
 #include "NSTextField.h"
 #include "TentativeMenuItemsTable.h"
 
+#include <algorithm>
+
 namespace quillbox {
 
 namespace {
@@ -35,6 +37,18 @@ std::shared_ptr<SuggestedMenuItemsTable> SuggestedMenuItemsTable::create()
     table->setDraggingSourceOperationMaskOutside(NSDragOperation::copy);
     table->addTableColumn({ "col0 identifier", "Quillbox Items" });
     return table;
+}
+
+NSSize SuggestedMenuItemsTable::leastSize() const
+{
+    double width = 0;
+    for (const MenuItemType kind : suggestedKinds) {
+        const MainMenuItem::Info* info = MainMenuItem::menuItemInfo(kind);
+        // A line is as long as there is room.
+        if (info && kind != MenuItemType::separator)
+            width = std::max(width, NSTextField::label(info->displayString)->naturalSize(kNoWidthLimit).width);
+    }
+    return { width + 2 * kCellInset, 0 };
 }
 
 int SuggestedMenuItemsTable::numberOfRows(NSTableView&)

@@ -28,6 +28,9 @@ public:
 
     const char* className() const override { return "SuggestedMenuItemsTable"; }
 
+    // As wide as its titles.
+    NSSize leastSize() const override;
+
     int numberOfRows(NSTableView& tableView) override;
     std::shared_ptr<NSView> viewForRow(NSTableView& tableView, int row) override;
     std::shared_ptr<NSPasteboardWriting> pasteboardWriterForRow(NSTableView& tableView, int row) override;

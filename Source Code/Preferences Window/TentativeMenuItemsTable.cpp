@@ -24,6 +24,9 @@ namespace {
     const Selector kDoubleClickTableRowSelector =
         makeSelector<&TentativeMenuItemsTable::doubleClickTableRow>("doubleClickTableRow");
 
+    // Points, from a row's left edge.
+    constexpr double kTitleAt = 24;
+
     void logError(int line, std::string_view function, const std::string& message)
     {
         Debug::addErrorLogEntry("TentativeMenuItemsTable", function, __FILE__, line, false, message);
@@ -66,6 +69,13 @@ void TentativeMenuItemsTable::enableSaving()
 
 // Rows
 
+NSSize TentativeMenuItemsTable::leastSize() const
+{
+    const MainMenuItem fixed(MenuItemType::fixedAppPreferences);
+    const NSSize title = NSTextField::label(fixed.displayString)->naturalSize(kNoWidthLimit);
+    return { title.width + kTitleAt + 2 * kCellInset, 0 };
+}
+
 int TentativeMenuItemsTable::numberOfRows(NSTableView&)
 {
     return static_cast<int>(tentativeMenuItems.size());
@@ -97,7 +107,7 @@ std::shared_ptr<NSView> TentativeMenuItemsTable::viewForRow(NSTableView&, int ro
     text->setTranslatesAutoresizingMaskIntoConstraints(false);
     container->addSubview(text);
     NSLayoutConstraint::activate({
-        text->leftAnchor().constraintEqualTo(container->leftAnchor(), isSeparator ? 0 : 24),
+        text->leftAnchor().constraintEqualTo(container->leftAnchor(), isSeparator ? 0 : kTitleAt),
         text->rightAnchor().constraintEqualTo(container->rightAnchor()),
         text->centerYAnchor().constraintEqualTo(container->centerYAnchor()),
     });

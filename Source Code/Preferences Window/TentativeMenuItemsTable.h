@@ -52,6 +52,8 @@ public:
     void handleEditMenuItemButton(NSButton* sender);
     void doubleClickTableRow(NSObject*) { }
 
+    // As wide as the row that is always there; longer titles are cut off with an ellipsis.
+    NSSize leastSize() const override;
     int numberOfRows(NSTableView& tableView) override;
     std::shared_ptr<NSView> viewForRow(NSTableView& tableView, int row) override;
     void rowViewDidMove(NSTableView& tableView, NSView& view, int row) override;

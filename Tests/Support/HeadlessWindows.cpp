@@ -99,13 +99,20 @@ void HeadlessWindows::beginOpenPanel(std::shared_ptr<NSOpenPanel> openPanel, NSW
     endPanel = std::move(completion);
 }
 
+FontAttribute HeadlessWindows::scaled(FontAttribute font) const
+{
+    if (font.size == 0 || font.size == FontAttribute::kSmallSize)
+        font.size = sizeOf(font) * textScale;
+    return font;
+}
+
 NSSize HeadlessWindows::naturalSize(const NSTextField& field, double widthLimit)
 {
-    FontAttribute font = field.font();
+    FontAttribute font = scaled(field.font());
     // In a text of several fonts the largest one measures.
     for (const AttributedString::Run& run : field.attributedStringValue().runs()) {
-        if (run.attributes.font && sizeOf(*run.attributes.font) > sizeOf(font))
-            font = *run.attributes.font;
+        if (run.attributes.font && sizeOf(scaled(*run.attributes.font)) > sizeOf(font))
+            font = scaled(*run.attributes.font);
     }
     const double bezel = field.isBezeled() ? 3 : 0;
     if (field.isEditable())
@@ -116,22 +123,22 @@ NSSize HeadlessWindows::naturalSize(const NSTextField& field, double widthLimit)
     return { *std::max_element(widths.begin(), widths.end()), static_cast<double>(widths.size()) * lineHeight(font) };
 }
 
-NSSize HeadlessWindows::naturalSize(const NSButton& button)
+NSSize HeadlessWindows::naturalSize(const NSButton& button, double)
 {
     if (button.imagePosition() == NSButton::ImagePosition::imageOnly)
         return button.image() ? button.image()->size() : NSSize {};
-    const double width = textWidth(button.title(), button.font());
+    const double width = textWidth(button.title(), scaled(button.font()));
     if (button.buttonType() == NSButton::ButtonType::switchButton)
-        return { width + 20, 18 };
-    return { width + 24, 24 };
+        return { width + 20, 18 * textScale };
+    return { width + 24, 24 * textScale };
 }
 
 NSSize HeadlessWindows::naturalSize(const NSPopUpButton& button)
 {
     double widest = 0;
     for (const std::string& title : button.itemTitles())
-        widest = std::max(widest, textWidth(title, button.font()));
-    return { widest + 36, 24 };
+        widest = std::max(widest, textWidth(title, scaled(button.font())));
+    return { widest + 36, 24 * textScale };
 }
 
 } // namespace quillbox

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AttributedString.h"
 #include "WindowDisplay.h"
 
 #include <functional>
@@ -24,17 +25,24 @@ public:
                         std::function<void(int response)> completion) override;
 
     NSSize naturalSize(const NSTextField& field, double widthLimit) override;
-    NSSize naturalSize(const NSButton& button) override;
+    NSSize naturalSize(const NSButton& button, double widthLimit) override;
     NSSize naturalSize(const NSPopUpButton& button) override;
-    double fontSize() override { return 13; }
-    double tableRowHeight() override { return 24; }
+    NSSize roomFor(const NSWindow&) override { return room; }
+    double fontSize() override { return 13 * textScale; }
+    double tableRowHeight() override { return 24 * textScale; }
     double scrollerWidth(bool isSmall) override { return isSmall ? 11 : 15; }
     double scrollViewBorder() override { return 1; }
     NSEdgeInsets tabViewInsets() override { return { 30, 2, 2, 2 }; }
 
+    FontAttribute scaled(FontAttribute font) const;
+
     // What was asked, in order: "show Quillbox Preferences", "sheet ", "close ...".
     std::vector<std::string> calls;
     std::set<NSWindow*> shown;
+    // What the screen has for a window's content.
+    NSSize room { 10000, 10000 };
+    // Texts of the default size, and what is made for them, are that much larger than by the rule.
+    double textScale = 1;
     // The last open panel, and what ends it.
     std::shared_ptr<NSOpenPanel> panel;
     std::function<void(int response)> endPanel;

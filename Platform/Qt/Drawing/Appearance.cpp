@@ -3,11 +3,14 @@
 #include <QApplication>
 #include <QFontInfo>
 #include <QScreen>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 #include <cmath>
 #include <cstdlib>
+#include <vector>
 
 namespace quillbox {
 
@@ -15,7 +18,6 @@ namespace {
 
     // The small size is this part of the default one.
     constexpr double kSmallPart = 11.0 / 13;
-    constexpr int kLargestOrdinarySize = 17;
     // Colours are compared by their grey, 0 to 255.
     constexpr int kDarkBelow = 128;
     constexpr int kReadableDifference = 80;
@@ -43,8 +45,6 @@ QFont ordinaryFont()
     const int resolution = screen ? static_cast<int>(std::lround(screen->logicalDotsPerInch())) : 0;
     if (resolution > 0 && font.pointSizeF() > 0 && QFontInfo(inch).pixelSize() != resolution)
         font.setPixelSize(static_cast<int>(std::lround(font.pointSizeF() * resolution / kPointsInInch)));
-    if (QFontInfo(font).pixelSize() > kLargestOrdinarySize)
-        font.setPixelSize(kLargestOrdinarySize);
     return font;
 }
 
@@ -111,6 +111,34 @@ void setDocumentText(QTextDocument& document, const AttributedString& text, cons
             format.setFontUnderline(true);
         }
         cursor.insertText(QString::fromStdString(run.text), format);
+    }
+}
+
+void reflowParagraphs(QTextDocument& document, double width)
+{
+    document.setTextWidth(-1);
+    // Asking for the size lays it out.
+    static_cast<void>(document.size());
+    const auto isTooLong = [width](const QTextBlock& line) {
+        return line.layout()->lineCount() > 0 && line.layout()->lineAt(0).naturalTextWidth() > width;
+    };
+    std::vector<int> breaks;
+    for (QTextBlock first = document.begin(); first.isValid(); first = first.next()) {
+        bool needsReflow = isTooLong(first);
+        std::vector<int> inParagraph;
+        while (first.length() > 1 && first.next().length() > 1) {
+            first = first.next();
+            needsReflow |= isTooLong(first);
+            inParagraph.push_back(first.position() - 1);
+        }
+        if (needsReflow)
+            breaks.insert(breaks.end(), inParagraph.begin(), inParagraph.end());
+    }
+    QTextCursor cursor(&document);
+    for (const int place : breaks) {
+        cursor.setPosition(place);
+        cursor.deleteChar();
+        cursor.insertText(QStringLiteral(" "));
     }
 }
 

@@ -51,7 +51,10 @@ NSSize ShownText::size(double widthLimit)
     const double widest = std::ceil(lines_->idealWidth());
     if (widest <= widthLimit)
         return { widest, std::ceil(lines_->size().height()) };
-    lines_->setTextWidth(std::max(1.0, std::floor(widthLimit)));
+    const double width = std::max(1.0, std::floor(widthLimit));
+    if (reflows_)
+        reflowParagraphs(*lines_, width);
+    lines_->setTextWidth(width);
     return { std::min(std::ceil(lines_->idealWidth()), widthLimit), std::ceil(lines_->size().height()) };
 }
 

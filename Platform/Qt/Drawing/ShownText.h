@@ -20,6 +20,9 @@ class ShownText {
 public:
     ShownText(const AttributedString& text, const QFont& font, bool isOneLine, const QColor& linkColour = {});
 
+    // Its paragraphs become one line, to be wrapped, where one of their own lines is too long; see reflowParagraphs().
+    void setReflowsParagraphs(bool reflows) { reflows_ = reflows; }
+
     // The size in whole pixels: as wide as the longest line, at most `widthLimit`, and as high as that makes it.
     NSSize size(double widthLimit);
     void paint(QPainter& painter, const QRect& rect, const QColor& colour);
@@ -28,6 +31,7 @@ private:
     QFont font_;
     // The text where it is on one line.
     QString line_;
+    bool reflows_ = false;
     std::unique_ptr<QTextDocument> lines_;
 };
 

@@ -1,9 +1,9 @@
 #include "ButtonPresenter.h"
 
 #include "Appearance.h"
+#include "CheckBox.h"
 #include "ImageButton.h"
 
-#include <QCheckBox>
 #include <QKeyEvent>
 #include <QPushButton>
 
@@ -28,21 +28,6 @@ namespace {
                 click();
             else
                 QPushButton::keyPressEvent(event);
-        }
-    };
-
-    // Space changes it; Return is the window's, which has a default button for it.
-    class CheckBox final : public QCheckBox {
-    public:
-        using QCheckBox::QCheckBox;
-
-    protected:
-        void keyPressEvent(QKeyEvent* event) override
-        {
-            if (isReturn(*event))
-                event->ignore();
-            else
-                QCheckBox::keyPressEvent(event);
         }
     };
 
@@ -108,11 +93,13 @@ void ButtonPresenter::showContent(NSView& view)
         return;
     }
     widget->setFont(shownFont(button.font(), ordinaryFont()));
-    widget->setText(QString(title).replace(QChar('&'), QStringLiteral("&&")));
+    const QString shownTitle = QString(title).replace(QChar('&'), QStringLiteral("&&"));
     if (kind_ == Kind::checkbox) {
+        static_cast<CheckBox*>(widget)->showTitle(shownTitle);
         widget->setChecked(button.isOn());
     } else {
         auto* push = static_cast<QPushButton*>(widget);
+        push->setText(shownTitle);
         push->setFlat(!button.isBordered());
         push->setDefault(button.keyEquivalent().find('\r') != std::string::npos);
     }

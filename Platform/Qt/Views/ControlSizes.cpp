@@ -57,21 +57,30 @@ NSSize ControlSizes::of(const NSTextField& field, double widthLimit)
         return { kNoNaturalLength, static_cast<double>(sample.sizeHint().height()) };
     }
     const bool isOneLine = field.maximumNumberOfLines() == 1 && !field.isSelectable();
-    return ShownText(field.attributedStringValue(), font, isOneLine).size(widthLimit);
+    ShownText text(field.attributedStringValue(), font, isOneLine);
+    text.setReflowsParagraphs(field.reflowsParagraphs());
+    return text.size(widthLimit);
 }
 
-NSSize ControlSizes::of(const NSButton& button)
+NSSize ControlSizes::of(const NSButton& button, double widthLimit)
 {
     if (button.imagePosition() == NSButton::ImagePosition::imageOnly)
         return button.image() ? button.image()->size() : NSSize {};
     const QString title = QString::fromStdString(button.title()).replace(QChar('&'), QStringLiteral("&&"));
-    const auto measured = [&](QAbstractButton& sample) {
-        sample.setFont(shownFont(button.font(), ordinaryFont()));
-        sample.setText(title);
-        return sizeOf(sample.sizeHint());
-    };
-    return button.buttonType() == NSButton::ButtonType::switchButton ? measured(samples().checkBox)
-                                                                     : measured(samples().pushButton);
+    const QFont font = shownFont(button.font(), ordinaryFont());
+    if (button.buttonType() == NSButton::ButtonType::switchButton) {
+        CheckBox& sample = samples().checkBox;
+        sample.setFont(font);
+        sample.showTitle(title);
+        return sizeOf(sample.sizeWithin(widthLimit));
+    }
+    QPushButton& sample = samples().pushButton;
+    sample.setFont(font);
+    sample.setText(title);
+    // What styles leave beside a title does not grow with the font.
+    const QFontMetrics metrics(font);
+    const int whole = metrics.size(Qt::TextShowMnemonic, title).width() + metrics.height();
+    return sizeOf(sample.sizeHint().expandedTo(QSize(whole, 0)));
 }
 
 NSSize ControlSizes::of(const NSPopUpButton& button)

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "CheckBox.h"
 #include "NSGeometry.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -21,7 +21,7 @@ class NSTextField;
 class ControlSizes {
 public:
     NSSize of(const NSTextField& field, double widthLimit);
-    NSSize of(const NSButton& button);
+    NSSize of(const NSButton& button, double widthLimit);
     NSSize of(const NSPopUpButton& button);
     double tableRowHeight();
     double scrollerWidth(bool isSmall);
@@ -35,7 +35,7 @@ private:
     struct Samples {
         QLineEdit lineEdit;
         QPushButton pushButton;
-        QCheckBox checkBox;
+        CheckBox checkBox;
         QComboBox comboBox;
     };
     Samples& samples();

@@ -3,14 +3,24 @@
 #include "Appearance.h"
 
 #include <QComboBox>
+#include <QWheelEvent>
 
 namespace quillbox {
 
 namespace {
 
+    // The wheel scrolls what it is in; it does not choose by the way.
+    class PopUpBox final : public QComboBox {
+    public:
+        using QComboBox::QComboBox;
+
+    protected:
+        void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+    };
+
     QWidget* makeWidget(const std::shared_ptr<NSPopUpButton>& button, QWidget& parent)
     {
-        auto* box = new QComboBox(&parent);
+        auto* box = new PopUpBox(&parent);
         QObject::connect(box, &QComboBox::activated, box,
                          [box, chosenIn = std::weak_ptr<NSPopUpButton>(button)](int at) {
                              if (const auto known = chosenIn.lock()) {

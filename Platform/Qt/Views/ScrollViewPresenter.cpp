@@ -4,6 +4,7 @@
 #include "NSTableView.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
@@ -22,14 +23,43 @@ namespace {
         return table ? table->rowHeight() : QFontMetrics(ordinaryFont()).lineSpacing();
     }
 
+    // A frame as the style paints it. Where a point is no whole number of pixels, the style's may lie a pixel outside
+    // of what is shown; it is painted here then.
+    class Border final : public QFrame {
+    public:
+        explicit Border(QWidget* parent) : QFrame(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+
+    protected:
+        void paintEvent(QPaintEvent* event) override
+        {
+            if (devicePixelRatioF() == std::floor(devicePixelRatioF())) {
+                QFrame::paintEvent(event);
+                return;
+            }
+            constexpr double kPart = 0.4;
+            QColor colour = palette().color(QPalette::WindowText);
+            colour.setAlphaF(kPart);
+            QPainter painter(this);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(QPen(colour, 1));
+            painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+        }
+    };
+
 } // namespace
 
 ScrollViewWidget::ScrollViewWidget(std::weak_ptr<NSScrollView> view, QWidget* parent)
-    : QFrame(parent),
+    : QWidget(parent),
       scroller_(new QScrollBar(Qt::Vertical, this)),
+      border_(new Border(this)),
       view_(std::move(view))
 {
     connect(scroller_, &QScrollBar::valueChanged, this, [this](int value) { scroll(value); });
+}
+
+void ScrollViewWidget::resizeEvent(QResizeEvent*)
+{
+    border_->setGeometry(rect());
 }
 
 void ScrollViewWidget::wheelEvent(QWheelEvent* event)
@@ -49,8 +79,10 @@ void ScrollViewWidget::wheelEvent(QWheelEvent* event)
     rest_ += down;
     const double whole = std::trunc(rest_);
     rest_ -= whole;
-    scroll(view->contentView()->bounds().minY() + whole);
-    event->accept();
+    const double y = view->contentView()->bounds().minY();
+    scroll(y + whole);
+    // At its end what is around it scrolls.
+    event->setAccepted(down > 0 ? y < view->contentView()->maximumScroll() : y > 0);
 }
 
 void ScrollViewWidget::scroll(double toY)
@@ -70,13 +102,13 @@ void ScrollViewPresenter::showContent(NSView& view)
     auto* frame = static_cast<ScrollViewWidget*>(widget());
     switch (scrollView.borderType()) {
     case NSScrollView::BorderType::noBorder:
-        frame->setFrameStyle(QFrame::NoFrame);
+        frame->border()->setFrameStyle(QFrame::NoFrame);
         break;
     case NSScrollView::BorderType::lineBorder:
-        frame->setFrameStyle(QFrame::Box | QFrame::Plain);
+        frame->border()->setFrameStyle(QFrame::Box | QFrame::Plain);
         break;
     case NSScrollView::BorderType::bezelBorder:
-        frame->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+        frame->border()->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
         break;
     }
     frame->setAutoFillBackground(scrollView.drawsBackground());
@@ -87,8 +119,11 @@ void ScrollViewPresenter::subviewsShown(NSView& view)
 {
     const auto& scrollView = dynamic_cast<const NSScrollView&>(view);
     const NSClipView& clip = *scrollView.contentView();
-    QScrollBar* scroller = static_cast<ScrollViewWidget*>(widget())->scroller();
-    scroller->setVisible(scrollView.hasVerticalScroller());
+    auto* frame = static_cast<ScrollViewWidget*>(widget());
+    QScrollBar* scroller = frame->scroller();
+    frame->border()->setVisible(frame->border()->frameStyle() != QFrame::NoFrame);
+    frame->border()->raise();
+    scroller->setVisible(scrollView.showsVerticalScroller());
     scroller->setGeometry(shownRect(scrollView.verticalScrollerFrame()));
     const QSignalBlocker scrollsNothing(scroller);
     scroller->setPageStep(static_cast<int>(clip.bounds().size.height));

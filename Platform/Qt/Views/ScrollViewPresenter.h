@@ -10,19 +10,23 @@ class QScrollBar;
 namespace quillbox {
 
 // The border and the scroller, and what wheels and touchpads do over them and what they hold.
-class ScrollViewWidget final : public QFrame {
+class ScrollViewWidget final : public QWidget {
 public:
     ScrollViewWidget(std::weak_ptr<NSScrollView> view, QWidget* parent);
 
     QScrollBar* scroller() const { return scroller_; }
+    // Above all that is in it: where a point is not a whole number of pixels, that would cover an edge.
+    QFrame* border() const { return border_; }
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:
     void scroll(double toY);
 
     QScrollBar* scroller_;
+    QFrame* border_;
     std::weak_ptr<NSScrollView> view_;
     // What a slow wheel or touchpad has scrolled of the next pixel.
     double rest_ = 0;

@@ -31,9 +31,10 @@ SelectableText::SelectableText(QWidget* parent) : QTextBrowser(parent)
     document()->setDocumentMargin(0);
 }
 
-void SelectableText::showText(const AttributedString& text)
+void SelectableText::showText(const AttributedString& text, bool reflowsParagraphs)
 {
     text_ = text;
+    reflowsParagraphs_ = reflowsParagraphs;
     followTheme();
     setAccessibleName(QString::fromStdString(text.string()));
     fill();
@@ -44,6 +45,10 @@ void SelectableText::fill()
     const int caret = textCursor().position();
     const int anchor = textCursor().anchor();
     setDocumentText(*document(), text_, font(), shownLinkColour(QApplication::palette(this)));
+    if (reflowsParagraphs_) {
+        reflowParagraphs(*document(), width());
+        document()->setTextWidth(width());
+    }
     const int last = document()->characterCount() - 1;
     QTextCursor cursor(document());
     cursor.setPosition(std::min(anchor, last));
@@ -64,6 +69,13 @@ void SelectableText::changeEvent(QEvent* event)
 {
     QTextBrowser::changeEvent(event);
     if (event->type() == QEvent::FontChange)
+        fill();
+}
+
+void SelectableText::resizeEvent(QResizeEvent* event)
+{
+    QTextBrowser::resizeEvent(event);
+    if (reflowsParagraphs_ && event->size().width() != event->oldSize().width())
         fill();
 }
 

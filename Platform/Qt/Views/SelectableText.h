@@ -14,7 +14,8 @@ public:
     explicit SelectableText(QWidget* parent);
 
     // Without attributes the text is in this widget's font. The selection stays where it is, as far as the text goes.
-    void showText(const AttributedString& text);
+    // Paragraphs whose own lines are too long for the widget are reflowed where that is wished.
+    void showText(const AttributedString& text, bool reflowsParagraphs = false);
 
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
@@ -23,6 +24,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
 private:
@@ -30,6 +32,7 @@ private:
     void fill();
 
     AttributedString text_;
+    bool reflowsParagraphs_ = false;
 };
 
 } // namespace quillbox

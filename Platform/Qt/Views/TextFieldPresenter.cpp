@@ -1,7 +1,6 @@
 #include "TextFieldPresenter.h"
 
 #include "Appearance.h"
-#include "NSScrollView.h"
 #include "SelectableText.h"
 #include "TextLabel.h"
 
@@ -42,10 +41,7 @@ namespace {
         const QRect caret = text.cursorRect();
         const NSRect inView { { static_cast<double>(caret.x()), static_cast<double>(caret.y()) },
                               { static_cast<double>(caret.width()), static_cast<double>(caret.height()) } };
-        for (auto around = view.superview(); around; around = around->superview()) {
-            if (auto* clip = dynamic_cast<NSClipView*>(around.get()))
-                clip->scrollToVisible(view.convert(inView, *clip->documentView()));
-        }
+        view.scrollRectToVisible(inView);
     }
 
     QWidget* makeSelectable(const std::shared_ptr<NSTextField>& field, QWidget& parent)
@@ -123,7 +119,7 @@ void TextFieldPresenter::showContent(NSView& view)
         break;
     }
     case Kind::selectable:
-        static_cast<SelectableText*>(widget())->showText(text);
+        static_cast<SelectableText*>(widget())->showText(text, field.reflowsParagraphs());
         break;
     case Kind::editable: {
         auto* line = static_cast<QLineEdit*>(widget());

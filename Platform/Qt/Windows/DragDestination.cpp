@@ -27,6 +27,17 @@ namespace {
         return offered & Qt::LinkAction ? Qt::LinkAction : Qt::IgnoreAction;
     }
 
+    // How far the clip view, which shows in `room`, scrolls in a step while the pointer is there; 0 where it does not.
+    double stepNear(const NSClipView& clip, NSRect room, NSPoint point)
+    {
+        const double edge = std::min(kEdge, room.size.height * kLargestEdgePart);
+        const double above = room.minY() + edge - point.y;
+        const double below = point.y - (room.maxY() - edge);
+        const double step = above > 0 ? -kLargestStep * above / edge : below > 0 ? kLargestStep * below / edge : 0;
+        const double y = clip.bounds().minY();
+        return std::clamp(y + step, 0.0, clip.maximumScroll()) == y ? 0 : step;
+    }
+
     NSPoint pointOf(const QDropEvent& event)
     {
         return { event.position().x(), event.position().y() };
@@ -98,26 +109,18 @@ NSDragOperation DragDestination::moveTo(NSPoint point)
 
 void DragDestination::scrollNear(const std::shared_ptr<NSView>& view, NSPoint point)
 {
-    std::shared_ptr<NSClipView> clip;
-    for (auto around = view; around && !clip; around = around->superview())
-        clip = std::dynamic_pointer_cast<NSClipView>(around);
     const auto window = window_.lock();
-    if (!clip || !window) {
-        timer_.reset();
-        return;
+    // The innermost one that can still scroll: past a list's end the page that the list is on goes on.
+    for (auto around = view; window && around; around = around->superview()) {
+        const auto clip = std::dynamic_pointer_cast<NSClipView>(around);
+        const double step = clip ? stepNear(*clip, clip->convert(clip->bounds(), *window->contentView()), point) : 0;
+        if (step != 0) {
+            scrolled_ = clip;
+            timer_ = Clock::current().after(kScrollInterval, [this, step] { scrollStep(step); });
+            return;
+        }
     }
-    const NSRect room = clip->convert(clip->bounds(), *window->contentView());
-    const double edge = std::min(kEdge, room.size.height * kLargestEdgePart);
-    const double above = room.minY() + edge - point.y;
-    const double below = point.y - (room.maxY() - edge);
-    const double step = above > 0 ? -kLargestStep * above / edge : below > 0 ? kLargestStep * below / edge : 0;
-    const double y = clip->bounds().minY();
-    if (step == 0 || std::clamp(y + step, 0.0, clip->maximumScroll()) == y) {
-        timer_.reset();
-        return;
-    }
-    scrolled_ = clip;
-    timer_ = Clock::current().after(kScrollInterval, [this, step] { scrollStep(step); });
+    timer_.reset();
 }
 
 void DragDestination::scrollStep(double step)

@@ -8,6 +8,7 @@
 #include "NSTabView.h"
 #include "SheetShield.h"
 #include "ViewKinds.h"
+#include "WindowRoom.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -223,6 +224,8 @@ void WindowPresenter::orderFront()
             focusFirst();
         show();
         windowHandle()->installEventFilter(this);
+        for (const QScreen* screen : QGuiApplication::screens())
+            connect(screen, &QScreen::availableGeometryChanged, this, &WindowPresenter::followScreen);
     }
     if (isMinimized())
         showNormal();
@@ -251,15 +254,19 @@ void WindowPresenter::placeFirst(const NSWindow& window)
 {
     if (std::exchange(isPlaced_, true))
         return;
-    const QWidget* on = parentWidget();
-    const QRect room = (on ? on->screen() : screen())->availableGeometry();
-    QPoint place = room.center() - rect().center();
-    if (on && window.sheetParent())
-        place = on->geometry().topLeft() + QPoint((on->width() - width()) / 2, 0);
-    // A sheet that is taller than its window stays on the screen where it can.
-    place.setX(std::max(room.left(), std::min(place.x(), room.right() + 1 - width())));
-    place.setY(std::max(room.top(), std::min(place.y(), room.bottom() + 1 - height())));
-    move(place);
+    room_ = roomForContent(this);
+    move(firstPlace(*this, window.sheetParent() ? parentWidget() : nullptr));
+}
+
+void WindowPresenter::followScreen()
+{
+    const auto window = window_.lock();
+    const QSize room = roomForContent(this);
+    if (!window || !isVisible() || !isOtherRoom(room, room_, size()))
+        return;
+    room_ = room;
+    window->fitContent();
+    setNeedsDisplay();
 }
 
 // What the desktop and the person do
@@ -286,6 +293,7 @@ void WindowPresenter::layOutAnew()
     setFont(ordinaryFont());
     lookChanged_();
     setAllNeedLayout(*window->contentView());
+    window->fitContent();
     content_->forgetShown();
     setNeedsDisplay();
 }
@@ -343,8 +351,13 @@ void WindowPresenter::focusChanged(QWidget* now)
     if (!presenter)
         return;
     // The widget may be about to go, its view gone before it.
-    if (const auto view = presenter->view(); view && view->window() == window)
-        window->userFocuses(view);
+    const auto view = presenter->view();
+    if (!view || view->window() != window)
+        return;
+    window->userFocuses(view);
+    // What is under the mouse stays there, so that a click ends where it began.
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
+        view->scrollToVisible();
 }
 
 bool WindowPresenter::eventFilter(QObject* watched, QEvent* event)

@@ -40,6 +40,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    // It may be on another screen now, or have got its frame.
+    void moveEvent(QMoveEvent*) override { followScreen(); }
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
@@ -57,6 +59,8 @@ private:
     void placeFirst(const NSWindow& window);
     void focusChanged(QWidget* now);
     void layOutAnew();
+    // Fits into the room that the screen has now.
+    void followScreen();
 
     std::weak_ptr<NSWindow> window_;
     std::function<void()> lookChanged_;
@@ -66,6 +70,8 @@ private:
     QPointer<SheetShield> shield_;
     bool isDisplayPosted_ = false;
     bool isPlaced_ = false;
+    // What the screen had for the content.
+    QSize room_;
     // While the widgets become what the views are: where the keyboard goes meanwhile is nobody's choice.
     bool isShowing_ = false;
     unsigned shownFirstResponder_ = 0;

@@ -33,7 +33,8 @@ class PreferencesUser(RunningQuillbox):
                 return False
             told = self.desktop.output("xwininfo", "-id", found[0].decode(), check=False).decode()
             place = [round(int(number) / self.scale) for number in re.findall(r"Absolute upper-left [XY]: +(-?\d+)", told)]
-            return place == [round(shown[0][0].x / self.scale), round(shown[0][0].y / self.scale)]
+            # The window manager places windows on odd pixels too.
+            return all(abs(one - other / self.scale) <= 1 for one, other in zip(place, (shown[0][0].x, shown[0][0].y)))
         wait_for("the window in its place", placed)
 
     def wait_until_closed(self):
@@ -143,7 +144,8 @@ class PreferencesUser(RunningQuillbox):
         """The name of the tab whose contents show."""
         views = self.windows()[0]
         tabs = next(i for i, view in enumerate(views) if view.kind == "NSTabView")
-        return views[tabs + 1].name
+        # One that scrolls stands below its scroll view.
+        return next(view.name for view in views[tabs + 1:] if view.kind == "NSView" and view.name)
 
     def each_tab(self):
         """Clicks along the tabs and stops at each one that this brings up; gives their names."""

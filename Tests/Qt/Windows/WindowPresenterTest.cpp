@@ -1,6 +1,10 @@
 #include "WindowWorld.h"
 
+#include "CheckBox.h"
 #include "KeyViewLoop.h"
+#include "Palettes.h"
+#include "ScrollViewPresenter.h"
+#include "SelectableText.h"
 #include "ShownText.h"
 #include "TableViewWidget.h"
 #include "TextLabel.h"
@@ -13,6 +17,7 @@
 #include <QCloseEvent>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 using namespace quillbox;
 
@@ -162,7 +167,9 @@ TEST(WindowPresenter, TheWindowGrowsWithinItsLimitsAndFollowsTheFont)
     QWidget* window = world.widget();
     window->resize(500, 5000);
     WindowWorld::settle();
-    EXPECT_EQ(world.window.lock()->contentSize(), (NSSize { WindowWorld::kWidth, WindowWorld::kHeight + 400 }));
+    const double room = world.desktop.windows().roomFor(*world.window.lock()).height;
+    EXPECT_EQ(world.window.lock()->contentSize(),
+              (NSSize { WindowWorld::kWidth, std::min(WindowWorld::kHeight + 400, room) }));
 
     const double before = world.table->rowHeight();
     const QFont font = QApplication::font();
@@ -171,8 +178,62 @@ TEST(WindowPresenter, TheWindowGrowsWithinItsLimitsAndFollowsTheFont)
     QApplication::setFont(larger);
     WindowWorld::settle();
     EXPECT_GT(world.table->rowHeight(), before);
+    EXPECT_EQ(world.desktop.windows().fontSize(), 40);
     EXPECT_EQ(world.find<TableViewWidget>()->rowWidget(1)->height(), world.table->rowHeight());
     QApplication::setFont(font);
+}
+
+TEST(SelectableText, ReflowsTheParagraphsThatHaveToWrap)
+{
+    SelectableText text(nullptr);
+    text.show();
+    const QString short1 = QStringLiteral("one\ntwo\n\n");
+    const QString long1 = QStringLiteral("three words or\nfour");
+    text.showText(AttributedString((short1 + long1).toStdString()), true);
+    const int width = text.fontMetrics().horizontalAdvance(QStringLiteral("three words"));
+    text.resize(width, 200);
+    EXPECT_EQ(text.toPlainText(), short1 + QString(long1).replace('\n', ' '));
+    ShownText measured(AttributedString((short1 + long1).toStdString()), text.font(), false);
+    const double whole = measured.size(width + 5).height;
+    measured.setReflowsParagraphs(true);
+    EXPECT_LT(measured.size(width + 5).height, whole);
+    text.resize(10 * width, 200);
+    EXPECT_EQ(text.toPlainText(), short1 + long1);
+}
+
+TEST(CheckBox, CanBeSeenOnEveryBackgroundAndWraps)
+{
+    for (const QColor& background : { QColor(42, 46, 50), QColor(246, 245, 244), QColor(Qt::black) }) {
+        CheckBox box;
+        box.setPalette(QPalette(background, background));
+        box.resize(box.sizeHint());
+        const QImage image = box.grab().toImage();
+        double most = 0;
+        for (int x = 0; x < image.width(); ++x)
+            most = std::max(most, contrast(image.pixelColor(x, image.height() / 2), background));
+        EXPECT_GE(most, 2.5) << background.name().toStdString();
+    }
+    CheckBox box;
+    box.showTitle(QStringLiteral("a title of some words"));
+    const QSize whole = box.sizeWithin(kNoWidthLimit);
+    const QSize wrapped = box.sizeWithin(whole.width() - 20);
+    EXPECT_GT(wrapped.height(), whole.height());
+    EXPECT_EQ(box.sizeWithin(whole.width()), whole);
+}
+
+TEST(ScrollView, AtItsEndTheWheelGoesOnToWhatIsAroundIt)
+{
+    WindowWorld world(50);
+    auto* list = world.find<ScrollViewWidget>();
+    const auto isTaken = [&](int angle) {
+        QWheelEvent wheel({ 5, 5 }, list->mapToGlobal(QPointF(5, 5)), {}, { 0, angle }, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(list, &wheel);
+        return wheel.isAccepted();
+    };
+    EXPECT_FALSE(isTaken(120));
+    EXPECT_TRUE(isTaken(-120000));
+    EXPECT_FALSE(isTaken(-120));
 }
 
 TEST(ShownText, FitsIntoTheSizeThatItWants)
