@@ -20,6 +20,8 @@ option it opens its preferences.
 
   --menu       open the menu at its icon, ready for the keyboard; for a key of
                the desktop's keyboard settings
+  --autostart on|off
+               start Quillbox at login, or not any more
   --help       show this text
   --version    show the version
 
@@ -60,6 +62,13 @@ CommandLine CommandLine::read(int argc, const char* const* argv)
         const std::string_view argument = argv[i];
         if (argument == "--menu") {
             line.request = Request::openMenu;
+        } else if (argument == "--autostart") {
+            const std::string_view value = i + 1 < argc ? argv[++i] : "";
+            line.request = value == "on" ? Request::startAtLogin : Request::dontStartAtLogin;
+            if (value != "on" && value != "off") {
+                line.problem = "takes \"--autostart on\" or \"--autostart off\"";
+                break;
+            }
         } else if (argument == "--help" || argument == "-h") {
             line.request = Request::help;
             break;

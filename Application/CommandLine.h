@@ -7,7 +7,7 @@ namespace quillbox {
 
 // What the program was asked for when it was started. Read before the toolkit is, which needs a display.
 struct CommandLine {
-    enum class Request { run, openMenu, help, version };
+    enum class Request { run, openMenu, startAtLogin, dontStartAtLogin, help, version };
 
     Request request = Request::run;
     // What was not understood, for whoever typed it; empty where all was.

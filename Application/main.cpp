@@ -1,6 +1,8 @@
 #include "AppDelegate.h"
 #include "ApplicationBundles.h"
+#include "AutostartEntry.h"
 #include "Bundle.h"
+#include "CanonicalPath.h"
 #include "CommandLine.h"
 #include "Debug.h"
 #include "Installed.h"
@@ -90,6 +92,23 @@ namespace {
         std::fflush(stdout);
     }
 
+    AutostartEntry autostartEntry(const LibrarySearchPaths& searchPaths)
+    {
+        const Result<std::string> program =
+            canonicalPath(Bundle::pathForAuxiliaryExecutable("quillbox").value_or("quillbox"));
+        return { XdgEnvironment::ofProcess(searchPaths), AutostartEntry::Places::ofProcess(),
+                 Bundle::main().bundleIdentifier().value_or("org.quillbox.Quillbox"), program ? *program : "quillbox" };
+    }
+
+    int setStartAtLogin(bool isOn)
+    {
+        const LibrarySearchPaths searchPaths;
+        const Result<void> done = autostartEntry(searchPaths).setOn(isOn);
+        if (!done)
+            std::fprintf(stderr, "quillbox: %s\n", done.error().description().c_str());
+        return done ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+
     // The bus's name for what a key does that opens the menu.
     constexpr const char* kOpenMenu = "open-menu";
 
@@ -120,7 +139,11 @@ namespace {
             workspace.setActivationToken(token);
             QtDesktop::setActivationToken(token);
         };
-        const auto shortMenu = std::make_shared<ShortMenu>([&desktop] { desktop.openMenu(); }, openPreferences, quit);
+        const AutostartEntry autostart = autostartEntry(searchPaths);
+        const auto shortMenu =
+            std::make_shared<ShortMenu>([&desktop] { desktop.openMenu(); },
+                                        LoginItem { [&autostart] { return autostart.isOn(); },
+                                                    [&autostart](bool isOn) { return autostart.setOn(isOn); } });
         desktop.setShortMenu(ShortMenu::menu(shortMenu));
         desktop.setActivationTokenHandlers(takeToken, [&workspace] { return workspace.isActivationTokenTaken(); });
         const auto startAgain = [&desktop] {
@@ -164,6 +187,9 @@ int main(int argc, char** argv)
     const CommandLine commandLine = CommandLine::read(argc, argv);
     if (const std::optional<int> exitCode = commandLine.answer())
         return *exitCode;
+    using Request = CommandLine::Request;
+    if (commandLine.request == Request::startAtLogin || commandLine.request == Request::dontStartAtLogin)
+        return setStartAtLogin(commandLine.request == Request::startAtLogin);
     // Where nobody reads our standard output any more, writing to it fails, and the program goes on.
     std::signal(SIGPIPE, SIG_IGN);
     LibrarySearchPaths searchPaths;
@@ -174,7 +200,7 @@ int main(int argc, char** argv)
         QApplication::setDesktopFileName(QString::fromStdString(*identifier));
 
     SingleInstance instance(std::move(startEnvironment));
-    switch (instance.claim(commandLine.request == CommandLine::Request::openMenu ? kOpenMenu : "")) {
+    switch (instance.claim(commandLine.request == Request::openMenu ? kOpenMenu : "")) {
     case SingleInstance::Outcome::first:
     case SingleInstance::Outcome::unguarded:
         break;

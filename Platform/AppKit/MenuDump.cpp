@@ -27,6 +27,8 @@ namespace {
             writeLine(out, item->attributedTitle() ? item->attributedTitle()->string() : item->title());
             if (item->hasSubmenu())
                 out << " >";
+            if (item->state())
+                out << (item->state() == NSControlStateValue::on ? " [x]" : " [ ]");
             if (!item->image().isEmpty())
                 out << " [" << item->image().source()->name() << "]";
             if (item->action())

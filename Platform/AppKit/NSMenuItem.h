@@ -5,11 +5,14 @@
 #include "NSObject.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace quillbox {
 
 class NSMenu;
+
+enum class NSControlStateValue { off, on };
 
 // One row of a menu. It owns its submenu; the menu it is in owns it. A row is enabled if it has an action
 // or a submenu: without an action it can be opened, not chosen; with neither it is shown disabled.
@@ -49,6 +52,10 @@ public:
     const std::string& toolTip() const { return toolTip_; }
     void setToolTip(std::string toolTip) { toolTip_ = std::move(toolTip); }
 
+    // None for a row without a check mark.
+    const std::optional<NSControlStateValue>& state() const { return state_; }
+    void setState(NSControlStateValue state) { state_ = state; }
+
     // The menu this item is in; null while it is in none. The menu clears it when the item leaves.
     NSMenu* menu() const { return menu_; }
 
@@ -63,6 +70,7 @@ private:
     std::weak_ptr<NSObject> target_;
     std::shared_ptr<NSMenu> submenu_;
     NSMenu* menu_ = nullptr;
+    std::optional<NSControlStateValue> state_;
     bool isSeparator_ = false;
 };
 

@@ -76,6 +76,8 @@ namespace {
         ExportedRow row;
         row.kind = exportedKind(item);
         row.place = place;
+        if (item.state())
+            row.isChecked = item.state() == NSControlStateValue::on;
         if (row.kind != Kind::separator)
             icons.describe(item.image(), row);
         if (row.kind != Kind::text) {

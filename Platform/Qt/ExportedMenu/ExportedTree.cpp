@@ -8,7 +8,8 @@ namespace quillbox {
 
 bool ExportedRow::looksLike(const ExportedRow& other) const
 {
-    return kind == other.kind && title == other.title && iconName == other.iconName && iconData == other.iconData;
+    return kind == other.kind && title == other.title && iconName == other.iconName && iconData == other.iconData
+        && isChecked == other.isChecked;
 }
 
 ExportedTree::ExportedTree()

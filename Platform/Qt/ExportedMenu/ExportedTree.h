@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct ExportedRow {
     // Index of the item in the model's menu; of `more`, of the first item below it, which `count` items go on from.
     std::size_t place = 0;
     std::size_t count = 0;
+    // None for a row without a check mark.
+    std::optional<bool> isChecked = std::nullopt;
 
     bool hasLevel() const { return kind == Kind::submenu || kind == Kind::submenuWithAction || kind == Kind::more; }
     bool looksLike(const ExportedRow& other) const;

@@ -60,6 +60,10 @@ namespace {
             properties.insert(QStringLiteral("enabled"), false);
         if (row.hasLevel())
             properties.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
+        if (row.isChecked) {
+            properties.insert(QStringLiteral("toggle-type"), QStringLiteral("checkmark"));
+            properties.insert(QStringLiteral("toggle-state"), *row.isChecked ? 1 : 0);
+        }
         if (!row.iconName.isEmpty())
             properties.insert(QStringLiteral("icon-name"), row.iconName);
         if (!row.iconData.isEmpty())

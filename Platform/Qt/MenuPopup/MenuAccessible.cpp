@@ -58,6 +58,8 @@ namespace {
             state.focused = isSelected && popup_.takesKeys();
             state.offscreen = rect().isEmpty();
             state.invisible = !popup_.isVisible();
+            state.checkable = item().state().has_value();
+            state.checked = item().state() == NSControlStateValue::on;
             if (item().hasSubmenu()) {
                 state.hasPopup = state.expandable = true;
                 state.expanded = popup_.openRow() == row_;

@@ -111,6 +111,10 @@ void MenuRowPainter::paint(QPainter& painter, const QRect& row, const NSMenuItem
             rowOption.palette.color(isSelected && item.isEnabled() ? QPalette::HighlightedText : QPalette::Text);
         rowOption.icon = QIcon(ImageRenderer::pixmap(image, popup_->devicePixelRatioF(), colour));
     }
+    if (item.state()) {
+        rowOption.checkType = QStyleOptionMenuItem::NonExclusive;
+        rowOption.checked = item.state() == NSControlStateValue::on;
+    }
     const QStringList lines = shownLines(item);
     const auto room = mayBeCut ? std::optional(row.width() - widthBesideText_) : std::nullopt;
     if (lines.size() > 1) {
