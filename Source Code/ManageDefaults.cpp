@@ -26,6 +26,9 @@ namespace {
     // Whether the default list stands in because the settings could not be read, and not because they hold none.
     bool isListProvisional = false;
 
+    // How many changes of other programs the settings in use go by.
+    std::uint64_t knownChanges = 0;
+
     // What one load has found so far; committed as a whole or not at all.
     struct Load {
         MainMenuItem::List items;
@@ -205,9 +208,10 @@ bool ManageDefaults::saveAppMenusToDisk()
 
 void ManageDefaults::loadAppMenusFromDisk(bool onlyLoadIfNeeded)
 {
-    if (onlyLoadIfNeeded && !isReloadNeeded())
+    if (onlyLoadIfNeeded && (loadChangesOfOthers() || !isReloadNeeded()))
         return;
     const BookmarkSearchBound bound;
+    knownChanges = UserDefaults::standard().changesOfOthers();
     if (std::optional<Load> load = readList())
         commit(std::move(*load));
 }
@@ -223,6 +227,14 @@ void ManageDefaults::loadAllFromDisk()
     UserDefaults& defaults = UserDefaults::standard();
     showDebugTab() = defaults.object(kShowDebugTab) && defaults.boolean(kShowDebugTab);
     loadAppMenusFromDisk(false);
+}
+
+bool ManageDefaults::loadChangesOfOthers()
+{
+    if (UserDefaults::standard().changesOfOthers() == knownChanges)
+        return false;
+    loadAllFromDisk();
+    return true;
 }
 
 const MainMenuItem::List& ManageDefaults::defaultMenuItems()

@@ -23,12 +23,14 @@ public:
     // a fresh bookmark. False where the list could not be encoded; that has been told then, and what was stored stays.
     static bool saveAppMenusToDisk();
     // Makes the live list from the stored one. With onlyLoadIfNeeded it first checks whether a picked file
-    // could not be reached or has moved since the last load, or the settings could not be read then, and otherwise
-    // does nothing.
+    // could not be reached or has moved since the last load, the settings could not be read then, or another program
+    // has changed them, and otherwise does nothing.
     static void loadAppMenusFromDisk(bool onlyLoadIfNeeded);
     // Both settings.
     static bool saveAllToDisk();
     static void loadAllFromDisk();
+    // Loads them where another program has changed the stored ones since the last load; false where none has.
+    static bool loadChangesOfOthers();
 
     // The list that stands in when nothing usable is stored: the same five objects each time.
     static const MainMenuItem::List& defaultMenuItems();

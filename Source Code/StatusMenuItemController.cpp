@@ -215,8 +215,10 @@ void StatusMenuItemController::openAppPreferencesWindow(NSObject*)
 {
     // One that was closed is held until the event that closed it has ended, which may take as long as a drag.
     const auto known = PreferencesWindowVC::preferencesWindow().lock();
-    if (!known || !known->isVisible())
+    if (!known || !known->isVisible()) {
+        ManageDefaults::loadChangesOfOthers(); // The window would put the old list in their place.
         PreferencesWindowVC::create();
+    }
     NSApplication::shared().activate(true);
     if (const auto window = PreferencesWindowVC::preferencesWindow().lock())
         window->orderFrontRegardless();

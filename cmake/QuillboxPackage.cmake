@@ -15,6 +15,7 @@ configure_file(Packaging/copyright.in "${doc}/copyright" @ONLY)
 configure_file(Packaging/changelog.in "${doc}/changelog.Debian" @ONLY)
 execute_process(COMMAND gzip --best --no-name --force --keep "${doc}/changelog.Debian"
                         "${CMAKE_BINARY_DIR}/Packaging/quillbox.1"
+                        "${CMAKE_BINARY_DIR}/Packaging/quillbox-defaults.1"
                 COMMAND_ERROR_IS_FATAL ANY)
 install(FILES "${doc}/copyright" "${doc}/changelog.Debian.gz" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/quillbox")
 

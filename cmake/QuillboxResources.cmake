@@ -11,11 +11,11 @@ foreach(resource IN LISTS resources)
     endif()
 endforeach()
 
-foreach(file IN ITEMS ${QUILLBOX_IDENTIFIER}.service ${QUILLBOX_IDENTIFIER}.metainfo.xml quillbox.1)
+foreach(file IN ITEMS ${QUILLBOX_IDENTIFIER}.service ${QUILLBOX_IDENTIFIER}.metainfo.xml quillbox.1 quillbox-defaults.1)
     configure_file("Packaging/${file}.in" "${CMAKE_BINARY_DIR}/Packaging/${file}" @ONLY)
 endforeach()
 
-install(TARGETS quillbox)
+install(TARGETS quillbox quillbox-defaults)
 install(TARGETS quillbox-mount-helper DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/quillbox")
 install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/" DESTINATION "${CMAKE_INSTALL_DATADIR}/quillbox" PATTERN icons EXCLUDE)
 # The index of the installed theme is the icon theme package's.
@@ -25,4 +25,17 @@ install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.metainfo.xml
 install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.service"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
 # Debian wants its manual pages compressed, other systems compress them themselves.
-install(FILES "${CMAKE_BINARY_DIR}/Packaging/quillbox.1$<$<BOOL:${QUILLBOX_DEB}>:.gz>" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+foreach(page IN ITEMS quillbox.1 quillbox-defaults.1)
+    install(FILES "${CMAKE_BINARY_DIR}/Packaging/${page}$<$<BOOL:${QUILLBOX_DEB}>:.gz>"
+            DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+endforeach()
+
+# Shell completion, where each shell looks for what packages bring.
+set(QUILLBOX_ZSH_COMPLETIONS "${CMAKE_INSTALL_DATADIR}/zsh/$<IF:$<BOOL:${QUILLBOX_DEB}>,vendor-completions,site-functions>"
+    CACHE STRING "Where zsh looks for completions")
+foreach(program IN ITEMS quillbox quillbox-defaults)
+    install(FILES "Packaging/completions/${program}.bash" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+            RENAME "${program}")
+    install(FILES "Packaging/completions/_${program}" DESTINATION "${QUILLBOX_ZSH_COMPLETIONS}")
+    install(FILES "Packaging/completions/${program}.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+endforeach()

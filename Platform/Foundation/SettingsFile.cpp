@@ -48,10 +48,13 @@ void SettingsFile::refresh()
         return;
     }
     Result<PropertyList> list = PropertyList::fromData(*bytes);
-    if (auto* dictionary = list ? list->as<PropertyList::Dictionary>() : nullptr)
-        finishReading(std::move(*dictionary), *present);
-    else
+    auto* dictionary = list ? list->as<PropertyList::Dictionary>() : nullptr;
+    if (!dictionary) {
         meetDamage(**present);
+        return;
+    }
+    changesOfOthers_ += wasRead_ && *dictionary != values_ ? 1 : 0;
+    finishReading(std::move(*dictionary), *present);
 }
 
 void SettingsFile::finishReading(PropertyList::Dictionary values, std::optional<Stamp> stamp)

@@ -26,6 +26,9 @@ public:
     void refresh();
     // What it held when it could be read last.
     const PropertyList::Dictionary& values() const { return values_; }
+    // How often refresh() has found other values than were known, written by another program. A file that was removed
+    // or is damaged does not count.
+    std::uint64_t changesOfOthers() const { return changesOfOthers_; }
     // Why it can't be read now; none where it could be, or nothing is there.
     const std::optional<Error>& readError() const { return readError_; }
 
@@ -58,6 +61,7 @@ private:
     // The file as it was read last.
     std::optional<Stamp> stamp_;
     bool wasRead_ = false;
+    std::uint64_t changesOfOthers_ = 0;
     std::optional<Error> readError_;
     std::optional<Error> lastReport_;
     // A damaged file that changed a moment ago, and when it was first met as it is.

@@ -192,6 +192,12 @@ bool UserDefaults::isReadable()
     return !state_->file.readError();
 }
 
+std::uint64_t UserDefaults::changesOfOthers()
+{
+    state_->file.refresh();
+    return state_->file.changesOfOthers();
+}
+
 Result<void> UserDefaults::synchronize()
 {
     if (state_->pending.empty())

@@ -46,6 +46,10 @@ public:
     // False while the file can't be read: what it holds is unknown then, and values read before stay in use.
     bool isReadable();
 
+    // How often other programs have changed the settings since they were read first: whoever has made something of
+    // them compares it with the number of that time. Looks at the file.
+    std::uint64_t changesOfOthers();
+
     // Writes what has been set since the last time; nothing to write is a success. On failure the values stay
     // pending, and the failure handler is told: each time that something had been set since the last attempt, and when
     // an attempt to write the same values again fails for another cause.

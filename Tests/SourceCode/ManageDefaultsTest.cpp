@@ -32,6 +32,28 @@ namespace {
         EXPECT_TRUE(World::loggedMessages().empty());
     }
 
+    TEST_F(ManageDefaultsTest, WhatAnotherProgramStoresIsLoadedAtTheNextOpeningAndOurOwnChangesAreNot)
+    {
+        const auto records = [](const char* kind) {
+            std::vector<MainMenuItemSaver> list(1);
+            list.front().menuItemType = kind;
+            return list;
+        };
+        world.store(records("plaintext"));
+        ManageDefaults::loadAllFromDisk();
+        UserDefaults other(world.defaults.path());
+        other.set(*MainMenuItemSaver::encodeList(records("other")), "UserPickedMenuItems");
+        other.set(true, "ShowDebugTab");
+        ASSERT_TRUE(other.synchronize());
+        ManageDefaults::loadAppMenusFromDisk(true);
+        EXPECT_EQ(liveKinds().back(), "other");
+        EXPECT_TRUE(ManageDefaults::showDebugTab());
+        world.defaults.removeObject("UserPickedMenuItems");
+        ASSERT_TRUE(world.defaults.synchronize());
+        ManageDefaults::loadAppMenusFromDisk(true);
+        EXPECT_EQ(liveKinds().back(), "other");
+    }
+
     TEST_F(ManageDefaultsTest, TheOnePreferencesEntryComesFirstAndUnknownKindsAreSkipped)
     {
         struct Case {
