@@ -22,7 +22,7 @@ namespace {
     std::vector<Error> untold;
     bool isTelling = false;
 
-    // Shows one alert for all that has failed; what fails while it runs gets the next.
+    // Shows one alert for everything that has failed. Failures while it is shown go into the next one.
     void tellSettingsFailures()
     {
         if (std::exchange(isTelling, true))
@@ -39,7 +39,7 @@ namespace {
         isTelling = false;
     }
 
-    // The alert waits for the end of the event: settings are written while a menu is on its way to open.
+    // The alert waits for the end of the event, because settings may be written while a menu is about to open.
     void reportSettingsFailure(const Error& error)
     {
         Debug::addErrorLogEntry("UserDefaults", "synchronize()", __FILE__, __LINE__, false, error.description());
@@ -60,7 +60,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::applicationWillTerminate()
 {
-    // No event follows in which the failures of this one could be shown.
+    // No further event will show the failures of this one.
     tellSettingsFailures();
 }
 

@@ -8,16 +8,17 @@ namespace quillbox {
 
 class StatusMenuItemController;
 
-// Starts Quillbox: loads the configuration and makes the one controller of the status menu.
+// Starts Quillbox: it loads the configuration and makes the controller of the status menu.
 class AppDelegate : public NSApplicationDelegate {
 public:
     void applicationDidFinishLaunching() override;
-    // Nothing is saved here: the configuration is written when it is changed. Shows what could not be written.
+    // Shows what could not be written. Nothing is saved here, since the configuration is written whenever it is
+    // changed.
     void applicationWillTerminate() override;
 
-    // The controller made at launch; null before.
+    // Returns the controller made at launch, or null before that.
     static const std::shared_ptr<StatusMenuItemController>& statusMenuItemController();
-    // Lets go of it, before the desktop that shows its status item ends.
+    // Releases the controller. This must happen before the desktop that shows its status item ends.
     static void releaseStatusMenuItemController();
 };
 

@@ -38,7 +38,7 @@ void Debug::pruneDynamicMenuItems()
 {
     auto& items = dynamicMenuItems();
     std::erase_if(items, [](const WeakPtr<NSMenuItemPlus>& item) { return item.value.expired(); });
-    // A large directory that was shown once must not be paid for all day.
+    // The memory for one very large directory should not be held after its menu is closed.
     items.shrink_to_fit();
 }
 

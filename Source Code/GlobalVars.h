@@ -14,7 +14,7 @@ public:
     GlobalVars() = delete;
 
     static const std::string& systemSettingsAppName();
-    // The name that the application has on a system of that version.
+    // Returns the application's name on a system of that version.
     static std::string systemSettingsAppName(OperatingSystemVersion version);
     // The title of every separator in the configuration.
     static const std::string& separatorDisplayString();
@@ -25,7 +25,7 @@ public:
         return { NSFont::systemFont(NSFont::smallSystemFontSize, FontAttribute::Weight::light), {} };
     }
 
-    // The drag types of the preferences window's two tables.
+    // The drag types of the two tables in the preferences window.
     static const std::string& tentativeMenuItemPasteboardType();
     static const std::string& suggestedMenuItemPasteboardType();
 };

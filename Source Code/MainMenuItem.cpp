@@ -12,7 +12,7 @@ namespace quillbox {
 
 namespace {
 
-    constexpr double kOneYear = 31'536'000; // seconds
+    constexpr double kOneYear = 31'536'000; // in seconds
     constexpr std::int64_t kDefaultRecentItems = 10;
 
     std::array<MainMenuItem::Info, kMenuItemTypeCount> makeMenuItemInfo()
@@ -45,7 +45,7 @@ namespace {
         Debug::addErrorLogEntry("MainMenuItem", "init(_:)", __FILE__, line, false, message);
     }
 
-    // A bookmark that leads nowhere is worth a report only where its file is still there.
+    // An unresolved bookmark is reported only if its file is still there.
     void resolveBookmark(MainMenuItem& item, const MainMenuItemSaver& record)
     {
         bool isStale = false;
@@ -98,7 +98,7 @@ MainMenuItem::MainMenuItem(MenuItemType type, std::optional<std::string> title, 
 
 std::shared_ptr<MainMenuItem> MainMenuItem::fromRecord(const MainMenuItemSaver& record)
 {
-    // Older programs had another name for the settings.
+    // Older programs used another name for this kind.
     const auto type = record.menuItemType == "systemPreferences" ? MenuItemType::systemSettings
                                                                  : quillbox::menuItemType(record.menuItemType);
     if (!type) {

@@ -18,21 +18,21 @@ namespace quillbox {
 
 struct MainMenuItemSaver;
 
-// One configured item of the status menu's top level. Items are shared by reference: the live list, the
-// working list of the preferences window and the default list may hold the same object; menus and editors
-// refer to it weakly. All fields may be changed by whoever edits the item.
+// One configured item of the status menu's top level. Items are shared: the live list, the working list of the
+// preferences window and the default list may hold the same object; menus and editors refer to it weakly. Whoever edits
+// the item may change all fields.
 class MainMenuItem {
 public:
     using List = std::vector<std::shared_ptr<MainMenuItem>>;
 
-    // What every item of a kind has in common.
+    // What all items of one kind have in common.
     struct Info {
-        // The title of an item that was given none.
+        // The title of an item that has been given none.
         std::string displayString;
-        // Set together: the standard directory whose contents the kind shows.
+        // The standard directory whose contents the kind shows. Either both are set or none.
         std::optional<SearchPathDomainMask> in;
         std::optional<SearchPathDirectory> forDirectory;
-        // One line for the table of suggestions; may be empty.
+        // One line for the table of suggestions. It may be empty.
         std::string description;
     };
 
@@ -40,31 +40,31 @@ public:
                           std::optional<std::string> unixPath = {}, std::optional<URL> fileURL = {},
                           MenuOptionFlagsSv optionFlagsSv = {}, MenuOptionFlagsDv optionFlagsDv = {});
 
-    // The item of a saved record; null, and an entry in the error log, where the record's kind is unknown.
-    // A bookmark that can't be resolved leaves the item with its path and its bytes, without a URL.
+    // Makes the item of a saved record. If the record's kind is unknown, returns null and adds an entry to the error
+    // log. If the bookmark can't be resolved, the item has its path and the bookmark's bytes, but no URL.
     static std::shared_ptr<MainMenuItem> fromRecord(const MainMenuItemSaver& record);
 
-    // The row of the kind; null only for a value that is no kind.
+    // Returns what all items of the kind have in common; null only for a value that is no kind.
     static const Info* menuItemInfo(MenuItemType type);
 
-    // The list that the status menu shows; empty until the first load, replaced as a whole.
+    // The list that the status menu shows. It is empty until the first load, and replaced as a whole.
     static List& actualMenuItems();
 
-    // Prints the live list for whoever works on the program.
+    // Prints the live list for developers.
     static void dumpActualMenuItems(std::ostream& out);
     static void dumpActualMenuItems();
 
     MenuItemType menuItemType;
     std::string displayString;
-    // arbitraryPath: the picked path, as the file system's bytes once its bookmark was resolved.
+    // For arbitraryPath: the picked path; once its bookmark was resolved, the file system's exact bytes.
     std::optional<std::string> unixPath;
-    // arbitraryPath: what the bookmark resolved to; none while it does not.
+    // For arbitraryPath: the URL to which the bookmark resolved; none while it can't be resolved.
     std::optional<URL> fileURL;
-    // arbitraryPath: the bookmark as last loaded, saved again when no fresh one can be made.
+    // For arbitraryPath: the bookmark as last loaded. It is saved again if no new one can be made.
     std::optional<Data> bookmarkDataRaw;
-    // Recent-items kinds: entries last used before this moment are not listed.
+    // For recent items: entries last used before this moment are not listed.
     std::optional<Date> noRecentItemsOlderThan;
-    // Recent-items kinds: how many entries to list.
+    // For recent items: how many entries are listed.
     std::int64_t maxNumberOfRecentItems = 0;
     MenuOptionFlagsSv optionFlagsSv;
     MenuOptionFlagsDv optionFlagsDv;

@@ -8,7 +8,7 @@ namespace quillbox {
 
 namespace {
 
-    // Reads the fields of one record; after the first that is missing or of another type, `failed` says so.
+    // Reads the fields of one record. After a field that is missing or of another type, `failed` describes it.
     class FieldReader {
     public:
         explicit FieldReader(const PropertyList& record) : record_(record) { }
@@ -50,7 +50,7 @@ namespace {
         std::optional<Error> failure_;
     };
 
-    // The fields that both versions have, in the order of the record.
+    // Reads the fields that both versions have, in the order of the record.
     template <class Record>
     void readFirstFields(FieldReader& reader, Record& record)
     {

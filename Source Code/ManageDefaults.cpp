@@ -23,7 +23,7 @@ namespace {
                                 message);
     }
 
-    // Whether the default list stands in because the settings could not be read, and not because they hold none.
+    // Whether the default list is in use because the settings could not be read, not because they hold none.
     bool isListProvisional = false;
 
     // How many changes of other programs the settings in use go by.
@@ -33,7 +33,7 @@ namespace {
     struct Load {
         MainMenuItem::List items;
         std::vector<ManageDefaults::FileReference> fileReferences;
-        // Some bookmark should be made afresh.
+        // Whether some bookmark should be made anew.
         bool needsSave = false;
         bool isProvisional = false;
     };
@@ -53,14 +53,16 @@ namespace {
         }
         for (const auto& [reference, recordedPath] : ManageDefaults::fileReferences()) {
             const auto path = reference.path();
-            // Paths are compared by their bytes: a rename between names that Unicode takes for equal is a rename.
+            // Paths are compared by their bytes, so that a rename between names that Unicode considers equal is
+            // noticed.
             if (path != recordedPath)
                 return true;
         }
         return false;
     }
 
-    // Whether it could not be resolved at the last load either. It was saved then, and would be saved the same again.
+    // Whether the bookmark could not be resolved at the last load either. It was saved then, and saving it again would
+    // change nothing.
     bool failedBefore(const Data& bookmark)
     {
         const MainMenuItem::List& items = MainMenuItem::actualMenuItems();
@@ -132,7 +134,7 @@ namespace {
         return records;
     }
 
-    // Gives none where the list in use has to stay.
+    // Returns nothing if the list in use must stay.
     std::optional<Load> readList()
     {
         UserDefaults& defaults = UserDefaults::standard();

@@ -6,7 +6,7 @@
 
 namespace quillbox {
 
-// What a top-level item of the status menu is.
+// The kinds of top-level items of the status menu.
 enum class MenuItemType {
     fixedAppPreferences,
     separator,
@@ -45,14 +45,14 @@ namespace detail {
     };
 }
 
-// The kind's name as it is saved; for a value that is no kind, "unknown".
+// Returns the name under which the kind is saved; "unknown" for a value that is no kind.
 constexpr std::string_view rawValue(MenuItemType type)
 {
     const auto index = static_cast<std::size_t>(type);
     return index < kMenuItemTypeCount ? detail::menuItemTypeRawValues[index] : "unknown";
 }
 
-// There is a kind for the 14 names, spelled exactly so, and for no other text.
+// Returns the kind with this name; the name must be spelled exactly as one of the 14.
 constexpr std::optional<MenuItemType> menuItemType(std::string_view rawValue)
 {
     for (std::size_t index = 0; index < kMenuItemTypeCount; ++index) {

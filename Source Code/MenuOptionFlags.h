@@ -4,26 +4,26 @@
 
 namespace quillbox {
 
-// Options that the person sets for an item and that are saved with it.
+// Options that the user sets for an item, saved with it.
 using MenuOptionFlagsSv = OptionSet<struct MenuOptionFlagsSvTag>;
 
 namespace menuOptionFlagsSv {
-    // A label is shown disabled.
+    // A plain-text item is shown disabled.
     inline constexpr MenuOptionFlagsSv showPlaintextAsDisabled { 1 };
     inline constexpr MenuOptionFlagsSv showHiddenItems { 2 };
-    // File items get their path as tool tip.
+    // File items show their path as a tool tip.
     inline constexpr MenuOptionFlagsSv showPathAsTooltip { 4 };
-    // Recent items newest first instead of by name.
+    // Recent items are listed newest first instead of by name.
     inline constexpr MenuOptionFlagsSv sortByDate { 8 };
-    // A leading article or opening quote does not count when names are sorted.
+    // A leading article or opening quote is ignored when names are sorted.
     inline constexpr MenuOptionFlagsSv ignoreArticles { 16 };
 } // namespace menuOptionFlagsSv
 
-// Options that follow from an item's kind; never saved, never edited.
+// Options that follow from an item's kind. They are neither saved nor edited.
 using MenuOptionFlagsDv = OptionSet<struct MenuOptionFlagsDvTag>;
 
 namespace menuOptionFlagsDv {
-    // Preference panes are titled by their display names.
+    // Preference panes are shown by their display names.
     inline constexpr MenuOptionFlagsDv prefPaneDisplayNames { 1 };
 } // namespace menuOptionFlagsDv
 

@@ -2,7 +2,7 @@
 
 #include "NSObject.h"
 
-// The actions of StatusMenuItemController as the rows of the menu carry them.
+// The actions of StatusMenuItemController to which the menu's rows refer.
 namespace quillbox::selectors {
 
 extern const Selector doNothing;

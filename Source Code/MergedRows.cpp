@@ -20,11 +20,11 @@ namespace {
         list.insert(list.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
     }
 
-    // What one group of directories gave.
+    // The rows of one group of directories.
     struct Group {
         ItemList entries;
         std::size_t contributorCount = 0;
-        // The row of the first directory that exists, and of the first that has entries.
+        // The row of the first directory that exists, and that of the first one with entries.
         std::shared_ptr<NSMenuItem> firstDirectory;
         std::shared_ptr<NSMenuItem> firstContributor;
     };
@@ -54,7 +54,7 @@ namespace {
         return group;
     }
 
-    // A row for something that isn't there, and the log's entry about it.
+    // Makes a row for something that is missing, and an entry for the log.
     std::shared_ptr<NSMenuItem> reportedRow(const std::string& message, std::vector<RowProblem>& problems)
     {
         auto row = missingRow(message);
@@ -62,8 +62,8 @@ namespace {
         return row;
     }
 
-    // Rows that open the same path under the same title as the row before are shown once. Other rows
-    // (separators, messages) are passed over and do not interrupt the comparison.
+    // Removes rows that open the same path under the same title as the one before. Other rows (separators, messages)
+    // are skipped in the comparison.
     void removeAdjacentDuplicates(ItemList& rows)
     {
         const NSMenuItemPlus* previous = nullptr;

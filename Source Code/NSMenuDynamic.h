@@ -11,7 +11,7 @@ namespace quillbox {
 
 class MainMenuItem;
 
-// What a dynamic menu holds, and so how it is filled when it is about to open.
+// What a dynamic menu contains, and so how it is filled when it is about to open.
 enum class menuDynamicContents : int {
     alreadyValid = 0,
     topLevelMenu = 1,
@@ -26,16 +26,16 @@ constexpr std::optional<menuDynamicContents> menuDynamicContentsFrom(int rawValu
     return rawValue >= 0 && rawValue <= 5 ? std::optional(static_cast<menuDynamicContents>(rawValue)) : std::nullopt;
 }
 
-// A menu that is built anew each time it is about to open. Its maker sets the fields once.
+// A menu that is built anew each time it is about to open. Whoever makes it sets the fields once.
 class NSMenuDynamic : public NSMenu {
 public:
     menuDynamicContents menuDynamicContentsType = menuDynamicContents::alreadyValid;
-    // The directory to list, as the file system's bytes (directoryContents).
+    // For directoryContents: the directory to list, as the file system's bytes.
     std::string pathForMenuItems;
-    // Options of the top-level item that this menu descends from.
+    // The options of the top-level item to which this menu belongs.
     MenuOptionFlagsSv optionFlagsSv;
     MenuOptionFlagsDv optionFlagsDv;
-    // The configured item (recent-items menus).
+    // For recent items: the configured item.
     std::weak_ptr<MainMenuItem> mainMenuItem;
 };
 

@@ -11,8 +11,8 @@ std::shared_ptr<NSMenuItemPlus> NSMenuItemPlus::make(std::string title, const Se
         item->~NSMenuItemPlus();
         Allocator().deallocate(item, 1);
     };
-    // std::allocate_shared would put an item and its count into one cell, which would stay for as long as the list of
-    // built items refers to it weakly, and that is as long as the menu is open.
+    // std::allocate_shared would put an item and its reference count into one cell. The list of built items refers to
+    // each weakly, which would hold the cell for as long as the menu is open.
     auto* item = new (Allocator().allocate(1)) NSMenuItemPlus(std::move(title), action);
     return { item, release, SlabAllocator<char>() };
 }

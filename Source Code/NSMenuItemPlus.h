@@ -9,22 +9,23 @@ namespace quillbox {
 
 class MainMenuItem;
 
-// A menu item that knows the path it opens.
+// A menu item that knows the path that it opens.
 class NSMenuItemPlus : public NSMenuItem {
 public:
     using NSMenuItem::NSMenuItem;
 
-    // An item of a long menu: its memory comes from a pool, and a weak reference to it keeps none of it.
+    // Makes an item for a long menu: its memory comes from a pool, and a weak reference to it keeps none of that
+    // memory.
     static std::shared_ptr<NSMenuItemPlus> make(std::string title, const Selector* action);
 
-    // The file system's bytes.
+    // As the file system's bytes.
     std::string pathToOpen;
-    // A directory that is not a package.
+    // Whether it is a directory, but no package.
     bool isDirectory = false;
-    // Stands for a picked path whose bookmark could not be resolved; opening it first checks that the
-    // path exists.
+    // Whether it stands for a picked path whose bookmark could not be resolved. Opening it first checks that the path
+    // exists.
     bool isArbitraryPathInaccessible = false;
-    // The configured item; set on "Clear Menu".
+    // The configured item. It is set only for "Clear Menu".
     std::weak_ptr<MainMenuItem> mainMenuItem;
 };
 

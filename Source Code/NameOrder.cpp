@@ -27,7 +27,8 @@ namespace {
         return position;
     }
 
-    // Where the text goes on after `word` and white space, if a further character follows.
+    // Returns the position after `word` and the white space behind it. It is 0 if the text does not begin with the
+    // word, if nothing follows, or if the white space is needed and missing.
     std::size_t afterLeading(std::string_view text, std::string_view word, bool needsSpace)
     {
         if (!text.starts_with(word))
@@ -42,7 +43,8 @@ namespace {
         return !title.empty() && (title[0] == 'a' || title[0] == 'A' || title[0] == 't' || title[0] == 'T');
     }
 
-    // Eight bytes of a key from `depth` on, as a number that compares as they do; zeros behind the key's end.
+    // Returns eight bytes of a key from `depth` on, as a number that compares as they do. Zeros stand in after the
+    // key's end.
     std::uint64_t eightBytes(std::string_view key, std::size_t depth)
     {
         std::uint64_t bytes = 0;
@@ -56,7 +58,7 @@ namespace {
 std::string_view titleWithoutArticle(std::string_view title)
 {
     if (startsWithArticleLetter(title)) {
-        // The longest article has three letters, and lower-casing those changes no length.
+        // The longest article has three letters, and changing their case changes no length.
         std::array<char, 3> head {};
         const std::size_t headLength = std::min(title.size(), head.size());
         for (std::size_t index = 0; index < headLength; ++index)
@@ -97,8 +99,8 @@ void NameOrder::add(std::string_view name)
 
 void NameOrder::sortFrom(std::size_t depth, EntryIterator begin, EntryIterator end)
 {
-    // Positions and lengths take part in the comparison only where no byte is left to tell keys apart; the
-    // position makes any sort a stable one.
+    // Positions and lengths are compared only when all bytes of the keys are equal; comparing positions makes the sort
+    // stable.
     const bool isExhausted = std::all_of(begin, end, [depth](const Entry& entry) { return entry.length <= depth; });
     if (isExhausted) {
         std::sort(begin, end, [](const Entry& a, const Entry& b) {

@@ -7,24 +7,24 @@
 
 namespace quillbox {
 
-// What counts of a title when articles are ignored: the title, in its own case, without one leading "a",
-// "an" or "the" and the space behind it, and then without one opening quote. A title that would be left
-// empty keeps what it has.
+// Returns the part of a title that counts when articles are ignored: the title without one leading "a", "an" or "the"
+// (in any case) and the space after it, and then without one opening quote. Nothing is taken away if that would leave
+// the title empty.
 std::string_view titleWithoutArticle(std::string_view title);
 
-// Puts names into the order in which people look for them (see StringComparison.h), equal ones in the
-// order they came in. Keys are made when a name is added and lie in one buffer.
+// Sorts names in the order in which people look for them (see StringComparison.h); equal names keep their order. The
+// key of a name is made when it is added, and all keys share one buffer.
 class NameOrder {
 public:
     explicit NameOrder(std::size_t expectedCount);
 
     void add(std::string_view name);
-    // The positions of the names (0 is the first one added) in sorted order.
+    // Returns the positions of the names in sorted order; 0 is the first name that was added.
     std::vector<std::uint32_t> sortedPositions();
 
 private:
     struct Entry {
-        // Eight bytes of the key as a number: those that the sort is looking at.
+        // The eight bytes of the key at which the sort is looking, as a number.
         std::uint64_t bytes;
         std::uint32_t offset;
         std::uint32_t length;
@@ -33,7 +33,7 @@ private:
 
     using EntryIterator = std::vector<Entry>::iterator;
 
-    // Sorts entries whose keys are the same up to `depth` and whose `bytes` are those from there on.
+    // Sorts entries whose keys are equal up to `depth`, and whose `bytes` are the eight that follow.
     void sortFrom(std::size_t depth, EntryIterator begin, EntryIterator end);
 
     std::string keys_;

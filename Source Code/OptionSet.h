@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// A set of option bits. Bits without a name are carried along. `Tag` keeps sets of different kinds apart.
+// A set of option bits. Bits without a name are kept. `Tag` makes sets of different kinds different types.
 template <class Tag>
 class OptionSet {
 public:

@@ -24,12 +24,12 @@ namespace {
         | URLResourceKey::isPackage | URLResourceKey::hasHiddenExtension | URLResourceKey::isAliasFile
         | URLResourceKey::isSymbolicLink;
 
-    // One path as it was found, before links are followed.
+    // An entry as it was found, before links are followed.
     struct Entry {
         std::string path;
         URLResourceValues values;
         DirectoryListing::EntryKind kind;
-        // The path's last component, unless a title was given.
+        // The last component of the path, unless a title was given.
         std::string title;
         bool isTitleGiven;
     };
@@ -39,7 +39,7 @@ namespace {
         return value.value_or(false);
     }
 
-    // A line of its own for a path, as the log shows it.
+    // Returns the path as a line of its own for the log.
     std::string quotedLine(const std::string& path)
     {
         return "  \"" + unicode::displayText(path) + "\"";
@@ -115,7 +115,7 @@ namespace {
         return row;
     }
 
-    // What stands in for the rows of a directory that could not be listed.
+    // Makes the rows for a directory that could not be listed.
     Made<std::optional<ItemList>> unlistedRows(const std::string& path)
     {
         const Result<FileKind> kind = FileManager::defaultManager().kind(path);
@@ -127,7 +127,7 @@ namespace {
                  { { kCreateSubMenu, ".fileExists() says it's a valid file (not directory)?\n" + quotedLine(path) } } };
     }
 
-    // What stands in for the row of a path that can't be looked at.
+    // Makes the row for a path that can't be looked at.
     Made<std::shared_ptr<NSMenuItem>> refusedRow(const std::string& path, IfMissing ifMissing)
     {
         const bool exists = FileManager::defaultManager().fileExists(path);
@@ -176,7 +176,7 @@ Made<std::optional<ItemList>> directoryRows(const URL& directoryURL, IfMissing i
     rows.reserve(listing->count());
     std::vector<RowProblem> problems;
     for (std::size_t index = 0; index < listing->count(); ++index) {
-        // What the listing told already need not be asked again.
+        // Entries are looked at only if the listing does not tell enough.
         auto values = listing->knownResourceValues(index);
         const auto kind = values ? listing->kind(index) : DirectoryListing::EntryKind::unknown;
         if (!values) {

@@ -5,8 +5,8 @@
 
 namespace quillbox {
 
-// The name that a preference pane of this file name (extension included, case matters) is known by; none
-// where the file name says it well enough or the bundle has to be asked.
+// Returns the usual name of the preference pane with this file name (with its extension; case matters). Nothing is
+// returned if the file name is good enough or the bundle itself has to be asked.
 std::optional<std::string_view> prefPaneTitle(std::string_view fileName);
 
 } // namespace quillbox

@@ -19,7 +19,7 @@ namespace {
 
     enum class UseKind { application, document };
 
-    // What the lists show the path as; none for what they leave out, and for what is not there.
+    // Returns how the lists show the path; nothing if they leave it out, or if it does not exist.
     std::optional<UseKind> useKindOf(const std::string& path, std::string_view extension)
     {
         const Result<FileKind> kind = FileManager::defaultManager().kind(path);
@@ -96,13 +96,15 @@ std::pair<PathList, PathList> recentlyUsedPaths(Date lastUsedSince, std::int64_t
         if (!path)
             continue;
         const std::string_view extension = path::pathExtension(*path);
-        // This could only be a document, and their list is full. Thousands of them may lie before the next application.
+        // This can only be a document, and that list is full. Thousands of documents may come before the next
+        // application.
         if (extension != "app" && !hasRoomFor(UseKind::document))
             continue;
         const auto kind = useKindOf(*path, extension);
         if (!kind || !hasRoomFor(*kind))
             continue;
-        // Programs record one file by several paths. The one used last stays; only those to be listed are asked for.
+        // Programs record the same file under several paths; only the one used last is listed. Canonical paths are
+        // looked up only for entries that would be listed.
         const Result<std::string> canonical = canonicalPath(*path);
         if (listed.insert(canonical ? *canonical : *path).second)
             (*kind == UseKind::application ? apps : docs).push_back(*path);

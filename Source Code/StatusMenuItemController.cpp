@@ -30,7 +30,7 @@ namespace selectors {
 
 namespace {
 
-    constexpr double kAlertWidth = 600; // points
+    constexpr double kAlertWidth = 600; // in points
 
     void logError(int line, std::string_view function, std::string_view message)
     {
@@ -100,7 +100,7 @@ void StatusMenuItemController::menuNeedsUpdate(NSMenu& menu)
     case menuDynamicContents::alreadyValid:
         return;
     case menuDynamicContents::topLevelMenu:
-        // This row stays only if the menu can't be built at all.
+        // This row remains only if the menu can't be built at all.
         if (statusItem_->menu())
             statusItem_->menu()->addItem(textRow("Dynamic Init Menu Item"));
         populateTheTopLevelMenu();
@@ -213,7 +213,7 @@ void StatusMenuItemController::doNothing(NSObject*) { }
 
 void StatusMenuItemController::openAppPreferencesWindow(NSObject*)
 {
-    // One that was closed is held until the event that closed it has ended, which may take as long as a drag.
+    // A closed window exists until the event that closed it has ended, which may take as long as a drag.
     const auto known = PreferencesWindowVC::preferencesWindow().lock();
     if (!known || !known->isVisible()) {
         ManageDefaults::loadChangesOfOthers(); // The window would put the old list in their place.

@@ -16,45 +16,45 @@
 
 namespace quillbox {
 
-// Owns the status item and builds its menu. It is the delegate of every dynamic menu, which it fills when
-// the menu is about to open and empties when the top-level menu has closed, and the target of every item's
-// action. One lives for the whole process; menus and items refer to it weakly. Problems never stop it:
-// they become disabled rows and entries of the error log.
+// Owns the status item and builds its menu. It is the delegate of every dynamic menu, which it fills when the menu is
+// about to open and empties when the top-level menu has closed, and the target of every item's action. One exists for
+// the life of the process; menus and items refer to it weakly. Problems never stop it: they become disabled rows and
+// entries of the error log.
 //
-// The rows themselves are made beside it, by functions that keep nothing (TopLevelRows, MergedRows, PathRows,
-// RecentItems); what they report is logged here.
+// Functions without state make the rows themselves (TopLevelRows, MergedRows, PathRows, RecentItems); the controller
+// logs the problems that they report.
 class StatusMenuItemController : public NSObject,
                                  public NSMenuDelegate,
                                  public std::enable_shared_from_this<StatusMenuItemController> {
 public:
-    // Puts the icon into the status bar, with an empty menu.
+    // Makes the controller, and puts the icon with an empty menu into the status bar.
     static std::shared_ptr<StatusMenuItemController> create();
 
     const std::shared_ptr<NSStatusItem>& statusItem() const { return statusItem_; }
 
-    // Builders. Flags go unchanged into every submenu.
+    // Builders. Flags are passed unchanged to every submenu.
 
-    // Replaces the contents of the status item's menu by what is configured.
+    // Replaces the contents of the status item's menu by the configured items.
     void populateTheTopLevelMenu();
-    // One item with the merged contents of two groups of directories as its submenu. Null only where group1URLs
-    // is empty.
+    // Makes one item whose submenu has the merged contents of two groups of directories; see mergedRow(). Returns null
+    // only if group1URLs is empty.
     std::shared_ptr<NSMenuItem> createMenuItemForMainMenu(const std::vector<URL>& group1URLs,
                                                           const std::vector<URL>& group2URLs,
                                                           const std::string& group1MissingMsg,
                                                           MenuOptionFlagsSv optionFlagsSv,
                                                           MenuOptionFlagsDv optionFlagsDv);
-    // A file item for a path of a recent-items menu.
+    // Makes the item for a file of a recent-items menu.
     std::shared_ptr<NSMenuItemPlus> createFileMenuItem(const std::string& forPath,
                                                        const std::shared_ptr<MainMenuItem>& mainMenuItem);
-    // The item for one path, a directory with a submenu that is filled when it opens. Null where the entry is
-    // to be left out: hidden and not at the top level, or missing with returnNilIfDoesntExist.
+    // Makes the item for one path; a directory gets a submenu that is filled when it opens. Returns null if the entry
+    // is to be left out: because it is hidden and not at the top level, or missing with returnNilIfDoesntExist.
     std::shared_ptr<NSMenuItem> createRecursiveMenuItem(const URL& forPathURL,
                                                         const std::optional<std::string>& displayString,
                                                         bool isTopLevel, bool returnNilIfDoesntExist,
                                                         MenuOptionFlagsSv optionFlagsSv,
                                                         MenuOptionFlagsDv optionFlagsDv);
-    // One level of a directory as sorted items, at least one (it may say what is wrong); with
-    // returnNilIfNoDir none where the directory can't be listed or is empty.
+    // Makes the sorted items for one level of a directory, at least one, which may say what is wrong. With
+    // returnNilIfNoDir, returns nothing if the directory can't be listed or is empty.
     std::optional<ItemList> createSubMenuItems(const URL& directoryURL, bool returnNilIfNoDir,
                                                MenuOptionFlagsSv optionFlagsSv, MenuOptionFlagsDv optionFlagsDv);
 
@@ -70,7 +70,8 @@ public:
     void menuWillOpen(NSMenu& menu) override;
     void menuDidClose(NSMenu& menu) override;
 
-    // Paths of applications and of documents used since the cut-off, each list within its limit.
+    // Returns the paths of the applications and of the documents used since the given moment, each list within its
+    // limit.
     std::pair<PathList, PathList> queryRecentItems(Date lastUsedSince, std::int64_t maxApps, std::int64_t maxDocs,
                                                    MenuOptionFlagsSv optionFlagsSv);
 
@@ -83,7 +84,7 @@ private:
     std::shared_ptr<NSStatusItem> statusItem_;
 };
 
-// Calls of menuNeedsUpdate since a menu last opened or closed. Only the first of them builds.
+// The number of calls of menuNeedsUpdate since a menu last opened or closed. Only the first one builds a menu.
 int& menuNeedsUpdateCount();
 
 } // namespace quillbox

@@ -32,7 +32,8 @@ namespace {
         return std::string(rawValue(item.menuItemType));
     }
 
-    // The item's own title on a row that was made; a row titled `missingTitle` where none was, and why for the log.
+    // Gives a row that was made the item's own title. If none was made, adds a row titled `missingTitle` and the
+    // problem.
     MadeRow titledOrMissing(MadeRow made, const MainMenuItem& item, std::string message,
                             const std::string& missingTitle)
     {
@@ -122,7 +123,7 @@ namespace {
         return { std::move(row), {} };
     }
 
-    // The row of a picked path whose bookmark leads nowhere. Choosing it explains that.
+    // Makes the row of a picked path whose bookmark can't be resolved. Choosing the row explains that.
     std::shared_ptr<NSMenuItem> unreachedPathRow(const MainMenuItem& item, const RowOwner& owner)
     {
         auto row = std::make_shared<NSMenuItemPlus>(item.displayString, &selectors::openTheClickedFile);

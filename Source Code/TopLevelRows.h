@@ -7,7 +7,8 @@
 
 namespace quillbox {
 
-// The row of the top level for one configured item. There is always one: what can't be shown is a row that says so.
+// Makes the row of the top level for one configured item. There is always a row: if the item can't be shown, the row
+// says so.
 Made<std::shared_ptr<NSMenuItem>> topLevelRow(const std::shared_ptr<MainMenuItem>& item, const RowOwner& owner);
 
 } // namespace quillbox

@@ -7,24 +7,25 @@
 
 namespace quillbox {
 
-// The life of a drag over this program's windows: which view it is over, in what order views hear of it, and
-// when it has ended. The display and tests drive one of these and hold no rule of their own. The pasteboard is
-// kept alive by this object; views are not.
+// The life of a drag over this program's windows: which view it is over, in which order views hear of it, and when it
+// has ended. The display and tests drive one of these and hold no rules of their own. It owns the pasteboard but keeps
+// no view alive.
 class DragTracking {
 public:
     explicit DragTracking(NSPasteboard pasteboard) : pasteboard_(std::move(pasteboard)) { }
 
     const NSPasteboard& pasteboard() const { return pasteboard_; }
-    // What another program promised has arrived, at the drop.
+    // Called at the drop, when the data that another program promised has arrived.
     void setPasteboard(NSPasteboard pasteboard) { pasteboard_ = std::move(pasteboard); }
 
-    // The drag is over `view` (null: over nothing of ours), at a point of `view`'s coordinates. The destination
-    // is the nearest view at or above it that takes a type of the drag; it hears of entering, moving and leaving.
+    // The drag is over `view` (null if it is over nothing of ours), at a point in the coordinates of `view`. The
+    // destination is the nearest view at or above `view` that accepts a type of the drag; it hears of entering, moving
+    // and leaving.
     NSDragOperation move(const std::shared_ptr<NSView>& view, NSPoint location);
-    // Let go of where it was last: true if the destination took it.
+    // The drag was dropped where it was last. Returns true if the destination accepted it.
     bool drop();
-    // The whole drag is over, wherever it was dropped. For a drag that began here this is called after the
-    // display has finished with the drag's source.
+    // The whole drag is over, wherever it was dropped. For a drag that began here, this is called after the display has
+    // finished with the drag's source.
     void end();
 
 private:
@@ -33,7 +34,7 @@ private:
 
     NSPasteboard pasteboard_;
     std::weak_ptr<NSView> destination_;
-    // Who hears of the end: the last destination, also when the drag has left it.
+    // The view that hears of the end: the last destination, even if the drag has left it.
     std::weak_ptr<NSView> lastDestination_;
     NSPoint location_;
     NSDragOperation operation_ = NSDragOperation::none;

@@ -33,7 +33,7 @@ namespace {
         return Extent::length;
     }
 
-    // One axis of the problem; the container is the last extent.
+    // One axis of the problem. The last extent is the container's.
     class Axis {
     public:
         Axis(const LayoutProblem& problem, bool horizontal)
@@ -78,7 +78,7 @@ namespace {
         const Extent& extent(std::size_t item) const { return extents_[item]; }
         const Extent& container() const { return extents_.back(); }
 
-        // How long an item may be at most by its inequalities, as far as their other side is known.
+        // Returns how long an item may be by its inequalities, as far as their other side is known.
         double limit(std::size_t item) const
         {
             double result = kNoLimit;

@@ -10,14 +10,14 @@
 
 namespace quillbox {
 
-// One superview with the views directly in it, as plain values.
+// One superview and its direct subviews, as plain values.
 struct LayoutProblem {
     struct Item {
         const NSView* view = nullptr;
-        // A view whose frame is not laid out stays where it is.
+        // Set for a view that is not laid out and stays where it is.
         std::optional<NSRect> fixedFrame;
-        // The size that its content wants within a width (infinite: as wide as it likes); a width or height below
-        // zero is one that it does not mind.
+        // Returns the size that the view's content wants within a width (infinite for as wide as it likes). A width or
+        // height below zero means that the content has no wish for it.
         std::function<NSSize(double widthLimit)> naturalSize;
         // What it needs to be usable; where nothing else says how high it is, it is that high.
         std::function<NSSize()> leastSize;
@@ -26,17 +26,17 @@ struct LayoutProblem {
     };
 
     const NSView* container = nullptr;
-    // What is not known follows from the constraints.
+    // Where these are empty, the length follows from the constraints.
     std::optional<double> containerWidth;
     std::optional<double> containerHeight;
     std::vector<Item> items;
-    // Of the container, and of the items' own lengths.
+    // The constraints of the container, and those of the items' own lengths.
     std::vector<NSLayoutConstraint> constraints;
 };
 
 struct LayoutSolution {
     NSSize containerSize;
-    // In the order of the items, in the container's coordinates.
+    // In the order of the items, in the coordinates of the container.
     std::vector<NSRect> frames;
 };
 

@@ -34,7 +34,7 @@ int NSApplication::run()
 
 void NSApplication::terminate(NSObject*)
 {
-    // The failure handler is told of a failure, so that the delegate can show it; the old file is still there.
+    // The failure handler is told of a failure, so that the delegate can show it. The old file is still there then.
     static_cast<void>(UserDefaults::standard().synchronize());
     if (delegate_)
         delegate_->applicationWillTerminate();
@@ -71,7 +71,8 @@ NSApplication::EventScope::EventScope()
 NSApplication::EventScope::~EventScope()
 {
     int& depth = NSApplication::shared().eventDepth_;
-    // Written while still inside the event: an alert about a failed write handles events of its own.
+    // The settings are written while still inside the event, because an alert about a failed write handles events of
+    // its own.
     if (depth == 1)
         static_cast<void>(UserDefaults::standard().synchronize());
     --depth;

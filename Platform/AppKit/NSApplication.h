@@ -17,33 +17,35 @@ public:
     virtual void applicationWillTerminate() = 0;
 };
 
-// The running application: its main loop, its delegate and the sending of actions. The one of the process
-// is shared(). Settings that were changed are written when the outermost event or action ends.
+// The running application: its main loop, its delegate and the sending of actions. shared() is the process's only one.
+// Changed settings are written when the outermost event or action ends.
 class NSApplication {
 public:
     static NSApplication& shared();
 
-    // The desktop that is Installed. Stops the program where none is: without a desktop nothing may be shown.
+    // Returns the desktop that is installed. The program stops if there is none, because nothing can be shown without
+    // it.
     Desktop& desktop();
 
     void setDelegate(std::shared_ptr<NSApplicationDelegate> delegate) { delegate_ = std::move(delegate); }
 
-    // Tells the delegate that launching has finished, then runs the desktop's loop. Returns the exit code.
+    // Tells the delegate that launching has finished, then runs the desktop's event loop. Returns the exit code.
     int run();
-    // Writes the settings, tells the delegate and stops the loop.
+    // Writes the settings, tells the delegate and stops the event loop.
     void terminate(NSObject* sender);
     void activate(bool ignoringOtherApps);
 
-    // Performs the action on its target with the sender; false where there is no action or the target is
-    // gone. The sender is held until the action ends.
+    // Performs the action on its target. Returns false if there is no action or the target is gone. The sender is kept
+    // alive until the action ends.
     bool sendAction(const Selector* action, const std::shared_ptr<NSObject>& target, std::shared_ptr<NSObject> sender);
 
-    // Lets go of the object when the outermost event has ended; at once where none is running. An event may still
-    // be at work in an object that it closes.
+    // Releases the object when the outermost event has ended, or at once if no event is being handled. It is for
+    // objects that an event closes while the event may still be at work in them.
     void releaseAfterEvent(std::shared_ptr<void> object);
 
-    // One event of the display or one call from outside. It is opened where these enter the program and nowhere
-    // else; what an event calls need not know of it. At the end of the outermost one the user defaults are written.
+    // Stands for one event of the display or one call from another process. It is opened only where these enter the
+    // program; the code that an event calls need not know of it. When the outermost one ends, the user defaults are
+    // written.
     class EventScope {
     public:
         EventScope();

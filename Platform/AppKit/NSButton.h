@@ -15,7 +15,7 @@ public:
     enum class ImagePosition { noImage = 0, imageOnly = 1 };
     enum class ImageScaling { proportionallyDown = 0, axesIndependently = 1, none = 2, proportionallyUpOrDown = 3 };
 
-    // A checkbox with that title.
+    // Makes a checkbox with that title.
     static std::shared_ptr<NSButton> checkbox(std::string title);
 
     const char* className() const override { return "NSButton"; }
@@ -34,15 +34,15 @@ public:
     void setImageScaling(ImageScaling scaling);
     bool isBordered() const { return isBordered_; }
     void setBordered(bool bordered);
-    // Of a checkbox.
+    // Whether a checkbox is checked; it has no meaning for a push button.
     bool isOn() const { return isOn_; }
     void setOn(bool on);
-    // The keys that press it, wherever the keyboard is in its window: "\r" for Return, "\x1b" for Escape, one after the
-    // other for both.
+    // The keys that press the button wherever the keyboard focus is in its window: "\r" for Return, "\x1b" for Escape,
+    // or both in one text.
     const std::string& keyEquivalent() const { return keyEquivalent_; }
     void setKeyEquivalent(std::string key);
 
-    // The person pressed it; nothing happens while it is disabled or its window is held.
+    // The user pressed the button. Nothing happens while it is disabled or a sheet blocks its window.
     void performClick();
 
 private:

@@ -5,12 +5,12 @@
 
 namespace quillbox {
 
-// A view through which the person does something: it sends its action to its target.
+// A view that the user can operate; it then sends its action to its target.
 class NSControl : public NSView {
 public:
     bool isEnabled() const { return isEnabled_; }
     void setEnabled(bool enabled);
-    // A number of the owner's, such as the row that the control belongs to.
+    // A number for the control's owner, such as the row that the control belongs to.
     int tag() const { return tag_; }
     void setTag(int tag) { tag_ = tag; }
     const FontAttribute& font() const { return font_; }
@@ -18,9 +18,9 @@ public:
 
     const Selector* action() const { return action_; }
     std::shared_ptr<NSObject> target() const { return target_.lock(); }
-    // The target is held weakly; `action` is a constant. Without either, nothing is sent.
+    // Sets the target, which is held weakly, and the action, which is a constant. Nothing is sent without either.
     void setTarget(const std::shared_ptr<NSObject>& target, const Selector* action);
-    // With this control as the sender; control and target are held until the action ends.
+    // Sends the action with this control as the sender. Both control and target are kept alive until the action ends.
     bool sendAction();
 
 private:

@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// Lengths are points; one point is one logical pixel.
+// Lengths are in points; one point is one logical pixel.
 struct NSPoint {
     double x = 0;
     double y = 0;
@@ -32,7 +32,7 @@ struct NSRect {
     {
         return point.x >= minX() && point.x < maxX() && point.y >= minY() && point.y < maxY();
     }
-    // What both cover; of size zero where that is nothing.
+    // Returns the area that both rectangles cover; its size is zero if there is none.
     NSRect intersection(NSRect other) const
     {
         const double left = std::max(minX(), other.minX());
@@ -51,7 +51,7 @@ struct NSEdgeInsets {
     double right = 0;
 };
 
-// Part of a text or a list: the place where it begins and how long it is.
+// Part of a text or a list: the index at which it begins, and its length.
 struct NSRange {
     std::size_t location = 0;
     std::size_t length = 0;

@@ -11,8 +11,8 @@ namespace quillbox {
 
 namespace {
 
-    // The sizes of the application's own pictures, in points, until they are given another: of those that are
-    // no icons, and of icons, which are made for a status bar.
+    // The initial sizes of the application's own pictures, in points: those listed here, and the size of all others,
+    // which are icons for a status bar.
     constexpr std::pair<std::string_view, NSSize> kAssetSizes[] = { { "Circle Smoke", { 1280, 128 } } };
     constexpr NSSize kIconSize { 18, 18 };
 
@@ -27,7 +27,7 @@ namespace {
 
     std::shared_ptr<const ImageSource> assetSource(const std::string& name, const std::string& path)
     {
-        // One source a picture, so that the display's pixels for it are made once.
+        // All images of one picture share a source, so that the display makes its pixels once.
         static std::unordered_map<std::string, std::shared_ptr<const ImageSource>> sources;
         auto& source = sources[path];
         if (!source)
@@ -35,7 +35,7 @@ namespace {
         return source;
     }
 
-    // A picture that is drawn by the program; NSImage::draw adds to it.
+    // A picture that the program draws; NSImage::draw adds layers to it.
     class CanvasSource final : public ImageSource {
     public:
         explicit CanvasSource(DrawnImage before) : drawing(std::move(before)) { }
@@ -51,8 +51,8 @@ namespace {
         DrawnImage drawing;
     };
 
-    // The drawing of `source` with one layer more; `source` itself stays, since copies made before keep what they
-    // showed.
+    // Returns the drawing of `source` with one more layer. `source` itself is unchanged, so that earlier copies of the
+    // image keep what they showed.
     std::shared_ptr<const ImageSource> adding(DrawnImage::Layer layer, const ImageSource* source)
     {
         const auto* canvas = dynamic_cast<const CanvasSource*>(source);

@@ -11,7 +11,6 @@ public:
     enum class FrameStyle { none = 0, photo = 1 };
 
     const char* className() const override { return "NSImageView"; }
-    // The image's.
     NSSize naturalSize(double) const override { return image_.size(); }
 
     const NSImage& image() const { return image_; }

@@ -7,15 +7,15 @@ namespace quillbox {
 class NSLayoutConstraint;
 class NSView;
 
-// One line of a view that constraints hold on to, or one of its lengths.
+// A line or a length of a view, to which constraints can refer.
 enum class LayoutAttribute { left, right, top, bottom, width, height, centerX, centerY };
 
-// An attribute of a view, from which constraints are made. Valid as long as the view.
+// An attribute of one view, from which constraints are made. It is valid as long as the view.
 struct NSLayoutAnchor {
     NSView* view = nullptr;
     LayoutAttribute attribute = LayoutAttribute::left;
 
-    // `constant` is in points, to the right and downwards.
+    // `constant` is in points, and positive to the right and downwards.
     NSLayoutConstraint constraintEqualTo(NSLayoutAnchor other, double constant = 0) const;
     NSLayoutConstraint constraintLessThanOrEqualTo(NSLayoutAnchor other, double constant = 0) const;
     NSLayoutConstraint constraintGreaterThanOrEqualTo(NSLayoutAnchor other, double constant = 0) const;
@@ -23,9 +23,9 @@ struct NSLayoutAnchor {
     NSLayoutConstraint constraintEqualToConstant(double constant) const;
 };
 
-// first = second + constant, or first <= second + constant, or first = constant where there is no second. Lines of
-// one direction go together; so do lengths. A view's constraints name its neighbours in the same superview, the
-// superview, or nothing but itself.
+// States first = second + constant, or first <= second + constant, or first = constant if there is no second. Both
+// anchors are lines of the same direction, or both are lengths. A constraint of a view refers to its neighbours in the
+// same superview, to the superview, or to nothing but the view itself.
 class NSLayoutConstraint {
 public:
     enum class Relation { equal, lessThanOrEqual };
@@ -40,7 +40,7 @@ public:
 
     NSLayoutAnchor first() const { return first_; }
     Relation relation() const { return relation_; }
-    // Its view is null where the first anchor is a length of its own.
+    // Its view is null if the constraint sets the first anchor, a length, to the constant.
     NSLayoutAnchor second() const { return second_; }
     double constant() const { return constant_; }
     // Of an equation: it puts its lines further apart where inequalities need the room, never closer together. A length
@@ -53,8 +53,8 @@ public:
         return copy;
     }
 
-    // Takes effect at the next layout and holds as long as both views are in the same superview. The views are
-    // in their places already.
+    // The constraints take effect at the next layout and hold as long as both views are in the same superview. The
+    // views must be in the hierarchy already.
     static void activate(const std::vector<NSLayoutConstraint>& constraints);
 
 private:

@@ -21,7 +21,8 @@ void NSMenu::addItem(std::shared_ptr<NSMenuItem> item)
 
 void NSMenu::removeAllItems()
 {
-    // Released one by one from a list of its own: an item's end must not find a half-emptied menu.
+    // The items are released one by one from a separate list, so that the destructor of an item finds no half-emptied
+    // menu.
     ItemArray released = std::move(items_);
     items_.clear();
     for (auto& item : released) {

@@ -8,7 +8,7 @@
 
 namespace quillbox {
 
-// Told when a menu is about to be shown and when it is gone. MenuTracking calls it.
+// Hears when a menu is about to be shown and when it has been closed. MenuTracking calls it.
 class NSMenuDelegate {
 public:
     virtual ~NSMenuDelegate() = default;
@@ -34,13 +34,13 @@ public:
 
     const ItemArray& itemArray() const { return items_; }
     std::size_t numberOfItems() const { return items_.size(); }
-    // The item must be in no menu.
+    // `item` must not be in any menu.
     void addItem(std::shared_ptr<NSMenuItem> item);
     void removeAllItems();
-    // Replaces the whole list; each item must be in no menu, or in this one.
+    // Replaces the whole list. Each item must be in no menu, or in this one.
     void setItemArray(ItemArray items);
 
-    // The menu that holds the item whose submenu this is; null for a menu at the top.
+    // Returns the menu that holds the item whose submenu this is; null for a menu at the top.
     NSMenu* supermenu() const { return superItem_ ? superItem_->menu() : nullptr; }
 
 private:
@@ -51,7 +51,7 @@ private:
     std::string title_;
     std::weak_ptr<NSMenuDelegate> delegate_;
     ItemArray items_;
-    // Set and cleared by the item, which owns this menu.
+    // The item whose submenu this is, which owns this menu and sets and clears the pointer.
     NSMenuItem* superItem_ = nullptr;
 };
 

@@ -25,14 +25,14 @@ public:
     static std::shared_ptr<NSMenuItem> separatorItem();
     bool isSeparatorItem() const { return isSeparator_; }
 
-    // Valid UTF-8. Shown as it is: no mnemonics.
+    // Valid UTF-8. It is shown as it is; "&" marks no mnemonic.
     const std::string& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
-    // Shown in place of the title when set; may have several lines.
+    // Shown in place of the title if it is set. It may have several lines.
     const AttributedString* attributedTitle() const { return attributedTitle_.get(); }
     void setAttributedTitle(AttributedString title);
 
-    // An empty image when the row has none.
+    // The image is empty if the row has none.
     const NSImage& image() const { return image_; }
     void setImage(NSImage image) { image_ = std::move(image); }
 
@@ -44,11 +44,11 @@ public:
     bool isEnabled() const { return action_ || submenu_; }
 
     const std::shared_ptr<NSMenu>& submenu() const { return submenu_; }
-    // A menu is the submenu of one item at most.
+    // A menu may be the submenu of only one item.
     void setSubmenu(std::shared_ptr<NSMenu> submenu);
     bool hasSubmenu() const { return submenu_ != nullptr; }
 
-    // The text is empty where the row has no tool tip.
+    // The text is empty if the row has no tool tip.
     const std::string& toolTip() const { return toolTip_; }
     void setToolTip(std::string toolTip) { toolTip_ = std::move(toolTip); }
 

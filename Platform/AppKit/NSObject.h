@@ -4,7 +4,7 @@
 
 namespace quillbox {
 
-// What can be the target or the sender of an action.
+// An object that can be the target or the sender of an action.
 class NSObject {
 public:
     NSObject() = default;
@@ -13,8 +13,8 @@ public:
     NSObject& operator=(const NSObject&) = delete;
 };
 
-// An operation that an item can send: its name as people read it in a dump, and the member function it
-// stands for. Selectors are constants; items point at them and compare them by address.
+// An operation that an item can send: the name that dumps show, and the member function that it stands for. Selectors
+// are constants; items point to them, and they are compared by address.
 struct Selector {
     const char* name;
     void (*perform)(NSObject& target, NSObject* sender);
@@ -30,8 +30,8 @@ namespace detail {
     };
 } // namespace detail
 
-// The selector of a member function `void action(Sender* sender)`. A sender of another type arrives as
-// null; a target of another type is a bug and stops the program.
+// Makes the selector of a member function `void action(Sender* sender)`. A sender of another type is passed as null; a
+// target of another type is a bug and stops the program.
 template <auto Member>
 constexpr Selector makeSelector(const char* name)
 {

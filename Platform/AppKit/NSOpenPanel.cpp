@@ -23,7 +23,7 @@ namespace {
         return isPackageName(path::lastPathComponent(path));
     }
 
-    // What links and alias files at the end of the path lead to; the path itself where nothing is there.
+    // Returns what links and alias files at the end of the path lead to, or the path itself if nothing is there.
     std::string resolvingAliases(const std::string& path)
     {
         const auto end = endOfLinks(path);
@@ -49,7 +49,7 @@ void NSOpenPanel::beginSheetModal(NSWindow& parent, std::function<void(NSModalRe
     NSApplication::shared().desktop().windows().beginOpenPanel(
         self, parent, [self, heldWindow = parent.weak_from_this()](NSModalResponse response) {
             self->settings_.store(UserDefaults::standard());
-            // A window that was closed has ended its sheet by then.
+            // If that window was closed, it has ended its sheet already.
             if (const auto held = heldWindow.lock())
                 held->endSheet(self, response);
         });

@@ -12,9 +12,9 @@
 
 namespace quillbox {
 
-// A sheet in which the person chooses files and directories that exist. Whoever wants them sets what may be chosen,
-// begins the sheet and reads urls() once it has ended with OK. Nothing is looked at before it is shown. To the model
-// it is a sheet without contents: what is in it is the display's. How the person arranges it is kept in the settings.
+// A sheet in which the user chooses existing files and directories. The caller sets what may be chosen, begins the
+// sheet, and reads urls() once it has ended with OK. No file is looked at before the panel is shown. To the model it is
+// a sheet without contents; the display knows what is in it. The settings keep how the user arranges the panel.
 class NSOpenPanel final : public NSWindow {
 public:
     NSOpenPanel();
@@ -22,14 +22,14 @@ public:
     static constexpr NSModalResponse OK = NSModalResponseOK;
     static constexpr NSModalResponse cancel = NSModalResponseCancel;
 
-    // What the person is asked for; may be empty.
+    // The text that says what to choose. It may be empty.
     const std::string& message() const { return message_; }
     void setMessage(std::string message) { message_ = std::move(message); }
-    // The confirm button's text.
+    // The text of the confirm button.
     const std::string& prompt() const { return prompt_; }
     void setPrompt(std::string prompt) { prompt_ = std::move(prompt); }
-    // Shown first, unless a panel of this session was left elsewhere. Where it can't be shown, the nearest directory
-    // above it is.
+    // The directory that is shown first, unless a panel in this session was last used elsewhere. If it can't be shown,
+    // the nearest directory above it is.
     const URL& directoryURL() const { return directoryURL_; }
     void setDirectoryURL(URL directory) { directoryURL_ = std::move(directory); }
 
@@ -39,22 +39,24 @@ public:
     void setCanChooseDirectories(bool canChoose) { canChooseDirectories_ = canChoose; }
     bool allowsMultipleSelection() const { return allowsMultipleSelection_; }
     void setAllowsMultipleSelection(bool allows) { allowsMultipleSelection_ = allows; }
-    // Links and alias files give what they lead to, as long as that is there.
+    // Whether links and alias files are replaced by what they lead to, if that exists.
     bool resolvesAliases() const { return resolvesAliases_; }
     void setResolvesAliases(bool resolves) { resolvesAliases_ = resolves; }
 
-    // Shows the panel on `parent`, which has no sheet. `completion` is called once, later, with OK or cancel; cancel
-    // also where the parent is closed meanwhile.
+    // Shows the panel on `parent`, which must have no sheet. `completion` is called once, later, with OK or cancel; it
+    // is also cancel if the parent is closed meanwhile.
     void beginSheetModal(NSWindow& parent, std::function<void(NSModalResponse)> completion);
-    // What was chosen, in the order shown; with the file system's bytes. Empty unless the panel ended with OK.
+    // The chosen files in the order shown, with their paths byte for byte. Empty unless the panel ended with OK.
     const std::vector<URL>& urls() const { return urls_; }
 
-    // For the display: what these settings mean for an entry that the person points at. Packages are taken for files.
+    // The display calls the functions below. canChoose() tells whether these settings let the user choose the entry at
+    // the path; packages count as files.
     bool canChoose(const std::string& path) const;
-    // What urls() has for an entry that was chosen.
+    // Returns the URL that urls() has for a chosen entry.
     URL urlOfChoice(const std::string& path) const;
-    // The directory to show when the entry is opened; none for files and packages.
+    // Returns the directory to show when the entry is opened; nothing for files and packages.
     std::optional<std::string> directoryToEnter(const std::string& path) const;
+    // Called before the panel ends.
     void setURLs(std::vector<URL> urls) { urls_ = std::move(urls); }
     // As stored when the panel began; what is set is stored when it ends.
     const OpenPanelSettings& settings() const { return settings_; }

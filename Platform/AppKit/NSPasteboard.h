@@ -12,16 +12,17 @@
 
 namespace quillbox {
 
-// Types of the system: plain text, and the "file:" text of a file's URL.
+// The types of the system: plain text, and the "file:" text of a file's URL.
 inline const std::string NSPasteboardTypeString = "public.utf8-plain-text";
 inline const std::string NSPasteboardTypeFileURL = "public.file-url";
 
-// Something that can be put on a pasteboard: which types it offers, the best first, and its value for each.
+// An object that can be put on a pasteboard. It tells which types it offers, the best one first, and its value for
+// each.
 class NSPasteboardWriting {
 public:
     virtual ~NSPasteboardWriting() = default;
     virtual std::vector<std::string> writableTypes() const = 0;
-    // None for a type that it does not offer.
+    // Returns nothing for a type that it does not offer.
     virtual std::optional<PropertyList> pasteboardPropertyList(const std::string& forType) const = 0;
 };
 
@@ -34,13 +35,13 @@ public:
 
     void setPropertyList(PropertyList value, std::string forType);
     std::optional<PropertyList> propertyList(const std::string& forType) const;
-    // In the order in which they were set.
+    // The types in the order in which they were set.
     std::vector<std::string> types() const;
     bool hasType(std::string_view type) const;
-    // The file that it names, if it was made of one.
+    // The file that the item names, if it was made from one.
     const std::optional<URL>& fileURL() const { return fileURL_; }
-    // Who put it on the pasteboard; null for what comes from another program. This is how a drag is told from an equal
-    // one of another table.
+    // The object that was put on the pasteboard; null for items of another program. By it a table recognises its own
+    // drag among equal ones of another table.
     const std::shared_ptr<const NSPasteboardWriting>& writer() const { return writer_; }
 
 private:
@@ -55,20 +56,22 @@ public:
     using Items = std::vector<NSPasteboardItem>;
 
     NSPasteboard() = default;
-    // The values of each writer, one item each, in that order.
+    // Makes one item of each writer's values, in that order.
     explicit NSPasteboard(const std::vector<std::shared_ptr<NSPasteboardWriting>>& writers);
-    // Of another program: one item for each text that is a URL of a file; others are left out.
+    // Makes the pasteboard of a drag from another program: one item for each text that is the URL of a file. Other
+    // texts are left out.
     static NSPasteboard ofFiles(const std::vector<std::string>& urlTexts);
-    // Of another program whose data has not been asked for: one item of that type, without a value.
+    // Makes the pasteboard of a drag from another program whose data has not been asked for yet: one item of that type
+    // with an empty value.
     static NSPasteboard promising(const std::string& type);
 
     const Items& items() const { return items_; }
     bool hasType(std::string_view type) const;
-    // The items' values of that type, in their order; items without one are passed over.
+    // Returns the items' values of that type, in their order. Items without such a value are skipped.
     std::vector<PropertyList> propertyLists(const std::string& forType) const;
-    // The files that the items name, in their order; none where an item is something else.
+    // Returns the files that the items name, in their order; nothing if an item names no file.
     std::optional<std::vector<URL>> fileURLs() const;
-    // What other programs get: the items' plain texts, a line each.
+    // Returns what other programs get: the items' plain texts, one a line.
     std::string plainText() const;
 
 private:

@@ -7,7 +7,7 @@
 
 namespace quillbox {
 
-// A list of titles of which one is chosen and shown.
+// A button that shows one title out of a list and lets the user choose another one.
 class NSPopUpButton final : public NSControl {
 public:
     const char* className() const override { return "NSPopUpButton"; }
@@ -15,16 +15,16 @@ public:
     NSSize leastSize() const override;
 
     const std::vector<std::string>& itemTitles() const { return titles_; }
-    // The first title is selected until another is.
+    // The first title is selected until another one is.
     void addItems(std::vector<std::string> withTitles);
-    // -1 where nothing is selected.
+    // Returns -1 if nothing is selected.
     int indexOfSelectedItem() const { return selected_; }
-    // An index past the titles selects nothing.
+    // An index beyond the titles selects nothing.
     void selectItem(int at);
     void selectItem(const std::string& withTitle);
-    // Empty where nothing is selected.
+    // Returns an empty text if nothing is selected.
     std::string titleOfSelectedItem() const;
-    // The person chose it.
+    // The user chose the title with this index.
     void userSelectsItem(int at);
 
 private:

@@ -4,8 +4,8 @@
 
 namespace quillbox {
 
-// The window onto a document view that is higher than it. The document's constraints to its clip view mean the
-// document's whole room, however far it is scrolled.
+// Shows a part of a document view that may be higher than itself. The document's constraints to its clip view refer to
+// the whole area of the document, however far it is scrolled.
 class NSClipView final : public NSView {
 public:
     const char* className() const override { return "NSClipView"; }
@@ -13,12 +13,12 @@ public:
 
     const std::shared_ptr<NSView>& documentView() const { return documentView_; }
     void setDocumentView(std::shared_ptr<NSView> view);
-    // In the document's coordinates; what can't be reached is cut down to what can.
+    // Scrolls to this offset in the document's coordinates, limited to what can be reached.
     void scroll(double toY);
     // So far that the rectangle of the document shows, and no further. Of one that is too high its top shows, unless
     // nothing but it is in sight already.
     void scrollToVisible(NSRect rect);
-    // How far it can be scrolled.
+    // Returns the largest offset that it can be scrolled to, in points.
     double maximumScroll() const;
     // How high the document is in a window of that width.
     double documentHeight(double width) const;
@@ -33,7 +33,7 @@ public:
     enum class BorderType { noBorder = 0, lineBorder = 1, bezelBorder = 2 };
     enum class ControlSize { regular = 0, small = 1 };
 
-    // Use create().
+    // The constructor is for create(), which everyone else uses.
     NSScrollView() = default;
     static std::shared_ptr<NSScrollView> create();
 

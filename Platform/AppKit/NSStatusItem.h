@@ -23,9 +23,9 @@ public:
     NSStatusItem& operator=(const NSStatusItem&) = delete;
 
     double length() const { return length_; }
-    // The pointer is null where the status bar gave the item no button.
+    // The pointer is null if the status bar gave the item no button.
     NSStatusBarButton* button() { return button_ ? &*button_ : nullptr; }
-    // Tells the desktop when it is set.
+    // Setting the menu tells the desktop.
     const std::shared_ptr<NSMenu>& menu() const { return menu_; }
     void setMenu(std::shared_ptr<NSMenu> menu);
 
@@ -35,11 +35,11 @@ private:
     std::shared_ptr<NSMenu> menu_;
 };
 
-// The status bar of the desktop: it makes status items and shows them through the installed Desktop.
+// The status bar of the desktop. It makes status items; the installed Desktop shows them.
 class NSStatusBar {
 public:
     static NSStatusBar& systemStatusBar();
-    // The bar keeps no reference: the item goes when its maker lets go of it.
+    // The bar keeps no reference, so the item ends when its owner releases it.
     std::shared_ptr<NSStatusItem> statusItem(double withLength);
 };
 

@@ -30,12 +30,12 @@ private:
 class NSTabViewDelegate {
 public:
     virtual ~NSTabViewDelegate() = default;
-    // Also when the first tab is added, which selects it.
+    // Also called when the first tab is added, because that selects it.
     virtual void tabViewDidSelect(NSTabView& tabView, const NSTabViewItem& item) = 0;
 };
 
-// Tabs at the top of a bordered area. All tabs' views are laid out; those that are not selected are hidden, and a
-// keyboard that was in one of them goes to the tabs.
+// Tabs at the top of a bordered area. The views of all tabs are laid out, but those that are not selected are hidden;
+// if one of them had the keyboard focus, the tabs get it.
 class NSTabView final : public NSView {
 public:
     const char* className() const override { return "NSTabView"; }
@@ -47,13 +47,13 @@ public:
 
     const std::vector<std::shared_ptr<NSTabViewItem>>& tabViewItems() const { return items_; }
     void addTabViewItem(std::shared_ptr<NSTabViewItem> item);
-    // -1 while there is no tab.
+    // Returns -1 while there is no tab.
     int indexOfSelectedItem() const { return selected_; }
-    // Tells the delegate; selecting the selected tab changes nothing.
+    // Selects the tab and tells the delegate. Selecting the selected tab changes nothing.
     void selectTabViewItem(int at);
-    // The person did, unless the window is held. Numbers go around.
+    // The user selected a tab; it is ignored while a sheet blocks the window. Indexes wrap around at both ends.
     void userSelectsTabViewItem(int at);
-    // Where the tabs' views lie.
+    // Returns the area of the tabs' views.
     NSRect contentRect() const;
 
 private:

@@ -93,7 +93,7 @@ void NSTableView::reloadData(int forRow)
 
 void NSTableView::rearrangeRows(const std::vector<int>& newRows, int count, Animation animation)
 {
-    // Before the first layout nothing is known of the rows, and all of them will be asked for.
+    // Before the first layout nothing is known of the rows; all of them will be asked for.
     if (!isLoaded_)
         return;
     QB_CHECK(newRows.size() == static_cast<std::size_t>(rowCount_));
@@ -113,7 +113,8 @@ void NSTableView::rearrangeRows(const std::vector<int>& newRows, int count, Anim
         if (newRow(row) >= 0)
             selection.insert(newRow(row));
     }
-    // A keyboard whose row is gone is on the row that came up, which is the next one that stayed.
+    // If the row with the keyboard focus is gone, the focus goes to the next row that stayed, which has moved up into
+    // its place.
     const auto newRowFrom = [&](int row) {
         while (row >= 0 && row < rowCount_ && newRow(row) < 0)
             ++row;

@@ -20,23 +20,23 @@ public:
 
     virtual ~NSTableViewDataSource() = default;
     virtual int numberOfRows(NSTableView& tableView) = 0;
-    // What a drag of the row carries; null for a row that can't be dragged.
+    // Returns what a drag of the row carries; null for a row that can't be dragged.
     virtual std::shared_ptr<NSPasteboardWriting> pasteboardWriterForRow(NSTableView&, int /*row*/) { return nullptr; }
-    // What dropping there would do. `row` is the row that the drop is above of; the number of rows means the end.
+    // Returns what a drop there would do. The drop is above `row`; the number of rows stands for the end.
     virtual NSDragOperation validateDrop(NSTableView&, const NSDraggingInfo&, int /*row*/, DropOperation)
     {
         return NSDragOperation::none;
     }
-    // Whether the drop was taken.
+    // Performs the drop above `row`. Returns whether it was accepted.
     virtual bool acceptDrop(NSTableView&, const NSDraggingInfo&, int /*row*/, DropOperation) { return false; }
 };
 
 class NSTableViewDelegate {
 public:
     virtual ~NSTableViewDelegate() = default;
-    // The view of a row, made whenever the row comes into sight.
+    // Returns the view of a row. It is called whenever the row comes into sight.
     virtual std::shared_ptr<NSView> viewForRow(NSTableView& tableView, int row) = 0;
-    // A row in sight has another number now and keeps its view.
+    // A row in sight has a new number and keeps its view.
     virtual void rowViewDidMove(NSTableView&, NSView& /*view*/, int /*row*/) { }
     virtual bool shouldSelectRow(NSTableView&, int /*row*/) { return true; }
 };
@@ -46,18 +46,18 @@ struct NSTableColumn {
     std::string title;
 };
 
-// A list of rows of equal height, made of views. Rows have views only while they can be seen: the delegate is
-// asked when a row comes into sight, and the view goes when the row leaves it. A row that gets another number keeps
-// its view, its selection and the keyboard. Rows are numbered from 0. The table's one column is as wide as the table.
+// A list of rows of equal height, made of views. A row has a view only while it can be seen: the delegate is asked for
+// it when the row comes into sight, and it is dropped when the row leaves. A row that gets another number keeps its
+// view, its selection and the keyboard focus. Rows are numbered from 0. The table's one column is as wide as the table.
 //
-// The person's clicks, keys and drags come in as calls from the display; selection rules are here, what a drop
-// means is the data source's.
+// The user's clicks, keys and drags come in as calls from the display. The rules of selection are here; what a drop
+// means is decided by the data source.
 class NSTableView : public NSControl {
 public:
     enum class Animation { none = 0, gap = 8, slideUp = 16, slideDown = 32 };
     enum class Key { up, down, pageUp, pageDown, home, end };
-    // What can be done with rows besides selecting and dragging them: by a key, and by assistive technology under the
-    // command's title.
+    // What can be done with rows besides selecting and dragging them: by a key, or through assistive technology, which
+    // offers it under the command's title.
     enum class Command { add, settings, moveUp, moveDown, remove };
     static constexpr Command kCommands[] = { Command::add, Command::settings, Command::moveUp, Command::moveDown,
                                              Command::remove };
@@ -77,7 +77,7 @@ public:
     const std::vector<NSTableColumn>& tableColumns() const { return columns_; }
     void setAllowsMultipleSelection(bool allows) { allowsMultipleSelection_ = allows; }
     bool allowsMultipleSelection() const { return allowsMultipleSelection_; }
-    // Sent after a double click on a row, to the control's target.
+    // The action is sent after a double click on a row, to the control's target.
     void setDoubleAction(const Selector* action) { doubleAction_ = action; }
     // What other programs may do with a drag from this table.
     void setDraggingSourceOperationMaskOutside(NSDragOperation mask) { operationMaskOutside_ = mask; }
@@ -88,64 +88,67 @@ public:
     int numberOfRows() const { return rowCount_; }
     double rowHeight() const;
     NSRect rectOfRow(int row) const;
-    // -1 where no row is.
+    // Returns -1 if there is no row.
     int rowAtPoint(NSPoint point) const;
-    // Null for a row out of sight.
+    // Returns null for a row out of sight.
     std::shared_ptr<NSView> viewAtRow(int row) const;
-    // A view as viewAtRow() gives, with its frame, made for the caller; for the picture of a row out of sight.
+    // Makes a view like that of viewAtRow(), with its frame, for the caller alone. Pictures of rows out of sight are
+    // made from it.
     std::shared_ptr<NSView> makeRowView(int row);
-    // What the row says, also for one out of sight; for assistive technology. Empty where it has no text.
+    // Returns the text in the row, which may be out of sight, for assistive technology. Empty if the row has no text.
     std::string textOfRow(int row);
-    // The rows that have views, ascending.
+    // The rows that have views, in ascending order.
     const std::map<int, std::shared_ptr<NSView>>& visibleRowViews() const { return rowViews_; }
 
-    // Asks for the number of rows and all views anew. Selected rows stay selected by their number.
+    // Asks the data source and the delegate for the number of rows and all views again. Selected rows stay selected by
+    // their number.
     void reloadData();
-    // Only the view of that row is asked for anew. A control of the row that has the keyboard hands it on to the one
-    // in its place.
+    // Asks again for the view of that row only. If a control of the row has the keyboard focus, the control in its
+    // place gets it.
     void reloadData(int forRow);
-    // Rows come, go and change places, all at once: what was row i is row `newRows[i]` afterwards, or gone if that is
-    // -1. Numbers below `count` that no row gets are those of new rows.
+    // Adds, removes and moves rows, all at once. Row i becomes row `newRows[i]`, or is removed if that is -1. Numbers
+    // below `count` that no row gets belong to new rows.
     void rearrangeRows(const std::vector<int>& newRows, int count, Animation animation);
-    // Counts the changes of rows that are to be seen sliding, for the display.
+    // Counts the changes of rows that should be shown as sliding; the display compares it.
     unsigned slideCount() const { return slideCount_; }
-    // The frames of all rows anew.
+    // Lays out all rows again.
     void tile() { setNeedsLayout(); }
 
     // --- Selection
 
     const std::set<int>& selectedRowIndexes() const { return selection_; }
-    // Rows that may not be selected are left out.
+    // Leaves out rows that may not be selected.
     void selectRowIndexes(std::set<int> rows, bool byExtendingSelection);
     void scrollRowToVisible(int row);
     bool mayBeSelected(int row) { return maySelect(row); }
-    // Where the keyboard is; -1 where it is nowhere.
+    // The row with the keyboard focus, or -1.
     int leadRow() const { return lead_; }
 
     // --- What the person does
 
-    // `row` is -1 beside the rows. `extend` is Shift, `toggle` is Ctrl. A press on one of several selected rows
-    // keeps them until the button is let go of, since it may begin a drag of them all.
+    // `row` is -1 for a press beside the rows. `extend` says that Shift is held, `toggle` that Ctrl is. A press on one
+    // of several selected rows keeps them all selected until the button is released, since it may begin a drag of them
+    // all.
     void mouseDown(int row, bool extend, bool toggle);
     void mouseUp();
     void doubleClick(int row);
     void keyDown(Key key, bool extend);
     void selectAll();
-    // Assistive technology selects the row alone.
+    // Assistive technology selects this row only.
     void userSelects(int row);
-    // With the selected rows, or with the row that assistive technology names: if that is one of the selected rows,
-    // with them all. False where it can't be done.
+    // Performs the command with the selected rows, or with a row that assistive technology names; if that row is
+    // selected, with all selected rows. Returns false if it can't be done.
     bool userPerforms(Command command, std::optional<int> row = {});
     virtual bool canPerform(Command, int /*row*/) const { return false; }
-    // The files on the clipboard.
+    // Pastes the files on the clipboard.
     virtual void paste(const NSPasteboard&) { }
-    // What was done last, for assistive technology, and how often something was.
+    // What was done last, and how many times something was, for assistive technology to announce.
     const std::string& announcement() const { return announcement_; }
     unsigned announcementCount() const { return announcementCount_; }
-    // What a drag that begins on that row carries: all selected rows if it is one of them. None where none can
-    // be dragged.
+    // Begins a drag on that row and returns what it carries: all selected rows if the row is one of them. Nothing if no
+    // row can be dragged.
     std::optional<NSPasteboard> beginDragging(int row);
-    // The rows of the last drag that began here, ascending; for its picture.
+    // The rows of the last drag that began here, in ascending order; its picture is made from them.
     const std::vector<int>& draggedRows() const { return draggedRows_; }
 
     // --- Drops
@@ -162,7 +165,7 @@ protected:
     static constexpr double kCellInset = 4;
 
     void visibleRectDidChange() override;
-    // `rows` has at least one with which it can be done.
+    // Performs the command. It is possible with at least one of `rows`.
     virtual void perform(Command, const std::set<int>& /*rows*/) { }
     void announce(std::string text);
 
@@ -172,15 +175,16 @@ private:
     void setDropRow(std::optional<int> row);
     bool maySelect(int row);
     void setSelection(std::set<int> rows);
-    // Shift and the arrow keys: from the row where the selection began to `row`.
+    // Selects from the row where the selection began to `row`, as Shift with the arrow keys does.
     void selectFromAnchor(int row);
     void showRowsInSight();
     void showRow(int row);
     void placeRowView(NSView& view, int row) const;
-    // Takes the view out of the table; a keyboard that is on it goes to the table.
+    // Takes the view out of the table. If the keyboard focus is in it, the table gets it.
     void dropView(const std::shared_ptr<NSView>& view);
     void dropViewsOutside(int firstRow, int lastRow);
-    // Where the keyboard is below `view`: which subview, which subview of that one, and so on. None if it is elsewhere.
+    // Returns where the keyboard focus is below `view`, as the index of a subview, the index of a subview in that one,
+    // and so on. Nothing if it is elsewhere.
     std::optional<std::vector<std::size_t>> keyboardPath(const NSView& view) const;
     void handKeyboardOn(NSView& rowView);
     int rowsInPage() const;
@@ -198,14 +202,14 @@ private:
     std::set<int> selection_;
     int anchor_ = -1;
     int lead_ = -1;
-    // The press that made the selection one row, put off until the button is let go of.
+    // A pressed row that becomes the only selected one when the button is released.
     std::optional<int> pressedInSelection_;
     std::vector<int> draggedRows_;
     std::optional<int> dropRow_;
     unsigned slideCount_ = 0;
     std::string announcement_;
     unsigned announcementCount_ = 0;
-    // The row whose view is to be made anew, and where in it the keyboard was.
+    // The row whose view is being made again, and where in it the keyboard focus was.
     int reloadedRow_ = -1;
     std::vector<std::size_t> reloadedPath_;
 };

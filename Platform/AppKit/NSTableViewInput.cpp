@@ -1,4 +1,4 @@
-// What the person does with a table: selecting, the keys, dragging and dropping.
+// What the user does with a table: selection, keys, dragging and dropping.
 
 #include "NSTableView.h"
 
@@ -120,7 +120,8 @@ void NSTableView::keyDown(Key key, bool extend)
         break;
     }
     row = std::clamp(row, 0, rowCount_ - 1);
-    // Rows that can't be selected are stepped over; where none is left that way, the nearest one back.
+    // Rows that can't be selected are skipped. If there is no further one in that direction, the nearest one in the
+    // other direction is taken.
     const int wanted = row;
     while (row >= 0 && row < rowCount_ && !maySelect(row))
         row += step;
@@ -215,7 +216,8 @@ std::optional<NSPasteboard> NSTableView::beginDragging(int row)
 
 int NSTableView::dropRowAt(NSPoint point) const
 {
-    // The gap nearest to the pointer: rows are too low to tell dropping on one from dropping beside it.
+    // A drop goes into the gap nearest to the pointer, because rows are too low to tell a drop on one from a drop
+    // beside it.
     const int gap = static_cast<int>(std::floor(point.y / rowHeight() + 0.5));
     return std::clamp(gap, 0, rowCount_);
 }

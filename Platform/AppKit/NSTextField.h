@@ -5,16 +5,16 @@
 
 namespace quillbox {
 
-// Text: a label, a text that can be selected, or one line that can be edited. Wraps at its width unless it is
-// held to one line, which is cut off with an ellipsis; an edited line scrolls.
+// Text: a label, a text that can be selected, or one line that can be edited. The text wraps at the view's width. If it
+// is limited to one line, it is cut off with an ellipsis; a line being edited scrolls.
 class NSTextField : public NSControl {
 public:
-    // What is selected in a field that is being edited or read: bytes of its text.
+    // The selection in a field that has the keyboard focus. Its range counts bytes of the text.
     class Editor {
     public:
         NSRange selectedRange() const { return range_; }
         void setSelectedRange(NSRange range);
-        // Counts the calls that set it, for the display.
+        // Counts the calls that set the selection; the display compares it.
         unsigned changeCount() const { return changeCount_; }
 
     private:
@@ -26,7 +26,7 @@ public:
     };
 
     NSTextField() : editor_(*this) { }
-    // A label of one or more lines that can't be selected.
+    // Makes a label of one or more lines that can't be selected.
     static std::shared_ptr<NSTextField> label(std::string_view text);
 
     const char* className() const override { return "NSTextField"; }
@@ -35,7 +35,7 @@ public:
     // The text without attributes.
     std::string stringValue() const { return text_.string(); }
     void setStringValue(std::string_view text);
-    // In plain text everything is in the field's font.
+    // Plain text is in the field's font throughout.
     const AttributedString& attributedStringValue() const { return text_; }
     void setAttributedStringValue(AttributedString text);
 
@@ -47,7 +47,7 @@ public:
     void setBezeled(bool bezeled);
     CGColor textColor() const { return textColor_; }
     void setTextColor(CGColor colour);
-    // 0: as many as the text needs.
+    // 0 means as many lines as the text needs.
     int maximumNumberOfLines() const { return maximumNumberOfLines_; }
     void setMaximumNumberOfLines(int count);
     // Of prose whose lines were broken for one width: in a paragraph that has a line too long for the field, single
@@ -55,14 +55,14 @@ public:
     bool reflowsParagraphs() const { return reflowsParagraphs_; }
     void setReflowsParagraphs(bool reflows);
 
-    // Gives it the keyboard, with its whole text selected.
+    // Gives the field the keyboard focus and selects its whole text.
     void selectText();
-    // Null while the window's keyboard is elsewhere.
+    // Returns null while another view of the window has the keyboard focus.
     Editor* currentEditor();
     const Editor& editor() const { return editor_; }
 
-    // The person changed the text, or an assistive technology did; the display shows it already. In a window that is
-    // held the field keeps its text, and the display shows that again.
+    // The user or assistive technology changed the text, and the display shows it already. While a sheet blocks the
+    // window, the field keeps its text and the display shows that again.
     void userEdits(const std::string& text);
 
 private:

@@ -10,7 +10,7 @@ void NSUndoManager::registerUndo(std::function<void()> undo)
     steps.push_back(std::move(undo));
     if (steps.size() > kMostSteps)
         steps.erase(steps.begin());
-    // After something new the undone changes have no place any more.
+    // After a new change, the undone ones can't be redone any more.
     if (!registeringIn_)
         redo_.clear();
 }

@@ -6,12 +6,13 @@
 
 namespace quillbox {
 
-// What can be undone and done again in one window, the last change first. It ends with its window.
+// The changes in one window that can be undone and redone, starting with the last one. It ends with its window.
 class NSUndoManager {
 public:
-    // Called at a change, with what puts back how it was. What that registers in turn does the change again.
+    // Called when something is changed, with a function that restores the former state. What that function registers in
+    // turn redoes the change.
     void registerUndo(std::function<void()> undo);
-    // Nothing happens where there is nothing to undo, or nothing that was undone.
+    // Both do nothing if there is nothing to undo or redo.
     void undo();
     void redo();
 
@@ -19,12 +20,12 @@ private:
     using Steps = std::vector<std::function<void()>>;
     void perform(Steps& from, Steps& registeringIn);
 
-    // A person does not go further back; the oldest steps go.
+    // Older steps are dropped, since no one goes back further.
     static constexpr std::size_t kMostSteps = 100;
 
     Steps undo_;
     Steps redo_;
-    // Where the step that runs registers its reverse; null while the person works.
+    // Where the step that is being performed registers its reverse; null at other times.
     Steps* registeringIn_ = nullptr;
 };
 

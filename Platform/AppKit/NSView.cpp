@@ -215,7 +215,7 @@ void NSView::layoutIfNeeded()
         return;
     layout();
     needsLayout_ = false;
-    // Held: laying out may take views away.
+    // The subviews are kept alive, because laying out may remove views.
     const auto views = subviews_;
     for (const auto& view : views)
         view->layoutIfNeeded();

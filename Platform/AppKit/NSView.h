@@ -17,15 +17,15 @@ namespace quillbox {
 class CALayer;
 class NSWindow;
 
-// A rectangle of a window and what is in it. Views hold their subviews; upwards they refer weakly. Nothing here
-// draws: the display reads the views and shows them, and what the person does comes back as calls. Frames are in
-// points in the superview's coordinates, y downwards; the first subview is the lowest.
+// A rectangle of a window and what is in it. A view holds its subviews, and refers upwards weakly. Nothing here draws:
+// the display reads the views and shows them, and calls them when the user does something. Frames are in points in the
+// superview's coordinates, with y downwards; the first subview is the lowest one.
 class NSView : public NSObject, public std::enable_shared_from_this<NSView> {
 public:
     NSView();
     ~NSView() override;
 
-    // For dumps.
+    // Shown in dumps.
     virtual const char* className() const { return "NSView"; }
     const std::string& identifier() const { return identifier_; }
     void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
@@ -34,17 +34,17 @@ public:
 
     const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
     std::shared_ptr<NSView> superview() const { return superview_.lock(); }
-    // On top of the others; a view that has a superview leaves it first.
+    // Adds `view` on top of the others, after removing it from its superview.
     void addSubview(std::shared_ptr<NSView> view);
-    // Right above `sibling`, a subview of this view.
+    // Adds `view` right above `sibling`, a subview of this view.
     void addSubviewAbove(std::shared_ptr<NSView> view, const NSView& sibling);
-    // The constraints that name the view go too.
+    // Also removes the constraints that refer to the view.
     void removeFromSuperview();
-    // Null for a view that is in no window.
+    // Returns null if the view is in no window.
     std::shared_ptr<NSWindow> window() const;
-    // Whether a sheet keeps what the person does from this view.
+    // Whether a sheet on the window blocks the user's input to this view.
     bool isHeld() const;
-    // Called by the window for its topmost view.
+    // Called by the window for its content view.
     void setWindow(std::weak_ptr<NSWindow> window) { window_ = std::move(window); }
 
     // --- Geometry
@@ -53,14 +53,14 @@ public:
     void setFrame(NSRect frame);
     void setFrameSize(NSSize size) { setFrame({ frame_.origin, size }); }
     NSRect bounds() const { return { boundsOrigin_, frame_.size }; }
-    // A rectangle of this view in the coordinates of `view`, which is in the same window.
+    // Converts a rectangle of this view to the coordinates of `view`, which is in the same window.
     NSRect convert(NSRect rect, const NSView& view) const;
-    // The topmost visible view at a point of this view's coordinates; null outside of it.
+    // Returns the topmost visible view at a point in this view's coordinates; null outside of this view.
     std::shared_ptr<NSView> hitTest(NSPoint point);
 
     // --- Layout
 
-    // False: the frame follows from constraints. True (as made): it stays as it was set.
+    // If false, the frame follows from the constraints. If true, as for a new view, it stays as it was set.
     bool translatesAutoresizingMaskIntoConstraints() const { return translatesAutoresizingMask_; }
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
     NSLayoutAnchor leftAnchor() { return { this, LayoutAttribute::left }; }
@@ -71,11 +71,12 @@ public:
     NSLayoutAnchor heightAnchor() { return { this, LayoutAttribute::height }; }
     NSLayoutAnchor centerXAnchor() { return { this, LayoutAttribute::centerX }; }
     NSLayoutAnchor centerYAnchor() { return { this, LayoutAttribute::centerY }; }
-    // The constraints among the subviews and this view.
+    // The constraints among the subviews and between them and this view.
     const std::vector<NSLayoutConstraint>& constraints() const { return constraints_; }
     void addConstraint(const NSLayoutConstraint& constraint);
 
-    // The size that the content wants within a width; a length below zero where there is no wish.
+    // Returns the size that the content wants within a width, in points. A length below zero means that there is no
+    // wish.
     virtual NSSize naturalSize(double widthLimit) const;
     // What the view needs to be usable, whatever size it would like; 0 where it makes do with anything.
     virtual NSSize leastSize() const;
@@ -87,7 +88,7 @@ public:
     void setNeedsLayout();
     bool needsLayout() const { return needsLayout_; }
     void layoutIfNeeded();
-    // Sets the subviews' frames; this view's own is settled.
+    // Sets the frames of the subviews; this view's own frame is final by then.
     virtual void layout();
     // Scrolls whatever it is in so that the rectangle of this view shows, as far as there is room for it.
     void scrollRectToVisible(NSRect rect);
@@ -101,17 +102,17 @@ public:
     bool isHiddenOrHasHiddenAncestor() const;
     const std::string& toolTip() const { return toolTip_; }
     void setToolTip(std::string toolTip);
-    // What assistive technology reads where the view shows no text of its own.
+    // What assistive technology reads if the view shows no text of its own.
     const std::string& accessibilityLabel() const { return accessibilityLabel_; }
     void setAccessibilityLabel(std::string label);
-    // The content has changed. The display compares the count with the one that it has shown.
+    // Called when the content has changed. The display compares the count with the one that it has shown.
     void setNeedsDisplay();
     unsigned displayCount() const { return displayCount_; }
-    // Null until the view is given one.
+    // Null until a layer is set.
     CALayer* layer() const { return layer_.get(); }
     void setLayer(std::unique_ptr<CALayer> layer);
 
-    // --- Cursor areas, made afresh whenever the display asks
+    // --- Cursor areas, made again whenever the display asks
 
     struct CursorRect {
         NSRect rect;
@@ -124,7 +125,7 @@ public:
     const std::vector<std::string>& registeredDraggedTypes() const { return draggedTypes_; }
     void registerForDraggedTypes(std::vector<std::string> types) { draggedTypes_ = std::move(types); }
     virtual NSDragOperation draggingEntered(const NSDraggingInfo& info);
-    // None: as it was when the drag entered.
+    // Returns what a drop would do now; nothing means that it is still what draggingEntered() returned.
     virtual std::optional<NSDragOperation> draggingUpdated(const NSDraggingInfo&) { return std::nullopt; }
     virtual void draggingExited() { }
     virtual bool prepareForDragOperation(const NSDraggingInfo&) { return true; }
@@ -133,14 +134,14 @@ public:
     virtual void draggingEnded() { }
 
 protected:
-    // The part of this view that a clip view shows has moved or changed its size.
+    // Called when the part of this view that a clip view shows has moved or changed its size.
     virtual void visibleRectDidChange() { }
     virtual void resetCursorRects() { }
     void addCursorRect(NSRect rect, NSCursor cursor) { cursorRects_.push_back({ rect, cursor }); }
     void setBoundsOrigin(NSPoint origin);
-    // Something of the window has to be shown anew.
+    // Called when something in the window has to be shown anew.
     void setWindowNeedsDisplay();
-    // The content wants another size.
+    // Called when the content wants another size.
     void naturalSizeDidChange();
 
 private:
@@ -168,7 +169,7 @@ private:
 };
 
 inline constexpr double kNoWidthLimit = std::numeric_limits<double>::infinity();
-// A width or a height that a view's content has no wish for.
+// The width or height of a natural size for which the content has no wish.
 inline constexpr double kNoNaturalLength = -1;
 
 } // namespace quillbox

@@ -4,7 +4,7 @@
 
 namespace quillbox {
 
-// Owns a view and answers its controls. A window keeps the controller of its content.
+// Owns a view and receives the actions of its controls. A window keeps the controller of its content.
 class NSViewController : public NSObject, public std::enable_shared_from_this<NSViewController> {
 public:
     const std::shared_ptr<NSView>& view() const { return view_; }

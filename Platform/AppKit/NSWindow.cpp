@@ -108,7 +108,7 @@ void NSWindow::close()
         parent->endSheet(held, NSModalResponseCancel);
     isVisible_ = false;
     display().close(*this);
-    // Whoever pressed the button that closed it is still at work.
+    // The button whose press closed the window may still be at work.
     NSApplication::shared().releaseAfterEvent(held);
 }
 
@@ -146,7 +146,7 @@ void NSWindow::endSheet(const std::shared_ptr<NSWindow>& sheet, NSModalResponse 
 
 void NSWindow::layoutIfNeeded()
 {
-    // Views that never agree would go on for ever.
+    // Views that never agree would be laid out for ever.
     constexpr int kMostPasses = 4;
     for (int pass = 0; pass < kMostPasses && contentView()->needsLayout(); ++pass)
         contentView()->layoutIfNeeded();

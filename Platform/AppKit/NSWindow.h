@@ -16,19 +16,19 @@ using NSModalResponse = int;
 inline constexpr NSModalResponse NSModalResponseCancel = 0;
 inline constexpr NSModalResponse NSModalResponseOK = 1;
 
-// A window of the application, or a sheet on one. It lives from its creation until it is closed, whoever refers to
-// it, and then until the event that closed it has ended; refer to it weakly. It keeps its content's controller.
-// While a sheet is attached to a window, that window is held: what the person or an assistive technology does to it
-// has no effect. An open panel is such a sheet.
+// A window of the application, or a sheet on one. It keeps itself alive from its creation until it is closed and the
+// event that closed it has ended, so others should refer to it weakly. It keeps its content's controller. While a sheet
+// is attached to a window, what the user or assistive technology does to that window has no effect. An open panel is
+// such a sheet.
 class NSWindow : public NSObject, public std::enable_shared_from_this<NSWindow> {
 public:
     enum StyleMask : unsigned { titled = 1, closable = 2, miniaturizable = 4, resizable = 8 };
 
-    // As large as the controller's view is.
+    // Makes a window as large as the controller's view.
     static std::shared_ptr<NSWindow> create(std::shared_ptr<NSViewController> contentViewController);
-    // The windows that are not closed, oldest first.
+    // The windows that have not been closed, oldest first.
     static const std::vector<std::shared_ptr<NSWindow>>& windows();
-    // Closes all, sheets with "cancel"; when the application ends.
+    // Closes all windows when the application ends; sheets end with "cancel".
     static void closeAll();
 
     const std::shared_ptr<NSViewController>& contentViewController() const { return contentViewController_; }
@@ -39,7 +39,7 @@ public:
     unsigned styleMask() const { return styleMask_; }
     void setStyleMask(unsigned mask) { styleMask_ = mask; }
     NSSize contentSize() const { return contentView()->frame().size; }
-    // Cut down or up to the limits. The display calls it when the person resizes the window.
+    // Sets the size, limited to the minimum and maximum. The display calls it when the user resizes the window.
     void setContentSize(NSSize size);
     // As they were set, with the room that the content needs beyond the minimum, and no larger than the screen.
     NSSize contentMinSize() const { return shownMinimum_; }
@@ -51,34 +51,35 @@ public:
     void fitContent();
 
     bool isVisible() const { return isVisible_; }
-    // In front of the other windows, whatever program is active; shows it if need be. A closed window stays closed.
+    // Brings the window in front of all others, even if another program is active, and shows it if needed. A closed
+    // window stays closed.
     void orderFrontRegardless();
-    // As if its close button had been pressed: refused while a sheet is on it.
+    // Closes the window as its close button does: not while a sheet is on it.
     void performClose(NSObject* sender);
     void close();
 
-    // Shows `sheet`, a window of its own, on this one. `completion` is called when it has ended.
+    // Shows `sheet`, a separate window, on this one. `completion` is called when it has ended.
     void beginSheet(const std::shared_ptr<NSWindow>& sheet, std::function<void(NSModalResponse)> completion);
-    // Called on the window that the sheet is on; closes the sheet.
+    // Closes the sheet; called on the window that the sheet is on.
     void endSheet(const std::shared_ptr<NSWindow>& sheet, NSModalResponse returnCode);
-    // The sheet or open panel that holds this window. Null where there is none.
+    // Returns the sheet or open panel on this window, or null.
     std::shared_ptr<NSWindow> attachedSheet() const { return sheet_.lock(); }
     std::shared_ptr<NSWindow> sheetParent() const { return sheetParent_.lock(); }
 
-    // The view that has the keyboard, as far as the program has given it.
+    // The view to which the program or the user last gave the keyboard focus; null if there is none.
     std::shared_ptr<NSView> firstResponder() const { return firstResponder_.lock(); }
     void makeFirstResponder(const std::shared_ptr<NSView>& view);
-    // Counts the calls, for the display.
+    // Counts the calls of makeFirstResponder(); the display compares it.
     unsigned firstResponderCount() const { return firstResponderCount_; }
-    // The person gave the keyboard to another view; the display shows it already.
+    // The user gave the keyboard focus to another view; the display shows it already.
     void userFocuses(const std::shared_ptr<NSView>& view) { firstResponder_ = view; }
 
-    // The changes that were made in this window.
+    // The changes made in this window that can be undone.
     NSUndoManager& undoManager() { return undoManager_; }
 
-    // Settles all frames, also where laying out one view changes what another one wants.
+    // Settles all frames, repeatedly if the layout of one view changes what another one needs.
     void layoutIfNeeded();
-    // Called by the views.
+    // Called by the views when they have to be shown anew.
     void setViewsNeedDisplay();
 
 protected:
@@ -86,7 +87,7 @@ protected:
         : contentViewController_(std::move(contentViewController))
     {
     }
-    // Makes this window the sheet of `parent`; showing it is the caller's.
+    // Makes this window the sheet of `parent`. The caller shows it.
     void attachTo(NSWindow& parent, std::function<void(NSModalResponse)> completion);
 
 private:
@@ -109,7 +110,7 @@ private:
     NSUndoManager undoManager_;
 };
 
-// Shows a window; not kept once it has.
+// Shows a window, and is not kept after that.
 class NSWindowController final {
 public:
     explicit NSWindowController(std::shared_ptr<NSWindow> window) : window_(std::move(window)) { }

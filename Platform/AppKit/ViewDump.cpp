@@ -25,7 +25,7 @@ namespace {
         return {};
     }
 
-    // Long texts by their beginning, on one line.
+    // Puts a text on one line and cuts a long one off.
     std::string shortened(std::string text)
     {
         constexpr std::size_t kLongest = 40;

@@ -8,8 +8,8 @@ namespace quillbox {
 
 class NSView;
 
-// The views below `view` as text, a line each, with their frames in their superview's coordinates; subviews two
-// spaces deeper:
+// Returns the views below `view` as text, one line each, with their frames in the coordinates of their superviews.
+// Subviews are two spaces deeper:
 //
 //   NSButton "Apply" 300,590 130x32
 //
@@ -17,7 +17,7 @@ class NSView;
 // hidden are marked "(hidden)". A scroll view that is there only for smaller screens is left out while it has nothing
 // to scroll: its document stands in its place, or what is in that where the document has no identifier.
 std::string viewDump(const NSView& view);
-// The same with every frame on the screen, where the topmost view's top left corner is at `topLeft`.
+// Returns the same with all frames on the screen; `topLeft` is the top left corner of the topmost view there.
 std::string viewDumpOnScreen(const NSView& topmost, NSPoint topLeft);
 
 } // namespace quillbox

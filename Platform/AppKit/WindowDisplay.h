@@ -13,25 +13,26 @@ class NSPopUpButton;
 class NSTextField;
 class NSWindow;
 
-// What the model needs of a display for its windows: to show them, and to know how large their parts are. Part of
-// the installed Desktop. It decides nothing of Quillbox; what the person does goes to the views as calls.
+// What the model needs of a display for its windows: to show them, and to know how large their parts are. It is part of
+// the installed Desktop and holds no rule of Quillbox. What the user does reaches the views as calls.
 class WindowDisplay {
 public:
     virtual ~WindowDisplay() = default;
 
-    // Shows the window if it is not shown, and brings it to the front with the keyboard. `window` stays valid
+    // Shows the window if it is not shown, brings it to the front and gives it the keyboard focus. `window` stays valid
     // until close().
     virtual void orderFront(NSWindow& window) = 0;
-    // Takes it off the screen and forgets it.
+    // Takes the window off the screen and forgets it.
     virtual void close(NSWindow& window) = 0;
-    // Shows `sheet` on `parent`, which takes no input until the sheet is closed. Other windows and menus do.
+    // Shows `sheet` on `parent`, which takes no input until the sheet is closed. Other windows and menus still do.
     virtual void beginSheet(NSWindow& sheet, NSWindow& parent) = 0;
-    // Where the top left corner of its content is on the screen; of use while it is shown.
+    // Returns where the top left corner of the window's content is on the screen. It means something only while the
+    // window is shown.
     virtual NSPoint contentOrigin(const NSWindow& window) = 0;
-    // Something in the window has changed: it is laid out and shown anew before the next wait for events.
+    // Something in the window has changed. It is laid out and shown anew before the program next waits for events.
     virtual void setNeedsDisplay(NSWindow& window) = 0;
-    // Shows the panel on `parent`. `completion` is called once, later, with its answer; the files chosen are in
-    // the panel then.
+    // Shows the panel on `parent`. `completion` is called once, later, with its answer; the panel has the chosen files
+    // by then.
     virtual void beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindow& parent,
                                 std::function<void(int response)> completion) = 0;
 
@@ -43,12 +44,12 @@ public:
     virtual NSSize naturalSize(const NSTextField& field, double widthLimit) = 0;
     virtual NSSize naturalSize(const NSButton& button, double widthLimit) = 0;
     virtual NSSize naturalSize(const NSPopUpButton& button) = 0;
-    // Of the desktop's ordinary font, in points.
+    // The size of the desktop's ordinary font, in points.
     virtual double fontSize() = 0;
     virtual double tableRowHeight() = 0;
     virtual double scrollerWidth(bool isSmall) = 0;
     virtual double scrollViewBorder() = 0;
-    // From a tab view's edges to the area of its tabs' views.
+    // The distances from a tab view's edges to the area of its tabs' views.
     virtual NSEdgeInsets tabViewInsets() = 0;
 };
 

@@ -11,7 +11,8 @@ namespace quillbox {
 
 namespace {
 
-    // The moment in "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09 +0000) ,  ...".
+    // Returns the moment in a text such as "( InRange (kMDItemLastUsedDate ,          $time.iso(2024-03-05 14:07:09
+    // +0000) ,  ...", or nothing if the text has another form.
     std::optional<Date> cutOffOf(const std::string& text)
     {
         static constexpr std::string_view kBefore = "( InRange (kMDItemLastUsedDate ,          $time.iso(";

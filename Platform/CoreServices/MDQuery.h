@@ -10,12 +10,12 @@
 
 namespace quillbox {
 
-// Knows when files and applications were last used. Implemented by the desktop's side; queries ask the one that is
-// Installed.
+// Knows when files and applications were last used. The desktop's side implements it; queries ask the one that is
+// installed.
 class MetadataIndex {
 public:
     virtual ~MetadataIndex() = default;
-    // The paths last used between the two moments, both included, oldest first, each once.
+    // Returns the paths last used between the two moments, both included, oldest first and each once.
     virtual std::vector<std::string> pathsLastUsed(Date from, Date until) = 0;
 };
 
@@ -26,21 +26,22 @@ inline constexpr std::string_view kMDItemPath = "kMDItemPath";
 class MDItem {
 public:
     explicit MDItem(std::string path) : path_(std::move(path)) { }
-    // The value of kMDItemPath; no other attribute is known.
+    // Returns the value of kMDItemPath; every other attribute is unknown.
     std::optional<std::string> copyAttribute(std::string_view name) const;
 
 private:
     std::string path_;
 };
 
-// A question to the index: which items were last used between a moment and the start of tomorrow. The one
-// form of query text that is understood is the one the recent-items menus build; any other finds nothing.
+// Asks the index which items were last used between a moment and the start of tomorrow. Only the form of query text
+// that the recent-items menus build is understood; any other finds nothing.
 class MDQuery {
 public:
     MDQuery(std::string queryText, std::vector<std::string_view> sortingAttributes);
-    // Answers before it returns. False where the text is not understood or there is no index.
+    // Runs the query and returns when the results are there. Returns false if the text is not understood or there is no
+    // index.
     bool execute();
-    // Results are in the order of the sorting attribute, smallest first.
+    // Results are in ascending order of the sorting attribute.
     std::size_t resultCount() const { return results_.size(); }
     const MDItem& result(std::size_t atIndex) const { return results_[atIndex]; }
 

@@ -50,8 +50,8 @@ namespace {
         return text;
     }
 
-    // Plasma marks values with options after a dollar sign, such as "URL[$e]": "e" has variables in them expanded, "i"
-    // and "d" say who may change them.
+    // Plasma adds options to a key after a dollar sign, as in "URL[$e]": "e" means that variables in the value are
+    // expanded, "i" and "d" only say who may change it.
     bool isExpandedKey(std::string_view key, std::string_view name)
     {
         if (!key.starts_with(name) || !key.substr(name.size()).starts_with("[$") || !key.ends_with(']'))
@@ -66,8 +66,8 @@ namespace {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
     }
 
-    // With the environment's values in place of "$NAME" and "${NAME}", and a dollar sign for "$$". Commands in it,
-    // which older desktops ran, are nothing but text.
+    // Replaces "$NAME" and "${NAME}" by the environment's values, and "$$" by a dollar sign. Commands in the text,
+    // which older desktops ran, stay text.
     std::string withVariablesExpanded(const std::string& text)
     {
         std::string expanded;
@@ -96,14 +96,14 @@ namespace {
         return expanded;
     }
 
-    // As a URL. Plasma writes a path in its place where that begins with the home.
+    // Returns the value as a URL. Plasma writes a path instead of a URL if it begins with the home directory.
     std::string addressFromExpanded(const std::string& value)
     {
         const std::string text = withVariablesExpanded(value);
         return text.starts_with('/') ? URL::fileURLWithPath(text).absoluteString() : text;
     }
 
-    // The URL of a link entry; none for entries of another type.
+    // Returns the URL of a link entry; nothing for entries of another type.
     std::optional<std::string> linkAddress(std::string_view text)
     {
         bool isInEntry = false;

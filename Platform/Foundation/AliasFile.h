@@ -8,15 +8,15 @@
 
 namespace quillbox {
 
-// Alias files: desktop entries of Type=Link whose URL is a file: URL.
+// An alias file is a desktop entry with Type=Link whose URL is a file: URL.
 
-// Only files of this suffix are ever opened to see whether they are one.
+// Only files with this suffix are ever opened to find out whether they are alias files.
 inline bool hasAliasSuffix(std::string_view name)
 {
     return name.ends_with(".desktop");
 }
 
-// Where the regular file at `path` leads; none where it is no alias file or can't be read.
+// Returns the target of the regular file at `path` if that is an alias file; nothing if it is none or can't be read.
 std::optional<URL> aliasTarget(const std::string& path);
 
 } // namespace quillbox

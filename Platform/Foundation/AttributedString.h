@@ -7,14 +7,14 @@
 
 namespace quillbox {
 
-// A font by its role; the desktop turns it into a real one.
+// A font described by its role; the desktop chooses the real font.
 struct FontAttribute {
     enum class Role { system, user };
     enum class Weight { light, regular, bold };
 
     Role role = Role::system;
     Weight weight = Weight::regular;
-    // In points. 0 means the role's default size, kSmallSize the desktop's small system size.
+    // The size in points. 0 stands for the role's default size, kSmallSize for the desktop's small system size.
     double size = 0;
     static constexpr double kSmallSize = -1;
 
@@ -29,7 +29,7 @@ struct TextAttributes {
     friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
 };
 
-// Text in runs, each with its own attributes. Neighbouring runs with equal attributes are one run.
+// Text divided into runs, each with its own attributes. Neighbouring runs with equal attributes are joined.
 class AttributedString {
 public:
     struct Run {

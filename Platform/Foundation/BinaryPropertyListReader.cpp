@@ -32,8 +32,13 @@ namespace {
         }
     }
 
-    // Reads one list. Every function gives nothing where the bytes are damaged; what was wrong first is kept
-    // in problem_.
+    // Reads one list. A function returns nothing if the bytes are damaged, and problem_ keeps the first thing that was
+    // wrong.
+    //
+    // The form is "bplist00", the objects, a table of their offsets, and a trailer of 32 bytes that says how wide
+    // offsets and object references are, how many objects there are, which one is the root and where the table is. All
+    // numbers are big-endian. An object begins with a byte whose high half is its type and whose low half is its size
+    // (a power of two for numbers, a count for the rest, 15 if the count follows as an integer).
     class Reader {
     public:
         explicit Reader(const Data& bytes) : bytes_(bytes) { }
@@ -59,7 +64,8 @@ namespace {
             return std::nullopt;
         }
 
-        // `width` is 1 to 8 bytes and they lie within the bytes.
+        // Returns the number that begins at `position`. The caller has checked that its `width` of 1 to 8 bytes is
+        // there.
         std::uint64_t number(std::size_t position, std::size_t width) const
         {
             std::uint64_t value = 0;
@@ -116,7 +122,7 @@ namespace {
             return Marker { head >> 4U, head & 15U, position + 1 };
         }
 
-        // The number of elements, and moves the marker's position to the first of them.
+        // Returns the number of elements and moves the marker's position to the first of them.
         std::optional<std::uint64_t> count(Marker& marker)
         {
             if (marker.low != 15)
@@ -171,7 +177,8 @@ namespace {
             const std::size_t width = std::size_t { 1 } << marker.low;
             if (width > 16 || !fits(marker.position, width, 1))
                 return fail("an integer is damaged");
-            // Up to four bytes are unsigned, eight are signed; sixteen hold what an unsigned eight can.
+            // Integers of one to four bytes are unsigned, those of eight are signed; sixteen bytes hold what needs all
+            // of eight unsigned ones.
             const std::uint64_t low =
                 number(width == 16 ? marker.position + 8 : marker.position, width == 16 ? 8 : width);
             const bool isNegative = (low >> 63U) != 0;
@@ -224,7 +231,7 @@ namespace {
             std::optional<std::string> text = unitWidth == 2
                 ? utf16(marker.position, units)
                 : std::string(reinterpret_cast<const char*>(bytes_.data()) + marker.position, units);
-            // One-byte units are ASCII by the rules; some writers put UTF-8 there.
+            // By the rules these one-byte units are ASCII, but some writers put UTF-8 there.
             if (text && !unicode::isValidUTF8(*text))
                 return fail("a text has impossible characters");
             return text && isWithinBudget(budget_.addBytes(text->size())) ? std::move(text) : std::nullopt;

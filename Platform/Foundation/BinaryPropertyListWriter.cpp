@@ -44,7 +44,8 @@ namespace {
         }
 
     private:
-        // A text (a value or a key), or a value that is none with the objects it holds: keys, then values.
+        // An object of the file: a text (a value or a key), or another value with the indexes of the objects in it. A
+        // dictionary's keys come before its values.
         struct Object {
             const std::string* text = nullptr;
             const PropertyList* value = nullptr;
@@ -56,8 +57,8 @@ namespace {
             return largest < 0x100 ? 1 : largest < 0x10000 ? 2 : largest < 0x100000000 ? 4 : 8;
         }
 
-        // Equal texts share one object: the records of a list all have the same keys. Whoever reads them makes a text
-        // of its own of each.
+        // Equal texts share one object, because the records of a list all have the same keys. A reader makes a copy for
+        // each use, so each use counts in the budget.
         Index collectText(const std::string& text)
         {
             demand(budget_.addBytes(text.size()));
@@ -163,7 +164,7 @@ namespace {
             appendNumber(static_cast<std::uint64_t>(value), 8);
         }
 
-        // Eight bytes are signed, so a set top bit takes sixteen.
+        // Integers of eight bytes are signed, so a number with the top bit set takes sixteen.
         void appendInteger(std::uint64_t value)
         {
             if ((value >> 63U) == 0) {

@@ -59,7 +59,7 @@ namespace {
         return ~crc;
     }
 
-    // The file handle's type and bytes; empty where the file system has none.
+    // Returns the file handle's type and bytes; empty if the file system has none.
     Data handleOfPath(const std::string& path)
     {
         constexpr std::size_t kMaximumHandle = MAX_HANDLE_SZ;
@@ -70,7 +70,7 @@ namespace {
         if (::name_to_handle_at(AT_FDCWD, path.c_str(), handle, &mountId, 0) != 0
             || handle->handle_bytes > kMaximumHandle)
             return {};
-        // These file systems number their files afresh at every mounting, so that no handle of theirs lasts.
+        // These file systems number their files anew at every mounting, so their handles don't last.
         constexpr std::array<std::string_view, 3> kPassing { "exfat", "msdos", "vfat" };
         const MountTable::Mount* mount = MountTable::current().find(static_cast<std::uint64_t>(mountId));
         if (mount

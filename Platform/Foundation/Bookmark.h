@@ -9,14 +9,15 @@
 
 namespace quillbox {
 
-// A picked file as saved settings remember it: where it was and what it was. URL makes and resolves them.
+// A bookmark remembers a picked file in the saved settings: where it was and which file it was. URL makes and resolves
+// bookmarks; Bookmark.cpp describes the stored format.
 //
-// The identity is the entry's own; a bookmark of a link means the link. A reader refuses bytes of a version it does not
-// know: they are kept by whoever saved them and are not lost. Bookmark.cpp has the format.
+// The identity is the entry's own: a bookmark of a symbolic link means the link, not its target. decode() refuses bytes
+// of a version that it does not know; whoever saved such bytes keeps them, so nothing is lost.
 //
-// Resolving takes whatever is at the path first, because many editors save a file by putting a new one in
-// its place; the bookmark is stale where that is another file. With nothing at the path, a reference that
-// follows the file in this process tells where it is; then BookmarkSearch.h looks for its identity.
+// Resolving first takes whatever is at the path, because many editors save a file by putting a new one in its place;
+// the bookmark is stale if that is another file. If nothing is at the path, a reference that follows the file in this
+// process may know where it is; otherwise it is searched for by its identity (BookmarkSearch.h).
 struct Bookmark {
     std::string path;
     bool isDirectory = false;
@@ -25,12 +26,12 @@ struct Bookmark {
     FileIdentity identity;
     Data handle;
 
-    // Whether both are, as far as can be told, the same file. Inodes are used again, within a tick of the
-    // file system's clock even with the same birth time: whatever both know has to be the same. Devices
-    // count only where the UUIDs and births are unknown.
+    // Whether both bookmarks mean the same file, as far as can be told. File systems reuse inode numbers, sometimes
+    // within one tick of their clock and so with the same birth time; therefore everything that both bookmarks know
+    // must be equal. Device numbers count only where UUIDs and birth times are unknown.
     bool isSameFile(const Bookmark& other) const;
 
-    // The entry at the path now; fails where it can't be looked at.
+    // Describes the entry that is at the path now. Fails if the entry can't be looked at.
     static Result<Bookmark> ofPath(const std::string& path);
 
     Data encoded() const;

@@ -27,7 +27,7 @@ namespace {
     };
     using Directory = std::unique_ptr<DIR, DirectoryCloser>;
 
-    // What is left of the bound that searches share, and what they have found so far.
+    // What is left of the limits that searches share, and what they have found so far.
     struct Bound {
         int places = kMaximumSearchedPlaces;
         int entries = kMaximumSearchedEntries;
@@ -54,15 +54,16 @@ namespace {
     public:
         Search(const Bookmark& wanted, Bound& bound) : wanted_(wanted), bound_(bound) { }
 
-        // The file itself in any volume that may be its own, at any tail of its path: where its volume was
-        // mounted is not known.
+        // Finds the file itself in any volume that may be its own, at any tail of its path, because it is not known
+        // where its volume was mounted.
         std::optional<std::string> atSamePlace();
-        // Places in the volume that its path may have meant, where the volume has left its mount point.
+        // Returns the places in the volume that the path may have meant, if the volume has left its mount point.
         std::vector<std::string> placesInVolume();
         // Whether an entry of the same kind is there now.
         bool isTaken(const std::string& place);
+        // Searches around the place, as findMovedFileAround() says.
         std::optional<std::string> around(const std::string& place);
-        // The same; around a place on a mount that may hang, in time.
+        // Does the same in bounded time, if the place is on a mount that may hang.
         std::optional<std::string> aroundInTime(const std::string& place);
         bool isAskedElsewhere() const { return isAskedElsewhere_; }
         // The directories that around() has looked through, each as it was before.
@@ -71,7 +72,7 @@ namespace {
     private:
         bool isWanted(const std::string& path);
         bool mayHoldWanted(const FileStatus& directory) const;
-        // `resolve` as openat2 takes it.
+        // `resolve` is the member of the same name that openat2() takes.
         Directory open(int base, const std::string& path, std::uint64_t resolve);
         std::optional<std::string> inDirectory(DIR* directory, const std::string& path,
                                                std::vector<std::string>* subdirectories);
@@ -93,7 +94,7 @@ namespace {
 
     std::optional<std::string> Search::atSamePlace()
     {
-        // The list is copied, since looking at a file may read the table anew.
+        // The list is copied, since looking at a file may change the table.
         const std::vector<MountTable::Mount> mounts = MountTable::current().mounts();
         for (const MountTable::Mount& mount : mounts) {
             if (mount.isRemote()
@@ -270,7 +271,7 @@ namespace {
             if (std::optional<std::string> path = search.aroundInTime(place))
                 return path;
         }
-        // A search that others had left too little for is made again, before theirs.
+        // A search that had too little left because of others is made again, before theirs.
         if (!isBoundWhole && bound.isUsedUp())
             filesNotFound().putOff(key);
         else if (!search.isAskedElsewhere())
@@ -302,7 +303,7 @@ BookmarkSearchBound::~BookmarkSearchBound()
 
 std::optional<std::string> findMovedFile(const Bookmark& bookmark)
 {
-    // No file has the inode 0, so a bookmark that has it knows a place and no file.
+    // No file has the inode 0, so a bookmark with it knows a place and no file.
     if (bookmark.identity.inode == 0)
         return std::nullopt;
     const auto isWanted = [&](const FileIdentity& identity) {

@@ -32,7 +32,7 @@ namespace {
         return kind && *kind == FileKind::file;
     }
 
-    // Empty where the system does not tell.
+    // Returns an empty path if the system does not tell.
     std::string directoryOfExecutable()
     {
         char target[PATH_MAX];
@@ -41,10 +41,11 @@ namespace {
         return std::string(path::deletingLastPathComponent(executable));
     }
 
-    // The result is empty where there is no such directory.
+    // Returns an empty path if there is no such directory.
     std::string resourceDirectoryOfExecutable()
     {
-        // They lie beside the executable, in the installed place, or between a build tree's directory and the sources.
+        // The resources lie beside the executable, in the place of an installed program, or in a directory above that
+        // of a build.
         for (const char* place :
              { "Resources", "../share/quillbox", "../Resources", "../../Resources", "../../../Resources" }) {
             const Result<std::string> canonical = canonicalPath(path::appending(directoryOfExecutable(), place));
@@ -94,7 +95,7 @@ std::optional<std::string> Bundle::pathForAuxiliaryExecutable(const std::string&
 const Bundle& Bundle::main()
 {
     static Bundle bundle;
-    // What was installed when the bundle was read; empty for the application's own resources.
+    // The installed directory from which the bundle was read; empty for the application's own resources.
     static std::optional<std::string> readFrom;
     const ApplicationResources* const installed = Installed<const ApplicationResources>::current();
     const std::string& wanted = installed ? installed->directory : std::string();

@@ -9,7 +9,8 @@
 
 namespace quillbox {
 
-// Bytes as a row of fields, numbers big-endian: bookmarks, and what goes between our processes.
+// Writes a sequence of fields as bytes, with big-endian numbers. Bookmarks and the messages between our processes are
+// written so.
 class FieldWriter {
 public:
     void number(std::uint64_t value, int width)
@@ -17,7 +18,7 @@ public:
         for (int i = width - 1; i >= 0; --i)
             bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
     }
-    // Its length, then its bytes.
+    // Writes the length in four bytes, then the bytes themselves.
     template <class Bytes>
     void field(const Bytes& contents)
     {
@@ -28,7 +29,8 @@ public:
     Data bytes;
 };
 
-// Takes fields from the front. Once bytes are missing, everything reads as 0 or empty and isDamaged() is true.
+// Reads fields from the front. Once bytes are missing, every further read gives 0 or nothing and isDamaged() is true.
+// The bytes must outlive the reader.
 class FieldReader {
 public:
     FieldReader(const Data& bytes, std::size_t position, std::size_t end)

@@ -6,11 +6,12 @@
 
 namespace quillbox {
 
-// The one path that the kernel would give for what `path` leads to: absolute, with no links, ".", ".." or doubled
-// slashes in it. What leaves the program and what is compared with another program's paths is written so: ".." behind
-// a link to a directory leads elsewhere than its text says, and others tidy it up by the text.
+// Returns the one path that the kernel would give for what `path` leads to: absolute, without links, ".", ".." or
+// doubled slashes. A path is brought into this form before it leaves the program or is compared with another program's
+// paths: ".." behind a link to a directory leads elsewhere than its text says, and other programs shorten such paths by
+// their text.
 //
-// Fails where nothing is there or a directory on the way can't be searched.
+// Fails if nothing is at the path or a directory on the way can't be searched.
 Result<std::string> canonicalPath(const std::string& path);
 
 } // namespace quillbox

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Stops the process, in release builds too, where the program itself is wrong. What the world can do
-// (a missing file, damaged bytes) is never checked this way: it is a value or a Result.
+// Stops the process, in release builds too, if the program itself is wrong. What can go wrong outside the program (a
+// missing file, damaged bytes) is never checked this way: it is a value or a Result.
 #define QB_CHECK(condition)                                                                                            \
     do {                                                                                                               \
         if (!(condition)) [[unlikely]] {                                                                               \

@@ -21,14 +21,14 @@ public:
     virtual ~Clock() = default;
 
     virtual Date now() const = 0;
-    // Time that never jumps, for measuring pauses.
+    // A time that never jumps, for measuring durations; only differences have a meaning.
     virtual std::chrono::milliseconds uptime() const = 0;
     // Calls `action` once, after `delay`, from the event loop.
     [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                                        std::function<void()> action) = 0;
 
-    // The clock that is Installed. Where none is: the system's, whose after() is refused by a check, because there
-    // is no event loop to call from.
+    // Returns the clock that is installed, otherwise the system's. A check refuses the after() of the system's, because
+    // there is no event loop that could call back.
     static Clock& current();
 };
 

@@ -14,7 +14,7 @@ namespace quillbox {
 
 namespace {
 
-    // A name beside the file that nothing has yet.
+    // Returns the name to try at this attempt, counted from 0.
     std::string nameForDamaged(const std::string& path, int attempt)
     {
         // "2001-02-03 04:05:06 +0000" becomes "20010203-040506".
@@ -25,14 +25,14 @@ namespace {
         return path + ".damaged-" + time + (attempt == 0 ? "" : "-" + std::to_string(attempt + 1));
     }
 
-    // Moves without replacing anything. Gives the error number, or 0.
+    // Renames a file without replacing another. Returns the error number, or 0.
     int renameWithoutReplacing(const std::string& from, const std::string& to)
     {
         if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
             return 0;
         if (errno != EINVAL && errno != ENOSYS)
             return errno;
-        // The file system doesn't know that flag.
+        // The file system doesn't know the flag, so the file gets its second name before it loses the first.
         if (::link(from.c_str(), to.c_str()) != 0)
             return errno;
         return ::unlink(from.c_str()) == 0 ? 0 : errno;

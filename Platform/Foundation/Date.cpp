@@ -17,7 +17,7 @@ std::string Date::description() const
 {
     if (std::isnan(secondsSinceReferenceDate))
         return "no date";
-    // This is some hundred million years either way, which leaves the steps below room in 64 bits.
+    // The limit is some hundred million years either way, which leaves the steps below room in 64 bits.
     constexpr double kFarthest = 9e15;
     const auto seconds =
         static_cast<std::int64_t>(std::floor(std::clamp(secondsSinceUnixEpoch(), -kFarthest, kFarthest)));

@@ -21,7 +21,8 @@ struct Date {
     // The present moment as the installed clock tells it (see Clock.h).
     static Date now();
 
-    // "yyyy-MM-dd HH:mm:ss +0000", in UTC, whole seconds (rounded down), the year with at least four digits.
+    // Formats the date as "yyyy-MM-dd HH:mm:ss +0000", in UTC and whole seconds (rounded down); the year has at least
+    // four digits.
     std::string description() const;
 
     friend constexpr auto operator<=>(const Date&, const Date&) = default;

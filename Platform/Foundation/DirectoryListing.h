@@ -13,8 +13,9 @@
 
 namespace quillbox {
 
-// One level of a directory as one read of it told: names and what kind each entry is. A listing of
-// 100,000 names is two allocations. Indexes run from 0 in the order of the file system.
+// One level of a directory, as a single read of it showed it: the entries' names and kinds. All names share one buffer,
+// so that a listing of 100,000 entries stays cheap. Indexes run from 0, in the order in which the file system gave the
+// entries.
 class DirectoryListing {
 public:
     enum class EntryKind : std::uint8_t { unknown, file, directory, symbolicLink, other };
@@ -25,23 +26,24 @@ public:
     const std::string& directoryPath() const { return directoryPath_; }
     std::size_t count() const { return entries_.size(); }
     bool isEmpty() const { return entries_.empty(); }
-    // The entry's name, byte for byte; good until the listing is changed or released.
+    // Returns the entry's name, byte for byte. It is valid until the listing is changed or destroyed.
     std::string_view name(std::size_t index) const;
     EntryKind kind(std::size_t index) const { return entries_[index].kind; }
-    // The directory's path, a slash (none doubled at the root) and the name.
+    // Returns the directory's path, a slash (not doubled at the root) and the name.
     std::string path(std::size_t index) const;
 
-    // What the listing tells of the entry without another look: absent where a look could answer
-    // differently (unknown kinds, possible alias files, every entry of a directory that can be listed but not
-    // searched). What something is mounted on is of the same kind as what is mounted, so it needs no look, which the
-    // mounted file system might not answer. Values beyond the six of a menu entry are never told.
+    // Returns the resource values of the entry that follow from the listing alone. Nothing is returned if a look at the
+    // entry could give another answer: for an unknown kind, for a possible alias file, and for every entry of a
+    // directory that can be listed but not searched. A mount point and what is mounted on it are of the same kind, so
+    // it needs no look, which the mounted file system might not answer. Only the six values that a menu entry needs are
+    // given.
     std::optional<URLResourceValues> knownResourceValues(std::size_t index) const;
 
-    // What another look at the entry tells, for those of which the listing knows too little. Whether it is hidden the
-    // listing knows of each: a ".hidden" file may name many thousands, and is read once for all.
+    // Looks at the entry, for values of which the listing knows too little. Whether it is hidden still comes from the
+    // listing: a ".hidden" file may name many thousands, and is read only once for all entries.
     Result<URLResourceValues> resourceValues(std::size_t index, URLResourceKey keys) const;
 
-    // What fills a listing calls these:
+    // The functions below fill a listing, or pass it on to another process.
     void append(std::string_view name, EntryKind kind);
     void setNamesToldHidden(std::unordered_set<std::string> names) { hiddenNames_ = std::move(names); }
     void setIsSearchable(bool isSearchable) { isSearchable_ = isSearchable; }

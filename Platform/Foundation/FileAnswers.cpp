@@ -30,7 +30,7 @@ namespace {
         return { error == 0 ? EPROTO : error, 0, {} };
     }
 
-    // Two bits a value: whether it is there, and what it is.
+    // Encodes each value in two bits: whether it is there, and what it is.
     FileAnswer encoded(const Values& values)
     {
         FileAnswer answer;
@@ -41,7 +41,8 @@ namespace {
         return answer;
     }
 
-    // Each entry's kind as a letter and its name, which has no NUL in it; after an empty name, those told hidden.
+    // Writes each entry's kind as a letter and its name, which has no NUL in it. After an empty name follow the names
+    // that the .hidden file lists.
     FileAnswer encoded(const DirectoryListing& listing)
     {
         FileAnswer answer { 0, listing.isSearchable() ? 1U : 0U, {} };

@@ -10,12 +10,12 @@
 
 namespace quillbox {
 
-// Asks the file system itself, for however long that takes: in the helper process (MountHelper), which installs no
-// MountInquiry. What is not asked of the file system gives EPROTO.
+// Answers the question by asking the file system itself, however long that takes. It is called in the helper process
+// (MountHelper), which installs no MountInquiry. A question that is not for the file system gives EPROTO.
 FileAnswer answered(const FileQuestion& question);
 
-// What the answers mean, for those whose question it was. An answer that can't be understood gives the error EPROTO,
-// as the system would.
+// These functions turn an answer back into the value that was asked for. They are called in the process that asked. An
+// answer that can't be understood gives the error EPROTO.
 namespace answer {
     Result<URLResourceValues> resourceValues(const FileAnswer& answer, const std::string& path);
     Result<DirectoryListing> listing(const FileAnswer& answer, const std::string& path);

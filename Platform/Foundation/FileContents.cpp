@@ -20,7 +20,7 @@ namespace quillbox {
 
 namespace {
 
-    // Reads up to `wanted` bytes; less at the file's end. Gives the error number, or 0.
+    // Reads `wanted` bytes, or fewer at the file's end. Returns the error number, or 0.
     int readFully(int descriptor, char* bytes, std::size_t wanted, std::size_t& got)
     {
         got = 0;
@@ -63,12 +63,12 @@ namespace {
         return {};
     }
 
-    // What a file is called until it takes its place: its name, this and six characters.
+    // Until a new file takes the old one's place, its name is the old one's name followed by this and six characters.
     constexpr std::string_view kUnfinished = ".unfinished-";
     constexpr std::string_view kSixCharacters = "XXXXXX";
 
-    // Whoever writes an unfinished file holds a lock on it, which goes with the process. Where file systems know no
-    // locks, nothing can be told.
+    // Whoever writes an unfinished file holds a lock on it, which ends with the process. Where a file system knows no
+    // locks, no file counts as abandoned.
     bool isAbandoned(int directory, const char* name)
     {
         const FileDescriptor file(::openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
@@ -77,7 +77,7 @@ namespace {
             && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
     }
 
-    // Removes what replacements of this file left behind that were killed.
+    // Removes the unfinished files of processes that were killed while they replaced this file.
     void removeAbandoned(const std::string& directory, const std::string& path)
     {
         const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(directory.c_str()), ::closedir);
@@ -93,7 +93,7 @@ namespace {
         }
     }
 
-    // Makes the file that is to take the place of the one at `path`, and locks it. `name` is what it is called then.
+    // Makes and locks the file that is to take the place of the one at `path`. `name` is set to its path.
     FileDescriptor makeUnfinished(const std::string& path, std::string& name)
     {
         constexpr int kAttempts = 10;
@@ -126,8 +126,7 @@ namespace {
         return false;
     }
 
-    // Writes, syncs and moves the temporary file into place. Gives the error number, or 0.
-    // Without links; empty where the system does not tell.
+    // Returns the descriptor's path without links; empty if the system does not tell.
     std::string pathOfDescriptor(int descriptor)
     {
         char target[PATH_MAX];
@@ -136,6 +135,7 @@ namespace {
         return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
     }
 
+    // Writes the bytes, syncs them and renames the temporary file into place. Returns the error number, or 0.
     int fillAndRename(FileDescriptor file, const std::string& temporary, const std::string& path, const Data& bytes,
                       mode_t mode)
     {
@@ -143,7 +143,7 @@ namespace {
             return error;
         if (!setMode(file.get(), mode) || ::fsync(file.get()) != 0)
             return errno;
-        // The lock holds until it has its name: without it, it could be taken for abandoned.
+        // The lock is held until the file has its final name: without the lock it could be taken for abandoned.
         if (::rename(temporary.c_str(), path.c_str()) != 0)
             return errno;
         return 0;
@@ -180,7 +180,8 @@ std::string readSmallFile(int directory, const char* path, std::size_t maximumSi
         if (const auto answer = askInTime(FileQuestion::Kind::beginning, path, maximumSize))
             return answer->bytes;
     }
-    // In an open directory a name is there or a link, which may lead anywhere.
+    // In an open directory only a link can lead to another mount. A link is therefore not followed here, but asked for
+    // by its path, which is checked.
     const int followingNone = directory == AT_FDCWD ? 0 : O_NOFOLLOW;
     const FileDescriptor file(::openat(directory, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | followingNone));
     if (!file && errno == ELOOP && followingNone != 0) {
@@ -200,13 +201,13 @@ std::string readSmallFile(int directory, const char* path, std::size_t maximumSi
 
 Result<std::string> followingLinks(const std::string& path)
 {
-    // As many as the kernel follows.
+    // This is the kernel's own limit.
     constexpr int kMaximumLinks = 40;
     std::string place = path;
     for (int followed = 0; followed <= kMaximumLinks; ++followed) {
         std::error_code problem;
         const std::string target = std::filesystem::read_symlink(place, problem).string();
-        // It is no link, or nothing is there.
+        // The place is no link, or nothing is there.
         if (problem == std::errc::invalid_argument || problem == std::errc::no_such_file_or_directory)
             return place;
         if (problem)
@@ -222,7 +223,7 @@ Result<void> replaceFile(const std::string& path, const Data& bytes, mode_t mode
     if (!place)
         return place.error();
     const std::string directory(path::deletingLastPathComponent(*place));
-    // Where a link leads, a directory may be missing because its volume is.
+    // If a link leads there, the directory may be missing because its volume is, and is not made.
     if (*place == path) {
         if (auto made = makeDirectories(directory); !made)
             return made;

@@ -10,22 +10,23 @@
 
 namespace quillbox {
 
-// Whole files. What is read must be a regular file of at most `maximumSize` bytes (EFBIG otherwise, EISDIR
-// for a directory, EINVAL for pipes and devices, which are never waited for).
+// Reads a whole file. It must be a regular file of at most `maximumSize` bytes; the error is EFBIG for a larger one,
+// EISDIR for a directory, and EINVAL for pipes and devices, which are never waited for.
 Result<Data> readFile(const std::string& path, std::size_t maximumSize);
 
-// What is found of at most `maximumSize` bytes of a small helper file, named in `directory` (a descriptor or
-// AT_FDCWD); empty where there is no such regular file.
+// Reads at most `maximumSize` bytes from the beginning of a small file, whose path is relative to `directory` (a
+// descriptor or AT_FDCWD). Empty if there is no such regular file.
 std::string readSmallFile(int directory, const char* path, std::size_t maximumSize);
 
-// Where symbolic links at that path lead in the end, whether or not something is there. Only the last component is
-// followed; the file system follows the others itself. Fails with ELOOP where they lead in a circle.
+// Returns the path that the symbolic links at `path` lead to in the end, whether or not something is there. Only the
+// last component is followed; the file system itself follows links in the others. Fails with ELOOP if the links lead in
+// a circle.
 Result<std::string> followingLinks(const std::string& path);
 
-// Replaces the file whole: the bytes go to a temporary file beside it, are synced, and take the old file's
-// place. A symbolic link is followed and stays. On failure the old file stays as it was and nothing is left behind;
-// what a killed process left is removed by the next call. Missing directories above are made, with mode 0700, but not
-// where a link leads. A file system that refuses to set the mode is no failure where nobody has more rights than
+// Replaces a file as a whole: the bytes go to a temporary file beside it, which is synced and renamed over the old one.
+// A symbolic link is followed and stays. On failure the old file is unchanged and nothing is left behind; what a killed
+// process left is removed by the next call. Missing directories above the file are made, with mode 0700, except where a
+// link leads. A file system that refuses to set the mode causes no failure as long as nobody gets more rights than
 // `mode` gives.
 Result<void> replaceFile(const std::string& path, const Data& bytes, mode_t mode);
 

@@ -22,7 +22,7 @@ public:
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
-    // Negative where the system reports a failure; the descriptor is gone either way.
+    // Returns a negative number if the system reports a failure; the descriptor is gone either way.
     int close() { return descriptor_ < 0 ? 0 : ::close(std::exchange(descriptor_, -1)); }
 
 private:

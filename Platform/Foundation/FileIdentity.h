@@ -8,8 +8,8 @@
 
 namespace quillbox {
 
-// What tells one file from every other on a running system. Inode numbers are used again as soon as a file
-// is deleted, so the birth time belongs to it wherever the file system keeps one.
+// Tells one file from every other on a running system. Inode numbers are used again as soon as a file is deleted, so
+// the birth time belongs to the identity wherever the file system keeps one.
 struct FileIdentity {
     struct Time {
         std::int64_t seconds = 0;
@@ -25,14 +25,14 @@ struct FileIdentity {
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
-// One look at an entry, not following a link in its last component.
+// What one look at an entry tells. A link in its last component is not followed.
 struct FileStatus {
     FileIdentity identity;
     bool isDirectory = false;
-    // The mount it was reached through; none where the system doesn't tell.
+    // The mount through which the file was reached; none if the system doesn't tell.
     std::optional<std::uint64_t> mountId;
-    // When its contents, and when anything of it was changed last, counted from 1970; none where the system doesn't
-    // tell.
+    // When its contents were last changed, and when anything about it was, counted from 1970; none if the system
+    // doesn't tell.
     std::optional<FileIdentity::Time> modified;
     std::optional<FileIdentity::Time> changed;
 };

@@ -39,17 +39,17 @@ namespace {
         }
     }
 
-    // What the system cuts at a NUL would name another file.
+    // The system would cut the path at a NUL and so look at another file.
     bool isNameable(const std::string& path)
     {
         return !path.empty() && path.find('\0') == std::string::npos;
     }
 
-    // Hands every entry but "." and ".." to `take(name, kind)`. Gives the error number, or 0.
+    // Calls `take(name, kind)` for every entry but "." and "..". Returns the error number, or 0.
     template <class Take>
     int forEachEntry(int directory, Take take)
     {
-        // One buffer for all listings: the fewer calls the cheaper, and pages touched once stay warm.
+        // All listings share one large buffer: fewer calls are cheaper, and its pages need to be touched only once.
         constexpr std::size_t kBufferSize = std::size_t { 256 } << 10;
         static const std::unique_ptr<char[]> buffer(new char[kBufferSize]);
         while (true) {

@@ -29,11 +29,11 @@ enum class SearchPathDomainMask : unsigned {
     localAndSystemDomainMask = 10,
 };
 
-// Where the running system keeps the directories that have a role. Implemented by the desktop's side.
+// Knows where the running system keeps the directories that have a role. The desktop's side implements it.
 class StandardDirectories {
 public:
     virtual ~StandardDirectories() = default;
-    // The order is local, system, user. A domain that has no such directory gives no entry.
+    // Returns the directories in the order local, system, user. A domain that has no such directory adds none.
     virtual std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains) = 0;
     virtual URL homeDirectory() = 0;
 };
@@ -49,26 +49,27 @@ class FileManager {
 public:
     virtual ~FileManager() = default;
 
-    // Follows links. Where there is none, the error says whether nothing is there (Error::isNotThere) or it could not
-    // be told.
+    // Returns what the path leads to; links are followed. If that can't be told, the error says whether nothing is
+    // there (Error::isNotThere) or the look itself failed.
     virtual Result<FileKind> kind(const std::string& path);
-    // A path that can't be reached does not exist.
+    // A path that can't be reached counts as one where nothing is.
     bool fileExists(const std::string& path) { return kind(path).hasValue(); }
     bool isDirectory(const std::string& path);
 
-    // One level. With skipsHiddenFiles, dot files and names in the directory's .hidden file are left out.
-    // "." and ".." never appear.
+    // Lists one level of the directory. With skipsHiddenFiles, dot files and the names in the directory's .hidden file
+    // are left out. "." and ".." never appear.
     virtual Result<DirectoryListing> contentsOfDirectory(const URL& directory, DirectoryEnumerationOptions options);
 
-    // The link's text as stored.
+    // Returns the link's text as it is stored.
     virtual Result<std::string> destinationOfSymbolicLink(const std::string& path);
 
-    // What the Installed standard directories say; empty where there are none.
+    // Returns what the installed standard directories say; empty if none are installed.
     std::vector<URL> urls(SearchPathDirectory directory, SearchPathDomainMask domains);
-    // What the Installed standard directories say; without any, $HOME, else the password database.
+    // Returns what the installed standard directories say. If none are installed, it is $HOME, otherwise the directory
+    // in the password database.
     URL homeDirectoryForCurrentUser();
 
-    // The one that is Installed, else a plain one.
+    // Returns the file manager that is installed, otherwise a plain one.
     static FileManager& defaultManager();
 };
 

@@ -9,24 +9,24 @@
 
 namespace quillbox {
 
-// What one process asks another about a file, and the answer: for mounts that may hang (MountInquiry). Both are small
-// texts of bytes that begin with a version; what another version wrote is refused.
+// A question about a file that one process asks another because the file's mount may hang (MountInquiry). The question
+// and its answer are encoded as short byte strings that begin with a version; what another version wrote is refused.
 struct FileQuestion {
-    // What FileManager, URL, Bookmark and FileContents ask where they are not told to ask elsewhere. The number is
-    // what the comment says, else 0.
+    // The questions of FileManager, URL, Bookmark and FileContents. The comment beside a kind says what `number` means
+    // for it; otherwise it is 0.
     enum class Kind : std::uint8_t {
-        resourceValues = 1, // the keys
-        listing, // 1 without hidden entries
+        resourceValues = 1, // the URLResourceKey set
+        listing, // 1 leaves out hidden entries
         linkTarget,
         identity,
-        status, // what stat says; 1 where a link at the end is followed
-        access, // the mode, as access takes it
-        bookmark, // of the entry
-        contents, // the largest size
-        beginning, // the most bytes
-        canonicalPath, // without links
-        movedFile, // the bytes are a bookmark: where its file is around the path
-        defaultApplication, // the bytes are a type of content: the desktop entry of who opens it; asked for no path
+        status, // what stat() says; 1 follows a link at the end of the path
+        access, // the mode that access() takes
+        bookmark, // a bookmark of the entry
+        contents, // the largest size in bytes
+        beginning, // the most bytes to read
+        canonicalPath, // see canonicalPath()
+        movedFile, // where the file of the bookmark in `bytes` is, in a search around the path
+        defaultApplication, // the desktop entry that opens the content type in `bytes`; the path has no meaning
     };
 
     Kind kind {};
@@ -34,7 +34,7 @@ struct FileQuestion {
     std::uint64_t number = 0;
     std::string bytes;
 
-    // Whether answering it goes through a link at the end of the path.
+    // Whether answering the question follows a link at the end of the path.
     bool followsLastLink() const;
 
     Data encoded() const;
@@ -51,7 +51,7 @@ struct FileAnswer {
     static std::optional<FileAnswer> decode(const Data& bytes);
 };
 
-// Nothing longer is sent or taken: a directory of a few million entries.
+// Longer messages are neither sent nor accepted. It is enough for a directory of a few million entries.
 inline constexpr std::size_t kMostMessageBytes = std::size_t { 256 } << 20;
 
 } // namespace quillbox

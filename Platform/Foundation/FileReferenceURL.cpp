@@ -16,10 +16,10 @@ namespace quillbox {
 
 namespace {
 
-    // What a reference follows.
+    // The file that a reference follows.
     struct FollowedFile {
         FileIdentity identity;
-        // Names the file without opening it; none on mounts that must stay free to be unmounted.
+        // Names the file without opening it. Empty on mounts that must stay free to be unmounted.
         FileDescriptor descriptor;
         std::string lastPath;
 
@@ -39,8 +39,8 @@ namespace {
         return found && found->identity == identity;
     }
 
-    // A held descriptor keeps its file system from being unmounted; the two mounts meant here stay while a
-    // session runs. Told by the mount, not the device, since a bind mount has the device of another.
+    // A held descriptor keeps its file system from being unmounted, but the two mounts asked for here last as long as a
+    // session. They are compared as mounts, not by their devices, since a bind mount has the device of another.
     bool isOnLastingMount(const FileStatus& file)
     {
         const std::string home = FileManager::defaultManager().homeDirectoryForCurrentUser().path();
@@ -63,7 +63,7 @@ namespace {
 
     std::optional<std::string> FollowedFile::path()
     {
-        // The link of a deleted file reads "... (deleted)", as that of a file so named would: only the
+        // The link of a deleted file reads "... (deleted)", and so does that of a file with such a name: only the
         // identity tells them apart.
         const std::string candidate = descriptor ? linkOfDescriptor(descriptor.get()) : lastPath;
         if (!leadsTo(candidate, identity))
@@ -72,7 +72,7 @@ namespace {
         return candidate;
     }
 
-    // The descriptor is empty where another file has taken the path meanwhile, or no more may be held.
+    // Returns an empty descriptor if another file has taken the path meanwhile, or if no more may be held.
     FileDescriptor descriptorFor(const FileStatus& file, const std::string& path)
     {
         const auto held = std::count_if(followedFiles().begin(), followedFiles().end(),

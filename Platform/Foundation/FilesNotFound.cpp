@@ -10,7 +10,7 @@ namespace quillbox {
 
 namespace {
 
-    // The coarsest stamps that file systems of this machine keep.
+    // Some file systems keep times in steps of two seconds; none that is common has coarser ones.
     constexpr std::int64_t kSettlingSeconds = 2;
 
 } // namespace

@@ -6,11 +6,11 @@
 
 namespace quillbox {
 
-// The names that the directory's ".hidden" file lists, one a line: file managers show them as hidden. Empty
-// where there is no such file. `directory` is an open descriptor, or AT_FDCWD with `path` naming the file.
+// Reads the names that the directory's ".hidden" file lists, one a line; file managers treat them as hidden. Empty if
+// there is no such file. `directory` is an open descriptor, or AT_FDCWD with `path` naming the file.
 std::unordered_set<std::string> hiddenNames(int directory, const char* path = ".hidden");
 
-// Hidden by its own name: it begins with a dot.
+// A name that begins with a dot is hidden by itself.
 inline bool isDotName(std::string_view name)
 {
     return name.starts_with('.');

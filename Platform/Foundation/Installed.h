@@ -7,8 +7,8 @@
 namespace quillbox {
 
 // Makes an object the one that the process uses for `Role` (its clock, its desktop, its settings) for as long as this
-// guard lives; afterwards the one before it serves again, or none. Guards end in the reverse order of their making,
-// and the object outlives its guard. Main thread only.
+// guard lives; afterwards the one before it serves again, or none. Guards must end in the reverse order of their
+// making, and the object must outlive its guard. Main thread only.
 template <class Role>
 class Installed {
 public:
@@ -21,7 +21,7 @@ public:
     Installed(const Installed&) = delete;
     Installed& operator=(const Installed&) = delete;
 
-    // Null where none is installed.
+    // Returns null if none is installed.
     static Role* current() { return slot(); }
 
 private:

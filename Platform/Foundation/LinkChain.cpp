@@ -10,7 +10,7 @@ namespace {
 
     struct Element {
         URLResourceValues values;
-        // Where it leads; empty where it is no link.
+        // Where the link leads; empty if the element is no link.
         std::string next;
     };
 
@@ -19,7 +19,7 @@ namespace {
         return target.starts_with('/') ? target : path::appending(path::deletingLastPathComponent(link), target);
     }
 
-    // All that following asks of the file system is asked here, for one element at a time.
+    // All questions to the file system are asked here, for one element at a time.
     std::optional<Element> elementAt(const std::string& path)
     {
         constexpr URLResourceKey kKeys = URLResourceKey::isDirectory | URLResourceKey::isPackage

@@ -8,7 +8,7 @@
 
 namespace quillbox {
 
-// One end of a stream of messages between two processes of ours, each message its length and its bytes.
+// One end of a stream of messages between two processes of ours. A message is sent as its length and its bytes.
 class MessageSocket {
 public:
     using Moment = std::chrono::steady_clock::time_point;
@@ -19,9 +19,10 @@ public:
     explicit operator bool() const { return static_cast<bool>(socket_); }
     void close() { socket_.close(); }
 
-    // False where the other end is gone or took too little of it in time; nothing more can be sent then.
+    // Returns false if the other end is gone or did not take the whole message in time; nothing more can be sent then.
     bool send(const Data& message, Moment deadline) const;
-    // None where the other end is gone, says too much, or the deadline passes before the whole message is there.
+    // Returns nothing if the other end is gone, announces too long a message, or has not sent the whole message by the
+    // deadline.
     std::optional<Data> receive(Moment deadline) const;
 
 private:

@@ -24,7 +24,8 @@ namespace {
         return ::poll(&end, 1, 0) != 0;
     }
 
-    // The process that has the socket as its standard input and nothing else of ours; -1 where it can't be started.
+    // Starts the program with the socket as its standard input and no other descriptor of ours. Returns its process id,
+    // or -1 if it can't be started.
     pid_t spawn(const std::string& program, int socket)
     {
         posix_spawn_file_actions_t actions;
@@ -37,13 +38,13 @@ namespace {
         ::sigfillset(&all);
         ::posix_spawnattr_setsigmask(&attributes, &none);
         ::posix_spawnattr_setsigdefault(&attributes, &all);
-        // A session of its own: what is typed into this one's terminal is not for it.
+        // The helper gets a session of its own, so that keys typed into our terminal don't reach it.
         ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
         ::posix_spawn_file_actions_adddup2(&actions, socket, STDIN_FILENO);
         ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-        // It holds no volume that someone wants to unmount.
+        // Its working directory must not keep a volume from being unmounted.
         ::posix_spawn_file_actions_addchdir_np(&actions, "/");
         std::string name = program;
         char* const arguments[] { name.data(), nullptr };
@@ -87,7 +88,7 @@ bool MountHelper::start(Moment deadline)
     if (starter < 0)
         return false;
     starters_.push_back(starter);
-    // The helper is the starter's child, so that nobody here has to wait for its end, and says its number itself.
+    // The helper is the starter's child, so that nobody here has to wait for its end. It tells its process id itself.
     const std::optional<Data> greeting = ours.receive(deadline);
     if (!greeting)
         return false;
@@ -111,7 +112,7 @@ MountHelper::Outcome MountHelper::ask(const FileQuestion& question, std::uint64_
                                       std::chrono::milliseconds time, Moment end)
 {
     const Data message = question.encoded();
-    // It may have ended just now, because it was idle: then a new one is asked.
+    // The helper may just have ended because it was idle; then a new one is asked.
     for (int tries = 0; tries < 2; ++tries) {
         if (!socket_ && !start(end))
             break;

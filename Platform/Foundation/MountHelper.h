@@ -13,10 +13,10 @@
 
 namespace quillbox {
 
-// The process that asks mounts that may hang, as MountInquiry sees it. It is started at the first question, serves one
-// after another, and ends by itself when it is idle or its socket closes: nothing here waits for it or for its end.
-// One that does not answer in time is killed and forgotten; the kernel may keep it until its file system answers, so
-// those are counted, and the next question starts a new one.
+// The helper process that looks at mounts that may hang, as MountInquiry sees it. It is started at the first question,
+// answers one question after another, and ends by itself when it has been idle for a while or its socket closes:
+// nothing here waits for it or for its end. A process that does not answer in time is killed and forgotten. The kernel
+// may keep such a process until its file system answers, so they are counted; the next question starts a new one.
 class MountHelper {
 public:
     using Moment = MessageSocket::Moment;
@@ -30,17 +30,17 @@ public:
 
     struct Outcome {
         std::optional<FileAnswer> answer;
-        // Without an answer: what it failed of.
+        // Why there is no answer; it means nothing if there is one.
         Failure failure {};
     };
-    // The answer, or why there is none. It may take `time` once a helper runs, and never longer than to `end`.
-    // `mountId` is whom the question is for.
+    // Asks a question about the mount with the id `mountId`. The answer may take `time` once a helper runs, and never
+    // longer than to `end`.
     Outcome ask(const FileQuestion& question, std::uint64_t mountId, std::chrono::milliseconds time, Moment end);
 
-    // How many processes wait for that mount still, though they were killed.
+    // Returns how many processes still wait for that mount, though they were killed.
     std::size_t countStuckOn(std::uint64_t mountId);
 
-    // The running process, or -1: for tests.
+    // Returns the id of the running process, or -1. It is there for tests.
     pid_t processId() const { return processId_; }
 
 private:
@@ -55,16 +55,16 @@ private:
 
     std::string program_;
     MessageSocket socket_;
-    // A descriptor of the process: its number may mean another one soon.
+    // A descriptor of the process is kept, because its id may soon be that of another one.
     FileDescriptor process_;
     pid_t processId_ = -1;
     std::vector<Stuck> stuck_;
-    // Those that start the helper and end at once.
+    // The short-lived processes that start the helper.
     std::vector<pid_t> starters_;
 };
 
-// The helper's own side: tells who it is, then answers what comes through the socket until the other end closes or
-// nothing has come for a while. The exit code of its program.
+// The helper's own side: sends its process id, then answers questions from the socket with `answered` until the other
+// end closes or none has come for a while. Returns the exit code of its program.
 int serveFileQuestions(FileDescriptor socket, const std::function<FileAnswer(const FileQuestion&)>& answered);
 
 } // namespace quillbox

@@ -6,7 +6,8 @@ namespace quillbox {
 
 namespace {
 
-    // Processes that a mount may keep, which can't be ended before it answers. It is not asked again meanwhile.
+    // The most killed processes that one mount may keep, since they can't end before it answers. While it keeps so
+    // many, it is not asked again.
     constexpr std::size_t kMostStuckHelpers = 4;
 
 } // namespace

@@ -32,7 +32,7 @@ namespace {
         return text;
     }
 
-    // Blanks and backslashes are written as a backslash and three octal digits.
+    // The table writes blanks and backslashes as a backslash and three octal digits.
     std::string unescaped(std::string_view field)
     {
         std::string text;
@@ -72,7 +72,7 @@ namespace {
         return {};
     }
 
-    // Empty where the system does not tell.
+    // Returns an empty path if the system does not tell.
     std::string pathOfOwnProgram()
     {
         char target[PATH_MAX];
@@ -128,7 +128,8 @@ void MountTable::parse(std::string_view mountinfo)
     mounts_.clear();
     knownUUIDs_.clear();
     for (const std::string_view line : split(mountinfo, '\n')) {
-        // "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw": optional fields end at the dash.
+        // A line is "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw"; the optional fields end at the
+        // dash.
         const std::vector<std::string_view> fields = split(line, ' ');
         if (fields.size() < 7)
             continue;
@@ -159,7 +160,7 @@ bool MountTable::Mount::isRemote() const
 {
     if (std::find(kRemoteTypes.begin(), kRemoteTypes.end(), type) != kRemoteTypes.end())
         return true;
-    // A program serves it. With a device or an image of this machine it reads that.
+    // A program serves this mount. If its source is a device or an image of this machine, the program reads only that.
     const bool isServed = type == "fuse" || type.starts_with("fuse.");
     return isServed && (!source.starts_with('/') || source.starts_with("//"));
 }
@@ -204,7 +205,7 @@ std::string MountTable::Mount::deviceLink(const std::string& linksDirectory) con
 {
     std::string name = linkToDevice(device, linksDirectory);
     struct stat sourceStatus { };
-    // Some file systems give their files device numbers that no device has.
+    // Some file systems give their files device numbers that no device has; their source is looked at instead.
     if (name.empty() && source.starts_with("/dev/") && ::stat(source.c_str(), &sourceStatus) == 0
         && S_ISBLK(sourceStatus.st_mode))
         name = linkToDevice(sourceStatus.st_rdev, linksDirectory);

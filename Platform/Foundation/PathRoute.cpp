@@ -15,7 +15,7 @@ namespace quillbox {
 
 namespace {
 
-    // As the kernel has it.
+    // The most links that the kernel follows in one path.
     constexpr int kMostLinks = 40;
 
     bool hasOnlyNames(std::string_view path)
@@ -25,19 +25,20 @@ namespace {
             && !path.ends_with('/');
     }
 
-    // What there is to walk, from its end to its beginning.
+    // Appends the components in reverse order, so that the next one to walk is the last.
     void pushComponents(std::vector<std::string>& waiting, std::string_view path)
     {
         while (!path.empty()) {
             const std::size_t slash = path.rfind('/');
             const std::string_view name = slash == std::string_view::npos ? path : path.substr(slash + 1);
-            // A slash at the end means what it ends: a link there is followed.
+            // A slash at the end of a path means that a link before it is followed.
             waiting.emplace_back(name.empty() ? "." : name);
             path = path.substr(0, slash == std::string_view::npos ? 0 : slash);
         }
     }
 
-    // Null where the component is no link; empty where nothing can be found out, and so nothing lies behind it.
+    // Returns nothing if the component is no link. An empty text means that the system tells nothing of it, and so that
+    // nothing can be reached behind it.
     std::optional<std::string> readLink(const std::string& path)
     {
         char target[PATH_MAX];
@@ -49,7 +50,7 @@ namespace {
 
     std::optional<MountTable::Mount> walk(const MountTable& table, const std::string& path, LastLink lastLink)
     {
-        std::string walked; // No links in it; the root is the empty text.
+        std::string walked; // without links; empty for the root
         std::vector<std::string> waiting;
         pushComponents(waiting, path);
         for (int links = 0; !waiting.empty();) {
@@ -82,7 +83,7 @@ namespace {
     }
 
     // Whether the directory lies where nothing may hang, and its path has no links in it. The kernel stops at the first
-    // link, before it has followed it.
+    // link without following it.
     bool isFree(const MountTable& table, const std::string& directory)
     {
         if (table.firstThatMayHang(directory))
@@ -107,7 +108,7 @@ std::optional<MountTable::Mount> PathRouter::mountThatMayHangOn(const std::strin
     if (!path.starts_with('/') || path.find('\0') != std::string::npos)
         return std::nullopt;
     const std::string directory(path::deletingLastPathComponent(path));
-    // Between two calls of forget() the table counts as it was at the first.
+    // Between two calls of forget() the table counts as it was at the first question.
     const MountTable& table = freeDirectories_.empty() ? MountTable::current() : MountTable::asLastRead();
     if (!table.hasAnyThatMayHang())
         return std::nullopt;

@@ -15,7 +15,7 @@ Result<struct stat> statusOfPath(const std::string& path, LastLink lastLink)
 {
     const bool follows = lastLink == LastLink::followed;
     struct stat status { };
-    // Most entries are no links, and then one look says all.
+    // Most entries are no links, and for those one look is enough.
     if (MountInquiry* inquiry = Installed<MountInquiry>::current(); inquiry && follows && inquiry->isFreeToAsk(path)) {
         if (::lstat(path.c_str(), &status) != 0)
             return Error::fromErrno(errno, kWhat, path);

@@ -9,10 +9,11 @@
 
 namespace quillbox {
 
-// What stat() says of a path (lstat() where a link at its end is not followed), and access(): for whoever needs more
-// than FileManager and URL tell. On a mount that may hang the answer comes in time or is ETIMEDOUT (MountInquiry).
+// Returns what stat() says of the path, or lstat() if a link at its end is not to be followed. It is for callers that
+// need more than FileManager and URL tell. On a mount that may hang, the answer comes in bounded time or the error is
+// ETIMEDOUT (MountInquiry).
 Result<struct stat> statusOfPath(const std::string& path, LastLink lastLink = LastLink::followed);
-// `mode` as access() takes it.
+// Returns whether access() allows `mode`, with the same bound.
 bool isAccessible(const std::string& path, int mode);
 
 } // namespace quillbox

@@ -11,7 +11,8 @@ struct OperatingSystemVersion {
     friend constexpr auto operator<=>(const OperatingSystemVersion&, const OperatingSystemVersion&) = default;
 };
 
-// The version of the design that this layer stands in for, not that of the kernel or the desktop.
+// The version of the system that the application was designed for and that this layer stands in for. It is not the
+// version of the kernel or the desktop.
 inline constexpr OperatingSystemVersion kOperatingSystemVersion { 13, 0, 0 };
 
 } // namespace quillbox

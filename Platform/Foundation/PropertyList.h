@@ -32,7 +32,7 @@ public:
     PropertyList(Array value) : value_(std::move(value)) { }
     PropertyList(Dictionary value) : value_(std::move(value)) { }
 
-    // The value if it is of that very type, else null.
+    // Returns the value if it is of exactly this type, otherwise null.
     template <class T>
     const T* as() const
     {
@@ -43,16 +43,17 @@ public:
     {
         return std::get_if<T>(&value_);
     }
-    // An integer of either sign if it fits; a boolean or a real is none.
+    // Returns an integer of either type if it fits; a boolean or a real gives nothing.
     std::optional<std::int64_t> asInt64() const;
     std::optional<std::uint64_t> asUInt64() const;
 
-    // The dictionary's value under `key`; null where there is none or this is no dictionary.
+    // Returns the dictionary's value under `key`, or null if there is none or this is no dictionary.
     const PropertyList* value(const std::string& key) const;
 
-    // Binary form. Fails on text that is not valid UTF-8.
+    // Encodes the value in the binary form. Fails if a text is not valid UTF-8, or if the list is nested too deeply or
+    // too large.
     Result<Data> binaryData() const;
-    // Binary or XML form; anything else, and anything damaged, is an error.
+    // Reads the binary or the XML form. Anything else, and anything damaged, is an error.
     static Result<PropertyList> fromData(const Data& bytes);
 
     friend bool operator==(const PropertyList&, const PropertyList&) = default;

@@ -16,12 +16,12 @@ struct Error {
     std::string what;
     std::string path;
 
-    // The world's answer alone: "Permission denied". Where it gave no number, what was being done.
+    // Returns the system's answer alone, such as "Permission denied"; if it gave no number, what was being done.
     std::string reason() const;
     // One line for people: "couldn't open \"/a/b\": Permission denied". The path is made valid UTF-8.
     std::string description() const;
 
-    // Whether the world answered that nothing is there. Any other error leaves open whether something is.
+    // Whether the system answered that nothing is there. Any other error leaves open whether something is there.
     bool isNotThere() const;
 
     static Error fromErrno(int code, std::string what, std::string path = {});
@@ -29,7 +29,7 @@ struct Error {
     friend bool operator==(const Error&, const Error&) = default;
 };
 
-// The value of an operation that the world can refuse, or why it was refused.
+// The value of an operation that can fail for reasons outside the program, or the error.
 template <class T>
 class [[nodiscard]] Result {
 public:

@@ -67,7 +67,7 @@ void SettingsFile::finishReading(PropertyList::Dictionary values, std::optional<
     unsettled_.reset();
 }
 
-// The values read before, if any, stay in use.
+// Reports that the file can't be read. Values that were read before stay in use.
 void SettingsFile::failReading(const Error& error)
 {
     const bool isNew = lastReport_ != error;
@@ -80,7 +80,7 @@ void SettingsFile::failReading(const Error& error)
 void SettingsFile::meetDamage(const Stamp& stamp)
 {
     if (!isQuiet(stamp)) {
-        // Nothing to tell yet: most likely the next look finds it whole.
+        // Nothing is reported yet: most likely the file is whole at the next look.
         readError_ = Error { 0, "another program is writing the settings at this moment:", path_ };
         return;
     }
@@ -101,7 +101,7 @@ bool SettingsFile::isQuiet(const Stamp& stamp)
     const double age = Date::now().secondsSinceUnixEpoch() - written;
     if (age * 1000 >= static_cast<double>(kQuiet.count()))
         return true;
-    // The clock that stamped it may be ahead of ours, so what was seen counts too.
+    // The clock that stamped the file may be ahead of ours, so the time since it was first seen counts too.
     const std::chrono::milliseconds now = Clock::current().uptime();
     if (unsettled_ != stamp) {
         unsettled_ = stamp;

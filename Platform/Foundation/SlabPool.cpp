@@ -18,7 +18,7 @@ namespace {
 
     std::size_t bytesOfAllPools = 0;
     std::size_t slabsGivenBack = 0;
-    // A megabyte of cells; less than that is soon wanted again.
+    // Only a megabyte of cells or more is given back; less than that is soon wanted again.
     constexpr std::size_t kManySlabs = 4;
 
     constexpr std::size_t roundedUp(std::size_t size)
@@ -32,11 +32,12 @@ struct SlabPool::Cell {
     Cell* next;
 };
 
-// Lies at the start of its memory, which is aligned to its size, so that a cell leads to its slab.
+// The slab's data lie at the start of its memory, which is aligned to its size, so that a cell's address leads to its
+// slab.
 struct SlabPool::Slab {
     Slab* next;
     Slab* previous;
-    // Cells that were returned; those never used yet lie from `unused` to the end.
+    // Cells that were returned. Cells never used yet lie from `unused` to the end.
     Cell* returned;
     char* unused;
     char* end;
@@ -61,8 +62,8 @@ SlabPool::Slab* SlabPool::makeSlab()
         munmap(begin, surplus);
     begin += surplus;
     munmap(begin + kSlabSize, kSlabSize - surplus);
-    // A pool that needs another slab will soon use all of it. All pages at once cost half of what they cost one by one;
-    // where the system can't do that, they come one by one.
+    // A pool that needs another slab will soon use all of it. Touching all pages at once costs half of touching them
+    // one by one; where the system can't do that, they come one by one.
     if (slabCount_ > 0)
         madvise(begin, kSlabSize, MADV_POPULATE_WRITE);
 

@@ -4,27 +4,27 @@
 
 namespace quillbox {
 
-// Memory for very many objects of one size that come and go together, as the items of a menu do: cells are
-// cut from slabs of 256 KiB, and a slab goes back to the system when its last cell is returned (one empty
-// slab is kept). Neighbouring objects lie side by side, which is what makes building and releasing a long
-// menu cheap. Main thread only. A pool lives as long as the process.
+// Memory for very many objects of one size that come and go together, as the items of a menu do. Cells are cut from
+// slabs of 256 KiB, and a slab goes back to the system when its last cell is returned (one empty slab is kept).
+// Neighbouring objects lie side by side, which makes building and releasing a long menu cheap. Main thread only. A pool
+// lives as long as the process.
 class SlabPool {
 public:
-    // Cells are of `cellSize` bytes, aligned to 16.
+    // Makes a pool whose cells have `cellSize` bytes, aligned to 16.
     explicit SlabPool(std::size_t cellSize);
     SlabPool(const SlabPool&) = delete;
     SlabPool& operator=(const SlabPool&) = delete;
 
-    // Never null: without memory the process ends, as it would for any small object.
+    // Returns a cell, never null: without memory the process ends, as it would for any small object.
     void* allocate();
     void deallocate(void* cell);
 
-    // Slabs held, the empty one included.
+    // The number of slabs held, the empty one included.
     std::size_t slabCount() const { return slabCount_; }
     // The bytes of all cells in use, over all pools.
     static std::size_t bytesInUse();
-    // Gives back to the system what the heap holds of the texts and lists that went with them, where many
-    // slabs were given back since it was last called; takes about a millisecond then.
+    // Returns free heap memory to the system if many slabs were released since the last call: the texts and lists that
+    // the objects held lay there. It takes about a millisecond then.
     static void trimHeapAfterMany();
 
 private:

@@ -14,7 +14,7 @@ namespace {
 
     using CodePoints = std::vector<utf8proc_int32_t>;
 
-    // The key byte of each ASCII character: itself in lower case. Digits are written by appendDigits().
+    // The key byte of each ASCII character is the character in lower case. Digits are written by appendDigits().
     constexpr std::array<char, 128> kFoldedASCII = [] {
         std::array<char, 128> table {};
         for (std::size_t i = 0; i < table.size(); ++i)
@@ -32,9 +32,9 @@ namespace {
         return std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     }
 
-    // A run of digits becomes '0', how many digits follow the leading zeros, and those digits: byte order is
-    // then the order of the values. Up to 254 digits are counted in one byte; a longer run has the byte 255
-    // and an eight-byte count. Returns where the run ends.
+    // Writes a run of digits as '0', the count of digits after the leading zeros, and those digits, so that byte order
+    // is the order of the values. Up to 254 digits are counted in one byte; a longer run has the byte 255 and an
+    // eight-byte count. Returns where the run ends.
     std::size_t appendDigits(std::string_view text, std::size_t position, std::string& keys)
     {
         while (position < text.size() && text[position] == '0')
@@ -83,7 +83,7 @@ namespace {
         }
     }
 
-    // Valid UTF-8 in canonical decomposition.
+    // Returns valid UTF-8 as code points in canonical decomposition.
     CodePoints decomposed(std::string_view text)
     {
         CodePoints result;
@@ -98,7 +98,8 @@ namespace {
 
     std::string folded(std::string_view text)
     {
-        // Decomposed before folding too: folding a mark can make a letter of it, which marks must not cross.
+        // The text is decomposed before folding too: folding can turn a mark into a letter, and other marks must not be
+        // ordered across it.
         CodePoints folded;
         for (utf8proc_int32_t codePoint : decomposed(text))
             decomposeInto(codePoint, static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD), folded);
@@ -114,7 +115,7 @@ namespace {
         return result;
     }
 
-    // Returns where the ASCII text ends.
+    // Writes the key of the ASCII text at the beginning. Returns where that text ends.
     std::size_t appendASCIIKey(std::string_view text, std::string& keys)
     {
         std::size_t position = 0;

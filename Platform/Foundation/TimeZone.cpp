@@ -9,7 +9,7 @@ namespace quillbox {
 
 namespace {
 
-    constexpr double kDay = 86'400; // seconds, of clocks that are not changed
+    constexpr double kDay = 86'400; // in seconds, if the clocks are not changed
 
     class SystemTimeZone final : public TimeZone {
     public:
@@ -28,12 +28,13 @@ Date TimeZone::startOfDayAfter(Date moment) const
 {
     const int offset = secondsFromGMT(moment);
     const double midnight = (std::floor((moment.secondsSinceUnixEpoch() + offset) / kDay) + 1) * kDay;
-    // The clocks may change before that midnight.
+    // The clocks may be changed before that midnight.
     double today = midnight - secondsFromGMT(Date::sinceUnixEpoch(midnight - offset));
     const auto isNextDay = [&](double time) { return time + secondsFromGMT(Date::sinceUnixEpoch(time)) >= midnight; };
     if (isNextDay(today))
         return Date::sinceUnixEpoch(today);
-    // They skip it: where they go forward at midnight, the next day begins with 01:00, when they are changed.
+    // The clocks skip that midnight: where they go forward at midnight, the next day begins with 01:00, at the moment
+    // of the change.
     double tomorrow = midnight - offset;
     while (tomorrow - today > 1) {
         const double between = std::floor((today + tomorrow) / 2);

@@ -4,17 +4,17 @@
 
 namespace quillbox {
 
-// Where the person's days begin.
+// Tells when the user's days begin.
 class TimeZone {
 public:
     virtual ~TimeZone() = default;
 
-    // How far the zone's clocks are ahead of UTC at that moment.
+    // Returns how many seconds the zone's clocks are ahead of UTC at that moment.
     virtual int secondsFromGMT(Date at) const = 0;
-    // The first moment of the next calendar day: a day may have 23 or 25 hours.
+    // Returns the first moment of the next calendar day. A day may have 23 or 25 hours.
     Date startOfDayAfter(Date moment) const;
 
-    // The zone that is Installed, else the system's.
+    // Returns the zone that is installed, otherwise the system's.
     static const TimeZone& current();
 };
 

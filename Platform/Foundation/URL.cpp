@@ -21,7 +21,7 @@ namespace path {
             return path;
         }
 
-        // How many bytes at the end of a path without trailing slashes are its extension and the dot.
+        // Returns how many bytes the extension and its dot take at the end of a path without trailing slashes.
         std::size_t extensionLength(std::string_view path)
         {
             const std::string_view name = lastPathComponent(path);
@@ -110,8 +110,8 @@ namespace {
         return -1;
     }
 
-    // Gives nothing where an escape is damaged or stands for what no path component can have (NUL, slash), or
-    // where a query or fragment follows.
+    // Returns nothing if an escape is damaged or stands for what no path component can have (NUL, slash), or if a query
+    // or fragment follows.
     std::optional<std::string> percentDecoded(std::string_view text)
     {
         std::string decoded;

@@ -11,18 +11,18 @@ namespace quillbox {
 
 class FileReferenceURL;
 
-// Path texts, byte for byte; nothing here touches the disk or minds the encoding.
+// Functions on paths as plain bytes. Nothing here touches the disk or depends on the encoding.
 namespace path {
     // "/a/b/" and "/a/b" give "b", "/" gives "/", "" gives "".
     std::string_view lastPathComponent(std::string_view path);
-    // What follows the last dot of the last component, without the dot; empty where the only dot leads
-    // the name, ends it, or what follows it has a space.
+    // Returns what follows the last dot of the last component, without the dot. Empty if that dot begins or ends the
+    // name, or if a space follows it.
     std::string_view pathExtension(std::string_view path);
-    // The path without that extension and its dot.
+    // Returns the path without that extension and its dot.
     std::string deletingPathExtension(std::string_view path);
-    // One slash between the two.
+    // Joins the two with one slash. If one of them is empty, the result is the other.
     std::string appending(std::string_view directory, std::string_view component);
-    // All but the last component: "/a/b" gives "/a", "/a" gives "/", "a" gives "".
+    // Returns all but the last component: "/a/b" gives "/a", "/a" gives "/", "a" gives "".
     std::string_view deletingLastPathComponent(std::string_view path);
 } // namespace path
 
@@ -44,25 +44,25 @@ public:
     std::string_view lastPathComponent() const { return path::lastPathComponent(path_); }
     std::string_view pathExtension() const { return path::pathExtension(path_); }
     URL appendingPathComponent(std::string_view component) const;
-    // The URL without ".", ".." and repeated slashes, by the text alone: good to be read, but behind links it means
-    // another file than this one. Where the path is used, see canonicalPath().
+    // Returns the URL without ".", ".." and repeated slashes. Only the text is considered: the result is good for
+    // reading, but behind links it may name another file than this one. To use the path, see canonicalPath().
     URL standardized() const;
 
-    // One look at the entry itself (links are not followed). Fails where the entry can't be looked at.
+    // Looks once at the entry itself; links are not followed. Fails if the entry can't be looked at.
     Result<URLResourceValues> resourceValues(URLResourceKey keys) const;
 
-    // The target of an alias file (see URLResourceValues::isAliasFile). Fails where this is none.
+    // Returns the target of an alias file (see URLResourceValues::isAliasFile). Fails if `alias` is no alias file.
     static Result<URL> resolvingAliasFile(const URL& alias);
 
-    // Bookmarks: Bookmark.h has the format and the rules.
+    // Makes a bookmark of the file. Bookmark.h has the rules, Bookmark.cpp the format.
     Result<Data> bookmarkData() const;
-    // `isStale` is set, never cleared, where the bytes should be made afresh.
+    // Returns the file of a bookmark. `isStale` is set, never cleared, if the bookmark should be made anew.
     static Result<URL> resolvingBookmarkData(const Data& bookmark, bool& isStale);
 
-    // A reference that follows the file when it is moved or renamed; an error where nothing is there.
+    // Returns a reference that follows the file when it is moved or renamed. Fails if nothing is at the path.
     Result<FileReferenceURL> fileReferenceURL() const;
 
-    // Access is what the file permissions say; starting grants it and stopping is empty.
+    // The file permissions alone decide about access, so starting always succeeds and stopping does nothing.
     bool startAccessingSecurityScopedResource() const { return true; }
     void stopAccessingSecurityScopedResource() const { }
 

@@ -19,7 +19,7 @@ namespace quillbox {
 
 namespace {
 
-    // ".app" alone is a hidden directory of that name, as programs keep them, and nothing with an extension.
+    // ".app" alone is a dot file, as programs keep them, and has no extension.
     bool isNameWith(std::string_view extension, std::string_view name)
     {
         return name.size() > extension.size() && name.ends_with(extension);
@@ -31,7 +31,7 @@ namespace {
         return names ? names->localizedName(mountPoint) : std::nullopt;
     }
 
-    // None where the file system can be asked directly.
+    // Returns nothing if the file system can be asked directly.
     std::optional<Result<URLResourceValues>> valuesInTime(const std::string& path, URLResourceKey keys)
     {
         const bool asksForName = contains(keys, URLResourceKey::volumeLocalizedName);
@@ -40,7 +40,7 @@ namespace {
         if (!answer)
             return std::nullopt;
         Result<URLResourceValues> values = answer::resourceValues(*answer, path);
-        // The names are this process's affair.
+        // The helper process knows no volume names, so they are asked for here.
         if (values && asksForName && values->isVolume.value_or(false)) {
             if (const auto place = askInTime(FileQuestion::Kind::canonicalPath, path); place && place->error == 0)
                 values->volumeLocalizedName = volumeName(place->bytes);
@@ -76,7 +76,7 @@ Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
             return std::move(*values);
     }
     struct statx status { };
-    // Not mounting an automount: looking at the entry is all that was asked.
+    // An automount is not mounted: this is only a look at the entry.
     if (!isNameable
         || ::statx(AT_FDCWD, path_.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC,
                    STATX_TYPE | STATX_MNT_ID, &status)
@@ -104,7 +104,7 @@ Result<URLResourceValues> URL::resourceValues(URLResourceKey keys) const
         const bool isVolume = isDirectory && (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
         if (asked(URLResourceKey::isVolume))
             values.isVolume = isVolume;
-        // By the mount's own path, which has no links on the way.
+        // The mount's own path has no links in it, unlike this one.
         const MountTable::Mount* mount = isVolume ? MountTable::current().find(status.stx_mnt_id) : nullptr;
         if (mount && asked(URLResourceKey::volumeLocalizedName))
             values.volumeLocalizedName = volumeName(mount->mountPoint);

@@ -39,10 +39,10 @@ struct URLResourceValues {
     std::optional<bool> isDirectory;
     std::optional<bool> isPackage;
     std::optional<bool> hasHiddenExtension;
-    // A desktop entry of Type=Link to a file: URL.
+    // Whether the entry is a desktop entry of Type=Link to a file: URL.
     std::optional<bool> isAliasFile;
     std::optional<bool> isSymbolicLink;
-    // The root of a mounted file system.
+    // Whether the entry is the root of a mounted file system.
     std::optional<bool> isVolume;
     // The name people see in their file manager; absent where the path is not a volume's root.
     std::optional<std::string> volumeLocalizedName;
@@ -50,8 +50,8 @@ struct URLResourceValues {
     friend bool operator==(const URLResourceValues&, const URLResourceValues&) = default;
 };
 
-// Whether a directory of this name is shown as a file: a name and then .app, .prefPane, .bundle, .plugin or .AppDir,
-// exactly so spelled. The name alone decides, so telling costs no look inside.
+// Whether a directory of this name is shown as a file: the name ends in .app, .prefPane, .bundle, .plugin or .AppDir,
+// spelled exactly so, with something before it. The name alone decides, so no look inside is needed.
 bool isPackageName(std::string_view lastPathComponent);
 
 // Whether a package of this name is shown without its extension: .app and .prefPane.

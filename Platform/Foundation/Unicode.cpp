@@ -14,7 +14,7 @@ namespace {
         return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
     }
 
-    // Where the run of plain ASCII that begins at `position` ends.
+    // Returns where the run of plain ASCII that begins at `position` ends.
     std::size_t endOfASCII(std::string_view bytes, std::size_t position)
     {
         while (position + 8 <= bytes.size()) {
@@ -29,7 +29,7 @@ namespace {
         return position;
     }
 
-    // How many bytes the well-formed sequence at `position` has; 0 where there is none. Overlong forms,
+    // Returns how many bytes the well-formed sequence at `position` has, or 0 if there is none. Overlong forms,
     // surrogates and what lies past U+10FFFF are not well-formed.
     std::size_t sequenceLength(std::string_view bytes, std::size_t position)
     {
@@ -49,7 +49,7 @@ namespace {
         return isMalformed ? 0 : length;
     }
 
-    // Where the well-formed text that begins at `position` ends.
+    // Returns where the well-formed text that begins at `position` ends.
     std::size_t endOfValid(std::string_view bytes, std::size_t position)
     {
         while (true) {

@@ -8,14 +8,14 @@ namespace quillbox::unicode {
 
 bool isValidUTF8(std::string_view bytes);
 
-// The text that stands for bytes of any kind: valid UTF-8 unchanged, every maximal run that is not valid
-// replaced by U+FFFD. NUL bytes stay.
+// Returns text that can be shown for bytes of any kind: valid UTF-8 stays, and every maximal run of invalid bytes
+// becomes one U+FFFD. NUL bytes stay.
 std::string displayText(std::string_view bytes);
 
 // Decodes the code point at `position` of valid UTF-8 and moves `position` past it.
 char32_t nextCodePoint(std::string_view text, std::size_t& position);
 
-// Unicode's White_Space property: what a regular expression's \s matches.
+// Whether the code point has Unicode's White_Space property, which is what \s matches in a regular expression.
 bool isWhitespace(char32_t codePoint);
 
 } // namespace quillbox::unicode

@@ -46,14 +46,14 @@ struct UserDefaults::State {
     }
 
     SettingsFile file;
-    // What was set since the last write; none means removed.
+    // Values set since the last write; one without a value is to be removed.
     std::map<std::string, std::optional<PropertyList>> pending;
     // Whether anything was set since the last attempt to write.
     bool isChanged = false;
-    // Why the last attempt failed, where it did.
+    // Why the last attempt failed; none if it succeeded.
     std::optional<Error> lastWriteError;
     std::function<void(const Error&)> failureHandler;
-    // Failures from before there was a handler.
+    // Failures that happened before there was a handler.
     std::vector<Error> unreported;
     std::size_t reportCount = 0;
 
@@ -137,7 +137,7 @@ std::int64_t UserDefaults::integer(const std::string& forKey)
         return *boolean ? 1 : 0;
     if (const auto* real = value->as<double>())
         return integerFromReal(*real);
-    // Past the ends of the range it gives the nearest number.
+    // For a text outside the range, strtoll() gives the nearest number.
     const auto* text = value->as<std::string>();
     return text ? std::strtoll(text->c_str(), nullptr, 10) : 0;
 }
@@ -207,7 +207,7 @@ Result<void> UserDefaults::synchronize()
     Result<void> written = state_->write();
     const std::optional<Error> error = written ? std::nullopt : std::optional(written.error());
     const bool isAnotherError = error != std::exchange(state_->lastWriteError, error);
-    // A file that turned out to be unreadable just now has been reported.
+    // A file that just turned out to be unreadable has been reported already.
     if (error && (isNews || isAnotherError) && state_->reportCount == reportsBefore)
         state_->report(*error);
     return written;
@@ -236,7 +236,7 @@ UserDefaults& UserDefaults::standard()
 {
     if (UserDefaults* const installed = Installed<UserDefaults>::current())
         return *installed;
-    // Never destroyed: an exit that skips the ordinary end may still run events.
+    // It is never destroyed, because events may still run in an exit that skips the ordinary end.
     static auto* const defaults = new UserDefaults(standardPath());
     return *defaults;
 }

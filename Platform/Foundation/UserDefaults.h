@@ -14,12 +14,10 @@ namespace quillbox {
 
 // The application's settings: a dictionary of keys kept in one binary property list (mode 0600).
 //
-// Setters change the dictionary in memory. synchronize() writes it once, whole: to a temporary file beside
-// the old one, synced, renamed over it; the application calls it when an event or action ends and before
-// it terminates. Values are read again when the file has changed on disk; a value that was set and not yet
-// written is never dropped for it. A symbolic link in the file's place is followed and stays. A file that is no
-// property list is moved aside and kept ("defaults.plist.damaged-<time>"), but not while another program may still be
-// writing it. A file that can't be read stays, is reported, and is not written over.
+// Setters change the dictionary in memory; synchronize() writes the file, and the application calls it when an event or
+// action ends and before it terminates. Values are read again when the file has changed on disk, but a value that was
+// set and is not yet written is never dropped for it. SettingsFile.h says what becomes of a file that is damaged or
+// can't be read.
 class UserDefaults {
 public:
     // Keeps the settings at `path`. Nothing is read before the first question.
@@ -29,10 +27,10 @@ public:
     UserDefaults& operator=(const UserDefaults&) = delete;
 
     std::optional<PropertyList> object(const std::string& forKey);
-    // The value if it is a byte string.
+    // Returns the value if it is a byte string.
     std::optional<Data> data(const std::string& forKey);
-    // 0 when absent. Booleans, reals (toward zero) and decimal texts are read as numbers; others give 0.
-    // A number of 2^63 and more comes back with its bits unchanged.
+    // Returns 0 if the value is absent. Booleans, reals (rounded toward zero) and decimal texts are read as numbers;
+    // other types give 0. A number of 2^63 or more comes back with its bits unchanged.
     std::int64_t integer(const std::string& forKey);
     // Numbers are true unless 0; the texts "YES", "true" and "1" in any case are true; others are false.
     bool boolean(const std::string& forKey);
@@ -43,7 +41,7 @@ public:
     // Deletes the file and drops values not yet written. Only the application's own domain has a name.
     void removePersistentDomain(const std::string& name);
 
-    // False while the file can't be read: what it holds is unknown then, and values read before stay in use.
+    // Returns false while the file can't be read. Its contents are unknown then, and values read before stay in use.
     bool isReadable();
 
     // How often other programs have changed the settings since they were read first: whoever has made something of
@@ -55,14 +53,15 @@ public:
     // an attempt to write the same values again fails for another cause.
     Result<void> synchronize();
 
-    // Tells the failure handler of a value that could not be made, so that nothing was set.
+    // Reports to the failure handler that a value could not be encoded, so that nothing was set.
     void reportFailure(const Error& error);
-    // Told of every file that could not be read, was set aside, or could not be written.
+    // The handler is told of every file that could not be read, was set aside or could not be written; of earlier
+    // failures it is told at once.
     void setFailureHandler(std::function<void(const Error&)> handler);
 
     const std::string& path() const;
 
-    // The application's settings: those that are Installed, else $XDG_CONFIG_HOME/quillbox/defaults.plist.
+    // Returns the application's settings: those that are installed, otherwise $XDG_CONFIG_HOME/quillbox/defaults.plist.
     static UserDefaults& standard();
 
 private:

@@ -5,9 +5,8 @@
 
 namespace quillbox {
 
-// The names that people see for volumes in their file manager. Implemented by the desktop's side; the Installed ones
-// are asked by URL::resourceValues, for the roots of mounted file systems only. Without any, volumes have no localized
-// name.
+// Knows the names that file managers show for volumes. The desktop's side implements it; URL::resourceValues asks the
+// installed one, for the roots of mounted file systems only. If none is installed, volumes have no localized name.
 class VolumeNames {
 public:
     virtual ~VolumeNames() = default;

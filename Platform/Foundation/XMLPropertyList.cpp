@@ -15,7 +15,7 @@ namespace quillbox::xmlpropertylist {
 namespace {
 
     constexpr std::size_t kMaximumSize = std::size_t { 64 } << 20;
-    // The parser's tree takes about a hundred bytes for each mark, so they are counted before it is made.
+    // The parser's tree takes about a hundred bytes for each "<", so these are counted before the tree is made.
     constexpr std::ptrdiff_t kMaximumMarks = std::ptrdiff_t { 2 } << 20;
 
     constexpr std::string_view kWhitespace = " \t\r\n";
@@ -35,7 +35,7 @@ namespace {
         return problem == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
     }
 
-    // Decimal, or hexadecimal after "0x"; with either sign before it.
+    // Reads a decimal number, or a hexadecimal one after "0x", with or without a sign.
     std::optional<PropertyList> integerFrom(std::string_view text)
     {
         const bool isNegative = text.starts_with('-');
@@ -60,7 +60,7 @@ namespace {
         return number ? std::optional(PropertyList(*number)) : std::nullopt;
     }
 
-    // "2001-02-03T04:05:06Z"; years have four digits or five, and may lie before year 0.
+    // Reads a date such as "2001-02-03T04:05:06Z". Years have four digits or five and may lie before year 0.
     std::optional<PropertyList> dateFrom(std::string_view text)
     {
         const bool isBeforeYear0 = text.starts_with('-');
@@ -130,8 +130,8 @@ namespace {
         return PropertyList(std::move(bytes));
     }
 
-    // Reads one list. Every function gives nothing where the list is damaged; what was wrong first is kept in
-    // problem().
+    // Reads one list. A function returns nothing if the list is damaged, and problem() keeps the first thing that was
+    // wrong.
     class Reader {
     public:
         const char* problem() const { return problem_; }
@@ -180,7 +180,7 @@ namespace {
             return std::nullopt;
         }
 
-        // Everything between the marks of an element that holds no others.
+        // Returns everything between the tags of an element that holds no other elements.
         std::optional<std::string> text(const pugi::xml_node& element)
         {
             std::string content;
@@ -189,7 +189,7 @@ namespace {
                     return fail("a text holds other elements");
                 content += part.value();
             }
-            // A character reference may name what is no character.
+            // A character reference may name something that is no character.
             if (!unicode::isValidUTF8(content))
                 return fail("a text has impossible characters");
             if (!budget_.addBytes(content.size()))
@@ -197,7 +197,7 @@ namespace {
             return content;
         }
 
-        // The elements within, and nothing else.
+        // Returns the elements within `parent`. Text between them is an error.
         std::optional<std::vector<pugi::xml_node>> elements(const pugi::xml_node& parent)
         {
             std::vector<pugi::xml_node> found;

@@ -24,8 +24,8 @@ namespace {
 
     class PlaceList {
     public:
-        // Lists a directory, unless it is listed already or nothing is there. Without a title it is called as it is
-        // named.
+        // Adds a directory, unless it is listed already or does not exist. Without a title, the place gets the name of
+        // the directory.
         void add(Kind kind, const std::string& path, const std::string& title = {})
         {
             const bool mayHang = router_.mountThatMayHangOn(path, LastLink::followed).has_value();
@@ -68,7 +68,7 @@ namespace {
     void addVolumes(PlaceList& list)
     {
         VolumeNames* const names = Installed<VolumeNames>::current();
-        // A copy, since asking for names may read the table again.
+        // The table is copied, since asking for names may change it.
         const std::vector<MountTable::Mount> mounts = MountTable::current().mounts();
         for (const MountTable::Mount& mount : mounts) {
             if (mount.isPersons())

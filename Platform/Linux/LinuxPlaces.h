@@ -5,9 +5,9 @@
 
 namespace quillbox {
 
-// The person's places as Linux desktops know them: their home, the standard directories, the root of the file system,
-// the bookmarks of their file managers, and the volumes that are mounted where desktops mount what people plug in. What
-// is not there is left out, but nothing on a mount that may never answer is looked at. Installed once by the program.
+// The user's places on a Linux desktop: the home directory, the standard directories, the root of the file system, the
+// bookmarks of file managers, and the volumes that are mounted where desktops mount what users plug in. Missing
+// directories are left out, but nothing on a mount that may never answer is looked at. The program installs it once.
 class LinuxPlaces final : public Places {
 public:
     // The environment says where the bookmarks lie.

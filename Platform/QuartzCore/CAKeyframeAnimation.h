@@ -7,11 +7,11 @@
 
 namespace quillbox {
 
-// One property of a layer that goes through a list of values, each for an equal part of the duration. A plain
-// value: the layer that it is added to runs it.
+// Takes one property of a layer through a list of values, each for an equal part of the duration. It is a plain value;
+// the layer that it is added to runs it.
 class CAKeyframeAnimation {
 public:
-    // "contents" is the property that layers can animate.
+    // The only property that layers can animate.
     static constexpr const char* contentsKeyPath = "contents";
 
     explicit CAKeyframeAnimation(const char* keyPath) : keyPath_(keyPath) { }

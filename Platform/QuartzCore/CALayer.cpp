@@ -37,7 +37,7 @@ void CALayer::add(CAKeyframeAnimation animation)
 
 void CALayer::waitForNextValue()
 {
-    // Counted from the beginning, so that late calls do not add up.
+    // The time is counted from the beginning of the animation, so that delays do not add up.
     const auto count = static_cast<std::chrono::milliseconds::rep>(running_->animation.values().size());
     const auto next = static_cast<std::chrono::milliseconds::rep>(running_->index + 1);
     const auto due = running_->began + running_->animation.duration() * next / count;
@@ -51,7 +51,7 @@ void CALayer::step()
     const auto passed = Clock::current().uptime() - running_->began;
     const auto reached = static_cast<std::size_t>(std::max(passed.count(), std::chrono::milliseconds::rep { 0 }))
         * count / static_cast<std::size_t>(running_->animation.duration().count());
-    // A display that is behind leaves out values instead of going on for longer.
+    // A display that is behind skips values, so that the animation does not take longer.
     running_->index = std::max(running_->index + 1, reached);
     if (running_->index < count) {
         waitForNextValue();

@@ -11,31 +11,32 @@
 
 namespace quillbox {
 
-// What a view draws besides its own content: a border, and contents that an animation may go through. Owned by
-// its view. An animation runs on the installed clock; at rest a layer has no timer. Destroying the layer ends
-// its animation, which counts as completed.
+// What a view draws besides its own content: a border, and contents that an animation goes through. The view owns its
+// layer. An animation runs on the installed clock; a layer that shows none has no timer. Destroying the layer ends its
+// animation, which counts as completed.
 class CALayer {
 public:
     CALayer() = default;
     CALayer(const CALayer&) = delete;
     CALayer& operator=(const CALayer&) = delete;
 
-    // Points, drawn inside the view's bounds.
+    // In points; the border is drawn inside the view's bounds.
     double borderWidth() const { return borderWidth_; }
     CGColor borderColor() const { return borderColor_; }
     void setBorder(double width, CGColor colour);
-    // Whether what goes past the bounds is cut off.
+    // Whether what extends beyond the bounds is cut off.
     bool masksToBounds() const { return masksToBounds_; }
     void setMasksToBounds(bool masks) { masksToBounds_ = masks; }
 
-    // What is shown now: the running animation's value, else nothing. On this platform an NSImage.
+    // Returns the running animation's present value, which is an NSImage on this platform; empty if none is running.
     const std::any& presentationContents() const;
 
-    // Runs it from its first value; an earlier one ends. One without values or duration ends at once.
+    // Runs the animation from its first value and ends an earlier one. An animation without values or duration ends at
+    // once.
     void add(CAKeyframeAnimation animation);
     bool isAnimating() const { return running_ != nullptr; }
 
-    // Called whenever what is shown has changed; set by the view that owns the layer.
+    // Called whenever what is shown has changed. The view that owns the layer sets it.
     void setDisplayHandler(std::function<void()> handler) { displayHandler_ = std::move(handler); }
 
 private:

@@ -42,7 +42,7 @@ void CATransaction::setCompletionBlock(std::function<void()> completion)
 void CATransaction::commit()
 {
     QB_CHECK(!openTransactions().empty());
-    // Let go of after it left the stack: the completion may begin a transaction of its own.
+    // The transaction is released after it left the stack, because its completion may begin another one.
     const std::shared_ptr<Token> ended = std::move(openTransactions().back());
     openTransactions().pop_back();
 }

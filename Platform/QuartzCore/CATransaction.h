@@ -5,21 +5,22 @@
 
 namespace quillbox {
 
-// Groups animations: those added to layers between begin() and commit() belong to it, and its completion is
-// called once all of them have ended. Transactions nest. Main thread only.
+// Groups animations: those that are added to layers between begin() and commit() belong to the transaction, and its
+// completion is called once all of them have ended. Transactions nest. Main thread only.
 class CATransaction {
 public:
     CATransaction() = delete;
 
     static void begin();
-    // Of the innermost open transaction; outside of one this is refused by a check.
+    // Sets the completion of the innermost open transaction. A check refuses the call if none is open.
     static void setCompletionBlock(std::function<void()> completion);
     // A transaction without animations completes at once.
     static void commit();
 
-    // Held by every running animation of a transaction; the last one that lets go completes it.
+    // Every running animation of a transaction holds its token; the transaction is completed when the last one releases
+    // it.
     class Token;
-    // The innermost open transaction's; null outside of one.
+    // Returns the token of the innermost open transaction, or null.
     static std::shared_ptr<Token> currentToken();
 };
 

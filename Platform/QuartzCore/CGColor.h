@@ -2,14 +2,14 @@
 
 namespace quillbox {
 
-// A colour by its role; the desktop turns it into a real one, so that it follows the theme.
+// A colour by its role; the desktop chooses the real one, so that it follows the theme.
 enum class CGColor {
     clear,
-    // Text on the colour of the window.
+    // The colour of text on a window.
     label,
-    // What is wrong.
+    // The colour that marks errors.
     systemRed,
-    // The desktop's colour for what is active.
+    // The desktop's accent colour, for what is active.
     controlAccent,
 };
 

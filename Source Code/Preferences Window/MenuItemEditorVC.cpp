@@ -18,7 +18,7 @@ namespace {
     const Selector kDiscardSelector =
         makeSelector<&MenuItemEditorVC::discardMenuItemConfiguration>("discardMenuItemConfigurationWithSender:");
 
-    // Points.
+    // In points.
     constexpr double kWidth = 560;
     constexpr double kMargin = 20;
     constexpr double kBeforeSection = 15;
@@ -29,7 +29,7 @@ namespace {
     constexpr double kButtonWidth = 130;
     constexpr double kButtonFromCenter = 30;
 
-    // The numbers of recent items that are offered.
+    // The numbers of recent items that the user can choose from.
     constexpr std::array kMaximums { 5, 10, 15, 20, 25, 30 };
 
     std::string headingText(const MainMenuItem& item)
@@ -320,7 +320,7 @@ void MenuItemEditorVC::addMaximumMenu(std::int64_t maximum)
     for (const int number : kMaximums)
         titles.push_back(std::to_string(number));
     menu->addItems(std::move(titles));
-    // The smallest number that holds them all, else the largest.
+    // This selects the smallest number that is large enough, otherwise the largest.
     std::size_t index = 0;
     while (index + 1 < kMaximums.size() && maximum > kMaximums[index])
         ++index;

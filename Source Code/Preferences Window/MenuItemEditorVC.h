@@ -11,19 +11,19 @@
 
 namespace quillbox {
 
-// The settings of one top-level item, shown in a sheet on the preferences window. What it shows is settled when it
-// is made; the item is changed only by saving. The sheet's window keeps the editor, and neither keeps the item.
+// The settings of one top-level item, shown in a sheet on the preferences window. Its contents are chosen when it is
+// made, and only saving changes the item. The sheet's window keeps the editor alive; neither keeps the item.
 class MenuItemEditorVC final : public NSViewController {
 public:
-    // Builds the view and its window, which waits to be shown as a sheet.
+    // Builds the view and its window, which the caller shows as a sheet.
     static std::shared_ptr<MenuItemEditorVC> create(const std::shared_ptr<MainMenuItem>& menuItemToEdit);
 
-    // Actions: both end the sheet, saving with OK, discarding with cancel.
+    // Actions. Both end the sheet: saving with OK, discarding with cancel.
     void saveMenuItemConfiguration(NSObject* sender);
     void discardMenuItemConfiguration(NSObject* sender);
 
     std::weak_ptr<MainMenuItem> menuItemToEdit;
-    // Empty where the item's kind has no such control.
+    // These are empty if the item's kind has no such control.
     std::weak_ptr<NSTextField> displayStringEditTextField;
     std::weak_ptr<NSButton> showHiddenItemsCheckbox;
     std::weak_ptr<NSButton> showPathAsTooltipCheckbox;
@@ -49,7 +49,7 @@ private:
     void addSectionHeading(const std::string& text);
     void addText(const std::string& text);
     void addWarning(const std::string& heading, const std::string& text);
-    // "Options", above the first of them.
+    // Adds the heading "Options" above the first option.
     void addOptionsHeading();
     std::shared_ptr<NSButton> addCheckbox(const std::string& title, bool isOn);
     void addMaximumMenu(std::int64_t maximum);

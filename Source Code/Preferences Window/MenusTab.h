@@ -12,11 +12,11 @@ class SuggestedMenuItemsTable;
 class TentativeMenuItemDeleter;
 class TentativeMenuItemsTable;
 
-// Fills the tab in which the menu is arranged: the two tables side by side, the trash can and the texts that say how
-// to use them. Keeps nothing once it is done; the views belong to the tab.
+// Fills the tab in which the menu is arranged: the two tables side by side, the trash can and the texts that explain
+// them. It is needed only while it fills the tab; the views belong to the tab.
 class MenusTab {
 public:
-    // `resetButton` is in the tab already.
+    // `resetButton` is already in the tab.
     MenusTab(std::shared_ptr<NSView> tab, std::shared_ptr<NSButton> resetButton);
 
     const std::shared_ptr<TentativeMenuItemsTable>& tentativeTable() const { return tentativeTable_; }
@@ -32,7 +32,7 @@ private:
     std::shared_ptr<NSTextField> addText(const std::string& text, bool isSelectable,
                                          std::optional<FontAttribute> font = {});
     std::shared_ptr<NSScrollView> addScrollView();
-    // A long text wraps before it runs out of the tab.
+    // Makes a long text wrap at the edge of the tab.
     void keepInside(NSTextField& text);
 
     std::shared_ptr<NSView> tab_;

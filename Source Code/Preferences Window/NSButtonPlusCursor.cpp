@@ -4,7 +4,7 @@ namespace quillbox {
 
 void NSButtonPlusCursor::resetCursorRects()
 {
-    // A sliver that looks out at the list's edge can't be aimed at.
+    // If only this much of the button is visible, in points, it can't be aimed at.
     constexpr double kSliver = 6;
     const auto clipView = scrollViewContentView.lock();
     if (isHiddenOrHasHiddenAncestor() || !clipView)

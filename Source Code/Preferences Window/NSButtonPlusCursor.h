@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// A button that shows a cursor of its own while enough of it can be seen in its scroll view.
+// A button that shows a special cursor while enough of it is visible in its scroll view.
 class NSButtonPlusCursor final : public NSButton {
 public:
     explicit NSButtonPlusCursor(NSCursor cursor) : thisCursor(cursor) { }
@@ -13,7 +13,7 @@ public:
     const char* className() const override { return "NSButtonPlusCursor"; }
 
     const NSCursor thisCursor;
-    // Set by the owner; without one the button shows no cursor.
+    // Set by the owner; if it is empty, the button shows no cursor.
     std::weak_ptr<NSClipView> scrollViewContentView;
 
 protected:

@@ -35,14 +35,14 @@ namespace {
 
     constexpr const char* kErrorLogLabel = "Error Log";
 
-    // Points.
+    // In points.
     constexpr NSSize kContentSize { 520, 650 };
     constexpr double kMayGrowBy = 400;
     constexpr double kTabViewWidth = 490;
     constexpr double kMargin = 20;
     constexpr double kButtonWidth = 130;
 
-    // A scroll view that fills the tab, with the text in it.
+    // Fills the tab with a scroll view and the text in it.
     std::shared_ptr<NSTextField> fillWithText(const std::shared_ptr<NSView>& tab, const AttributedString& text)
     {
         const auto scrollView = UtilityFunctions::makeScrollView();
@@ -305,8 +305,8 @@ void PreferencesWindowVC::savePreferences(NSObject* sender)
 {
     if (const auto table = tableWithTentativeMenus.lock())
         MainMenuItem::actualMenuItems() = table->tentativeMenuItems;
-    // What could not be stored has been told. The window stays then, and with it what was arranged: applying can be
-    // tried again.
+    // The user has been told what could not be stored. The window stays open with its arrangement, so that applying can
+    // be tried again.
     if (!ManageDefaults::saveAllToDisk())
         return;
     ManageDefaults::loadAllFromDisk();
@@ -347,7 +347,7 @@ void PreferencesWindowVC::printMenuItemPlus(NSObject*)
 
 void PreferencesWindowVC::deletePrefsAndQuit(NSObject*)
 {
-    // Without an identifier there is no domain of our own to remove.
+    // Without an identifier the application has no settings of its own to remove.
     if (const auto identifier = Bundle::main().bundleIdentifier())
         UserDefaults::standard().removePersistentDomain(*identifier);
     NSApplication::shared().terminate(this);
@@ -371,7 +371,7 @@ void PreferencesWindowVC::tabViewDidSelect(NSTabView&, const NSTabViewItem& item
     if (!field)
         return;
     field->selectText();
-    // The caret at the beginning, nothing highlighted.
+    // The caret is set to the beginning, with no text selected.
     if (auto* editor = field->currentEditor())
         editor->setSelectedRange({ 0, 0 });
 }

@@ -14,17 +14,17 @@ namespace quillbox {
 
 class TentativeMenuItemsTable;
 
-// The preferences window: its tabs, its buttons and what they do. There is one window at most; it keeps this
-// controller until it is closed, and the next opening begins with a fresh copy of the live list. Nothing of what
-// is arranged in it counts before Apply.
+// The preferences window: its tabs, its buttons and what they do. There is at most one window; it keeps this controller
+// until it is closed, and the next window begins with a new copy of the live list. Changes take effect only with Apply.
 class PreferencesWindowVC final : public NSViewController, public NSTabViewDelegate {
 public:
-    // Builds the window and shows it. Called where there is none; see StatusMenuItemController's action.
+    // Builds the window and shows it. It is called only if there is none; see
+    // StatusMenuItemController::openAppPreferencesWindow.
     static std::shared_ptr<PreferencesWindowVC> create();
 
     // Empty while no window is open.
     static std::weak_ptr<NSWindow>& preferencesWindow();
-    // Made on first use, with the version and the copyright of that moment.
+    // The text with version and copyright, made on first use.
     static const AttributedString& aboutText();
 
     // Actions
@@ -36,7 +36,7 @@ public:
     void printActualMenuItems(NSObject* sender);
     void printMenuItemPlus(NSObject* sender);
     void deletePrefsAndQuit(NSObject* sender);
-    // What is in memory stays until the next load.
+    // Erases the stored settings; those in memory stay until the next load.
     void eraseUserDefaults(NSObject* sender);
 
     void tabViewDidSelect(NSTabView& tabView, const NSTabViewItem& item) override;

@@ -16,7 +16,7 @@ namespace {
         return "(SuggestedMenuItemsTable didn't have any info for " + std::string(name) + ")";
     }
 
-    // What other programs get of a dragged kind.
+    // Returns the text that other programs get for a dragged kind.
     std::string plainText(const std::string& rawString)
     {
         const auto type = menuItemType(rawString);

@@ -10,11 +10,11 @@ namespace quillbox {
 
 class TentativeMenuItemsTable;
 
-// The table of the kinds of items that can be added to the menu, by dragging them out of it or with the keyboard.
-// Nothing is dropped on it. Its own data source and delegate.
+// The table of the kinds of items that can be added to the menu, by dragging them out of it or with the keyboard. It
+// accepts no drops. It is its own data source and delegate.
 class SuggestedMenuItemsTable final : public NSTableView, public NSTableViewDataSource, public NSTableViewDelegate {
 public:
-    // A row each, in this order.
+    // Each kind has a row, in this order.
     static constexpr std::array suggestedKinds {
         MenuItemType::systemSettings,  MenuItemType::systemApplicationsDirectory,
         MenuItemType::separator,       MenuItemType::recentItems,
@@ -23,7 +23,7 @@ public:
     };
 
     static std::shared_ptr<SuggestedMenuItemsTable> create();
-    // Use create(): a table that is not shared can't be its own delegate.
+    // The constructor is for create(), which everyone else uses: a table that is not shared can't be its own delegate.
     SuggestedMenuItemsTable() = default;
 
     const char* className() const override { return "SuggestedMenuItemsTable"; }
@@ -36,7 +36,7 @@ public:
     std::shared_ptr<NSPasteboardWriting> pasteboardWriterForRow(NSTableView& tableView, int row) override;
     bool canPerform(Command command, int row) const override;
 
-    // The table that gets what is added.
+    // The table to which items are added.
     std::weak_ptr<TentativeMenuItemsTable> tableWithTentativeMenus;
 
 protected:

@@ -11,14 +11,14 @@ namespace quillbox {
 
 namespace {
 
-    // Points.
+    // In points.
     constexpr double kHighlightWidth = 2;
     constexpr double kFrameSide = 128;
     constexpr int kFrameCount = 10;
     constexpr double kExplosionSide = 80;
     constexpr std::chrono::milliseconds kExplosionDuration { 300 };
 
-    // Each a part of the strip, drawn when it is first shown.
+    // Makes the frames of the animation. Each is a part of the strip and is drawn when it is first shown.
     std::vector<NSImage> cutSmokeImages()
     {
         std::vector<NSImage> images;

@@ -9,19 +9,20 @@ namespace quillbox {
 
 class TentativeMenuItemsTable;
 
-// The trash can: rows of the menu's table that are dragged onto it are taken out of the list. It is outlined while
-// a row is over it, and a puff of smoke follows once the drag has ended.
+// The trash can: rows of the menu's table that are dragged onto it are removed from the list. It is outlined while a
+// row is over it, and a puff of smoke follows once the drag has ended.
 class TentativeMenuItemDeleter final : public NSImageView {
 public:
     TentativeMenuItemDeleter();
 
     const char* className() const override { return "TentativeMenuItemDeleter"; }
 
-    // Set by a drop that was taken, used up when the drag ends.
+    // Set by an accepted drop, and cleared when the drag ends.
     bool shouldShowSmokeExplosion = false;
     std::weak_ptr<TentativeMenuItemsTable> tableWithTentativeMenus;
 
-    // The frames of the puff, cut from the picture "Circle Smoke" on first use; empty where there is none.
+    // The frames of the puff of smoke, cut from the picture "Circle Smoke" on first use; empty if there is no such
+    // picture.
     const std::vector<NSImage>& smokeImages();
 
     NSDragOperation draggingEntered(const NSDraggingInfo& info) override;

@@ -127,7 +127,7 @@ std::shared_ptr<NSButton> TentativeMenuItemsTable::makeEditButton(const MainMenu
     auto image = NSImage::imageNamed(NSImageNameInfo);
     if (!image)
         return nullptr;
-    // As large as the button is wide.
+    // The image is as large as the button is wide.
     image->setSize({ 16, 16 });
     auto button = std::make_shared<NSButtonPlusCursor>(NSCursor::pointingHand);
     button->setButtonType(NSButton::ButtonType::momentaryPushIn);
@@ -231,7 +231,7 @@ void TentativeMenuItemsTable::beginPickingFiles(int row)
         const MainMenuItem::List items = menuItemsFromURLs(panel->urls());
         if (items.empty())
             return;
-        // The list may have become shorter meanwhile.
+        // The list may have become shorter while the panel was open.
         table->insertMenuItems(items, std::min(row, table->numberOfRows(*table)));
     });
 }
@@ -246,7 +246,7 @@ void TentativeMenuItemsTable::changeList(MainMenuItem::List list, Animation anim
     std::vector<int> newRows;
     newRows.reserve(tentativeMenuItems.size());
     for (const auto& item : tentativeMenuItems) {
-        // Each place is taken once, also where an item is in the list twice.
+        // Each place is taken once, even if an item is in the list twice.
         const auto place = places.extract(item.get());
         newRows.push_back(place ? place.mapped() : -1);
     }

@@ -11,15 +11,15 @@
 
 namespace quillbox {
 
-// The table of the menu's items as the person is arranging them. It works on a list of its own that holds the live
-// list's items; the window's Apply button makes that list the live one, and every change here enables the button.
-// Row 0 stays where it is: it can't be selected or dragged, and nothing can be dropped above it. Every change can be
-// undone while the window is open. Its own data source and delegate.
+// The table in which the user arranges the menu's items. It works on its own list of the live list's items; the
+// window's Apply button makes that list the live one, and every change here enables the button. Row 0 stays where it
+// is: it can't be selected or dragged, and nothing can be dropped above it. Every change can be undone while the window
+// is open. The table is its own data source and delegate.
 class TentativeMenuItemsTable final : public NSTableView, public NSTableViewDataSource, public NSTableViewDelegate {
 public:
-    // The live list's items. `scrollView`, which may be null, is the one that holds the table.
+    // Makes the table with the live list's items. `scrollView` is the view that holds the table; it may be null.
     static std::shared_ptr<TentativeMenuItemsTable> create(const std::shared_ptr<NSScrollView>& scrollView);
-    // Use create(): a table that is not shared can't be its own delegate.
+    // The constructor is for create(), which everyone else uses: a table that is not shared can't be its own delegate.
     TentativeMenuItemsTable() = default;
 
     const char* className() const override { return "TentativeMenuItemsTable"; }
@@ -28,24 +28,26 @@ public:
     MainMenuItem::List tentativeMenuItems;
     // The window's Apply button.
     std::weak_ptr<NSButton> savePreferencesButton;
-    // What clips the table, for the cursors of its buttons.
+    // The view that clips the table; the buttons need it for their cursors.
     std::weak_ptr<NSClipView> scrollViewContentView;
 
-    // Makes `list` the list that is being arranged. Rows of items that stay keep their views, and go where they belong.
+    // Makes `list` the list that is being arranged. Rows of items that stay keep their views and move to their new
+    // places.
     void changeList(MainMenuItem::List list, Animation animation);
-    // Opens the settings of a row's item in a sheet. Separators have none.
+    // Opens the settings of the row's item in a sheet. Separators have no settings.
     void editMenuItemProperties(int rowNum);
-    // Removes those rows, whichever order and however often they are named; all are below the list's length.
+    // Removes these rows. They may be in any order and repeated, and must all be in the list.
     void deleteMenuItems(std::vector<int> rowNums);
-    // The items keep their order; the old row and those below follow them.
+    // Inserts the items above the row, in their order.
     void insertMenuItems(const MainMenuItem::List& items, int atRow);
-    // Where the items of a row drag are now, in the drag's order. A drag names its items: one that has left the list is
-    // left out, and a drag of another window's table, or of one that is closed, gives none.
+    // Returns the present rows of the items in a row drag, in the drag's order. The drag refers to its items: one that
+    // has left the list is left out, and a drag from the table of another window, or of one that is closed, gives no
+    // rows.
     std::vector<int> rowsOfDrag(const NSPasteboard& pasteboard) const;
-    // A new item of each kind below the selected rows, or last where none is selected. For a picked file, the panel
-    // comes first.
+    // Adds a new item of each kind below the selected rows, or at the end if none is selected. For a picked file the
+    // open panel comes first.
     void addKinds(const std::vector<MenuItemType>& kinds);
-    // A picked item for each URL. Volumes get the name that people see for them.
+    // Makes a picked item for each URL. Volumes get the name that file managers show.
     static MainMenuItem::List menuItemsFromURLs(const std::vector<URL>& urls);
 
     // Actions
@@ -70,17 +72,17 @@ protected:
     void perform(Command command, const std::set<int>& rows) override;
 
 private:
-    // Changes the list back, and selects what that brings.
+    // Changes the list back, and selects the rows that return with it.
     void restoreList(const MainMenuItem::List& list);
-    // Each of the rows by one place, as far as there is room; they keep their order.
+    // Moves each of the rows by one place as far as there is room. They keep their order.
     void moveByOne(const std::set<int>& rows, bool up);
-    // A row below the selected ones, or the end.
+    // Returns the row below the selected ones, or the end.
     int rowForNewItems() const;
-    // Rows that the keyboard has added.
+    // Selects and shows the rows that are not in `before`.
     void selectNewRows(const MainMenuItem::List& before);
     std::shared_ptr<NSButton> makeEditButton(const MainMenuItem& item, int row);
     std::string rowTitle(const MainMenuItem& item);
-    // `rows` is ascending.
+    // `rows` is in ascending order.
     void moveItems(const std::vector<int>& rows, int aboveRow);
     bool addSuggestedItems(const NSPasteboard& pasteboard, int row);
     bool insertKinds(const std::vector<MenuItemType>& kinds, int row);

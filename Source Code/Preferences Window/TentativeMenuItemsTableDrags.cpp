@@ -1,4 +1,4 @@
-// What is dragged out of the list, around it and into it.
+// Dragging rows out of the list, within it and into it.
 
 #include "TentativeMenuItemsTable.h"
 
@@ -38,7 +38,7 @@ std::vector<int> TentativeMenuItemsTable::rowsOfDrag(const NSPasteboard& pastebo
         const auto item = writer ? writer->item.lock() : nullptr;
         if (!item || writer->table.lock().get() != this)
             continue;
-        // Mostly the row is where it was.
+        // In most cases the row is still where it was.
         const auto row = static_cast<std::size_t>(writer->rowNumber);
         if (row < tentativeMenuItems.size() && tentativeMenuItems[row] == item) {
             rows.push_back(writer->rowNumber);
@@ -61,7 +61,7 @@ NSDragOperation TentativeMenuItemsTable::validateDrop(NSTableView&, const NSDrag
     const std::vector<int> dragged = rowsOfDrag(info.draggingPasteboard);
     if (dragged.empty())
         return NSDragOperation::none;
-    // A block that would land where it is.
+    // A drop that leaves the rows where they are is refused.
     if (isConsecutive(dragged) && dragged.front() <= row && row <= dragged.back() + 1)
         return NSDragOperation::none;
     return NSDragOperation::move;

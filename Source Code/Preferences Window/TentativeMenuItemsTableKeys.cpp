@@ -1,4 +1,4 @@
-// What can be done with the list without a pointer.
+// Changing the list with the keyboard and with assistive technology.
 
 #include "TentativeMenuItemsTable.h"
 
@@ -43,7 +43,7 @@ void TentativeMenuItemsTable::perform(Command command, const std::set<int>& rows
         const int first = removed.front();
         const std::size_t count = removed.size();
         deleteMenuItems(std::move(removed));
-        // The keyboard goes on with the row that came up.
+        // The selection goes to the row that moved up into the place of the first removed one.
         selectRowIndexes({ std::min(first, static_cast<int>(tentativeMenuItems.size()) - 1) }, false);
         announce(count == 1 ? "Removed" : "Removed " + std::to_string(count) + " items");
         break;
@@ -57,7 +57,7 @@ void TentativeMenuItemsTable::moveByOne(const std::set<int>& rows, bool up)
 {
     MainMenuItem::List list = tentativeMenuItems;
     const auto before = list;
-    // The outermost row to which the next one may move: rows that stand there already stay.
+    // The outermost row that is still free. Rows that are already at the end stay there.
     int room = up ? 1 : static_cast<int>(list.size()) - 1;
     const auto move = [&](int row) {
         if (row == room) {

@@ -22,9 +22,9 @@ public:
     std::optional<PropertyList> pasteboardPropertyList(const std::string& forType) const override;
 
     const int rowNumber;
-    // What other programs get.
+    // The text that other programs get.
     const std::string stringToDrop;
-    // What the row is, in its own program.
+    // The row's item and its table, for drops in this program.
     std::weak_ptr<MainMenuItem> item;
     std::weak_ptr<const TentativeMenuItemsTable> table;
 };

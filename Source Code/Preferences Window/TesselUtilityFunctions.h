@@ -9,31 +9,31 @@
 
 namespace quillbox {
 
-// The one maker of the labels and text fields of the preferences window and the item editor.
+// Makes all labels and text fields of the preferences window and the item editor.
 class TesselUtilityFunctions {
 public:
     TesselUtilityFunctions() = delete;
 
     struct TextField {
-        // Shown where there is no attributed text; without either the field shows "addTextFieldToView text".
+        // Shown if there is no attributed text. Without either, the field shows "addTextFieldToView text".
         std::optional<std::string> text {};
         std::optional<AttributedString> attributedText {};
-        // The view that it becomes a subview of.
+        // The view to which the field is added.
         std::shared_ptr<NSView> view {};
-        // The view whose top and left edges it follows; `view` where there is none.
+        // The view at whose top left corner the field is placed; `view` if this is empty.
         std::shared_ptr<NSView> alignTopLeftWith {};
-        // The view below which it lies, which counts more than the one before.
+        // The view below which the field is placed; it takes precedence over alignTopLeftWith.
         std::shared_ptr<NSView> placeBelow {};
-        // Points.
+        // The distance from that corner, in points.
         double xOffset = 0;
         double yOffset = 0;
-        // The caller makes the constraints of its position.
+        // If true, the caller makes the constraints of the position.
         bool noAutoLayout = false;
-        // Points; none below 1.
+        // In points; a value below 1 sets no width.
         int width = 0;
         bool selectable = false;
         bool editable = false;
-        // The user font of the default size where there is none.
+        // The default is the user font in its default size.
         std::optional<FontAttribute> font {};
     };
 

@@ -10,7 +10,7 @@ class UtilityFunctions {
 public:
     UtilityFunctions() = delete;
 
-    // A scroll view without border and background for a tab full of text; its small scroller always shows.
+    // Makes a scroll view without border and background for a tab full of text. Its small scroller is always shown.
     static std::shared_ptr<NSScrollView> makeScrollView();
     // One that mostly has room for `document`: its scroller shows only where it has not. The caller places it.
     static std::shared_ptr<NSScrollView> makePage(std::shared_ptr<NSView> document);
