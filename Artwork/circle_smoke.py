@@ -2,7 +2,7 @@
 """Draws "Resources/Circle Smoke.svg": a puff of smoke that bursts, spreads and fades, as a strip of frames.
 
     Artwork/circle_smoke.py            writes the file, the same bytes every time
-    Artwork/circle_smoke.py --check    exits 1 where the file differs from what would be written
+    Artwork/circle_smoke.py --check    exits 1 if the file differs from what would be written
 
 Ten frames of 128 by 128 points stand side by side, the first one leftmost. The smoke is rings of round puffs,
 each a circle with a soft edge. From frame to frame the rings grow outward and the puffs first swell, then
@@ -18,20 +18,20 @@ FILE = Path(__file__).resolve().parent.parent / "Resources" / "Circle Smoke.svg"
 
 FRAMES = 10
 SIDE = 128
-# Nothing is painted closer to a frame's edge, in points.
+# The margin at a frame's edge in which nothing is painted, in points.
 MARGIN = 3
 SEED = 8
 
-# Of each ring: its puffs, their distance from the middle and their radius in the first frame, how far they get
-# and how large they grow, and the part of the time after which they begin to thin out.
+# Each ring has its number of puffs, their distance from the middle and their radius in the first frame, how far they
+# move and how large they grow, and the part of the time after which they begin to fade.
 RINGS = (
     {"count": 9, "start": 17, "end": 46, "radius": 12.5, "swell": 1.45, "fades_from": 0.26},
     {"count": 6, "start": 9, "end": 31, "radius": 14, "swell": 1.5, "fades_from": 0.14},
     {"count": 2, "start": 3, "end": 13, "radius": 15, "swell": 1.3, "fades_from": 0.0},
 )
 
-# A puff from its middle to its edge: offset, colour, opacity. Grey enough to be seen on white, light enough to be
-# seen on black. It bursts as a billow and ends as an even wisp.
+# The gradient of a puff from its middle to its edge: offset, colour, opacity. It is dark enough to be seen on white and
+# light enough to be seen on black. It begins as a billow and ends as an even wisp.
 BURST = ((0, (0xF6, 0xF8, 0xFA), 0.97), (0.45, (0xDA, 0xDE, 0xE3), 0.94), (0.80, (0xAA, 0xB2, 0xBC), 0.62),
          (1, (0x94, 0x9E, 0xA9), 0))
 WISP = ((0, (0xC4, 0xCA, 0xD1), 0.80), (0.45, (0xB6, 0xBD, 0xC6), 0.62), (0.80, (0xA8, 0xB0, 0xBA), 0.22),
@@ -39,7 +39,7 @@ WISP = ((0, (0xC4, 0xCA, 0xD1), 0.80), (0.45, (0xB6, 0xBD, 0xC6), 0.62), (0.80, 
 
 
 def eased(time):
-    """The way that is done at that part of the time: fast at the burst, slow at the end."""
+    """Returns the part of the way that is done after that part of the time: fast at first, slow at the end."""
     return 1 - (1 - time) ** 2.2
 
 
@@ -49,7 +49,7 @@ def smooth(value):
 
 
 def puffs(chance):
-    """Each puff of the smoke, those that lie behind first."""
+    """Returns the puffs of the smoke; those behind come first."""
     for ring in RINGS:
         turn = chance.uniform(0, 2 * math.pi)
         for number in range(ring["count"]):
@@ -64,7 +64,7 @@ def puffs(chance):
 
 
 def circle(puff, frame):
-    """The puff in that frame; none where nothing of it is left."""
+    """Returns the puff in that frame, or None if nothing of it is left."""
     time = frame / (FRAMES - 1)
     way = eased(time)
     thinned = smooth((time - puff["fades_from"]) / (1.11 - puff["fades_from"]))
@@ -80,7 +80,7 @@ def circle(puff, frame):
 
 
 def gradient(frame):
-    """What the puffs of that frame are filled with."""
+    """Returns the gradient that fills the puffs of that frame."""
     age = smooth(1.15 * frame / (FRAMES - 1))
     yield f'    <radialGradient id="puff{frame}" cx="0.5" cy="0.5" r="0.5">'
     for (offset, young, dense), (_, old, thin) in zip(BURST, WISP):

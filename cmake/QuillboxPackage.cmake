@@ -1,11 +1,11 @@
-# The Debian package (scripts/package makes it): what goes into it beside the installed program, and what it needs.
+# The Debian package (scripts/package makes it): what it contains besides the installed program, and what it depends on.
 
 set(QUILLBOX_MAINTAINER "The Quillbox makers <makers@quillbox.example>" CACHE STRING
     "Who answers for the package: a name and an address")
 set(QUILLBOX_DEB_REVISION 1 CACHE STRING "The number of this package of the same version")
 
-# Each release of Debian gets a package of its own, because its libraries have other names; the newer release's
-# is the newer package.
+# Each release of Debian needs its own package, because its libraries have other names. The package for a newer release
+# has a higher version.
 cmake_host_system_information(RESULT distribution QUERY DISTRIB_INFO)
 set(QUILLBOX_DEB_RELEASE "${QUILLBOX_DEB_REVISION}~deb${distribution_VERSION_ID}")
 set(QUILLBOX_DEB_VERSION "${PROJECT_VERSION}-${QUILLBOX_DEB_RELEASE}")
@@ -39,8 +39,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# The libraries come from the program itself. The plugin that draws SVG pictures is loaded while it runs; until
-# Debian 12 it is in the library's package.
+# The libraries are found in the program itself. The plugin that draws SVG pictures is loaded at run time; up to
+# Debian 12 it is in the package of the library.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-svg-plugins | libqt6svg6 (<< 6.7)")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS

@@ -18,7 +18,7 @@ endforeach()
 install(TARGETS quillbox quillbox-defaults)
 install(TARGETS quillbox-mount-helper DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/quillbox")
 install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/" DESTINATION "${CMAKE_INSTALL_DATADIR}/quillbox" PATTERN icons EXCLUDE)
-# The index of the installed theme is the icon theme package's.
+# The index file of the installed theme belongs to the package of that icon theme.
 install(DIRECTORY "${CMAKE_BINARY_DIR}/Resources/icons/" DESTINATION "${CMAKE_INSTALL_DATADIR}/icons" PATTERN index.theme EXCLUDE)
 install(FILES "Packaging/${QUILLBOX_IDENTIFIER}.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${CMAKE_BINARY_DIR}/Packaging/${QUILLBOX_IDENTIFIER}.metainfo.xml" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")

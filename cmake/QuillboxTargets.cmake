@@ -14,12 +14,12 @@ endif()
 add_library(quillbox_flags INTERFACE)
 target_compile_options(quillbox_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2)
-# Off by default, because the compiler that somebody builds with may know warnings that ours does not.
+# This is off by default, because another compiler may have warnings that ours does not have.
 if(QUILLBOX_WARNINGS_ARE_ERRORS)
     target_compile_options(quillbox_flags INTERFACE -Werror)
 endif()
-# Where it optimizes, g++ (12 at -O3, 14 at -O2) takes moved-from variants and joined strings of the standard library
-# for faults.
+# When it optimizes, g++ (12 at -O3, 14 at -O2) gives false warnings for moved-from variants and joined strings of the
+# standard library.
 target_compile_options(quillbox_flags INTERFACE
     "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release,RelWithDebInfo>>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-stringop-overflow>")
 if(QUILLBOX_SANITIZE)
@@ -34,12 +34,12 @@ if(QUILLBOX_COVERAGE)
     target_link_options(quillbox_flags INTERFACE --coverage)
 endif()
 
-# The target "headers" compiles each header alone, so that including one never needs another one before it.
+# The target "headers" compiles each header alone, to check that it includes everything that it needs.
 add_custom_target(headers)
 
 # quillbox_library(<name> <folders> [PUBLIC <targets>...] [PRIVATE <targets>...])
-# Every source of the folders (a list; mostly one) makes the library quillbox_<name>; its headers are included by
-# their file name.
+# Makes the library quillbox_<name> of all sources in the folders (a list, mostly of one). Its headers are included by
+# their file names.
 function(quillbox_library name folders)
     cmake_parse_arguments(arg "" "" "PUBLIC;PRIVATE" ${ARGN})
     list(TRANSFORM folders PREPEND "${PROJECT_SOURCE_DIR}/")
@@ -64,7 +64,7 @@ function(quillbox_library name folders)
 endfunction()
 
 # quillbox_test(<name> <folder> <targets>...)
-# Every source of Tests/<folder> and its rooms makes one GoogleTest program, its cases labelled "unit".
+# Makes one GoogleTest program of all sources in Tests/<folder> and its rooms. Its cases have the label "unit".
 function(quillbox_test name folder)
     set(here "${PROJECT_SOURCE_DIR}/Tests/${folder}")
     file(GLOB sources CONFIGURE_DEPENDS "${here}/*.cpp" "${here}/*/*.cpp")

@@ -1,4 +1,4 @@
-"""Writes and reads bookmarks as Quillbox keeps them; the layout is described in Platform/Foundation/Bookmark.h."""
+"""Writes and reads bookmarks in the form in which Quillbox stores them (see Platform/Foundation/Bookmark.cpp)."""
 
 import struct
 import zlib
@@ -7,15 +7,15 @@ IS_DIRECTORY = 1
 
 
 def bookmark_of_path(path, is_directory=True):
-    """A bookmark that knows where the file is and not what it is: it resolves as stale, and the program that
-    resolves it saves a whole one in its place."""
+    """Returns a bookmark that knows the path of a file, but not its identity. It resolves as stale, and the program
+    that resolves it replaces it by a complete one."""
     body = (b"QBbk" + bytes([1, IS_DIRECTORY if is_directory else 0])
             + field(path) + field(b"") + struct.pack(">IIQqI", 0, 0, 0, 0, 0) + field(b""))
     return body + struct.pack(">I", zlib.crc32(body))
 
 
 def path_and_inode(bookmark):
-    """What a bookmark says of its file's place and inode; ValueError where it is damaged."""
+    """Returns the path and the inode in a bookmark. Raises ValueError if it is damaged."""
     body = bookmark[:-4]
     if bookmark[:5] != b"QBbk\1" or struct.pack(">I", zlib.crc32(body)) != bookmark[-4:]:
         raise ValueError("damaged bookmark")

@@ -1,4 +1,4 @@
-"""The files and settings over which Quillbox's menu is walked through, and what its rows have to show."""
+"""The files and settings for the walk through Quillbox's menu, and what its rows must show."""
 
 import os
 import plistlib
@@ -11,7 +11,7 @@ SEPARATOR = None  # stands for a row without a title
 DEFAULT_MENU = ["Quillbox Preferences...", SEPARATOR, "System Settings", SEPARATOR, "Applications"]
 READER = "1st & only Reader"  # sorts before every installed application
 
-# The picked directory. A name that ends in "/" is a directory; the rest is what its row has to show, in menu order.
+# The picked directory. A name that ends in "/" is a directory; the rest is what its row must show, in menu order.
 LEVELS = [
     ("Papers & <b>Letters</b>", [
         (b"2 levels \xe2\x80\x93 \xd7\x90\xd7\x91\xd7\x92/", "2 levels – אבג"),
@@ -42,8 +42,8 @@ CHOSEN = b"read me %f & 'me'.txt"
 @dataclass
 class World:
     picked: bytes  # the picked directory's path
-    chosen: bytes  # the path of the file that is chosen in the end
-    marker: Path  # where the application that opens it writes down what it was given
+    chosen: bytes  # the path of the file that the walk chooses
+    marker: Path  # where the application that opens the file writes its arguments
     settings: Path
 
     def saved_bookmark(self):
@@ -52,7 +52,7 @@ class World:
 
 
 def build_world(desktop, more_records=()):
-    """The files, the application and the settings that are walked through; `more_records` end the list of items."""
+    """Makes the files, the application and the settings for the walk; `more_records` are appended to the items."""
     directory = os.fsencode(desktop.home / LEVELS[0][0])
     picked = directory
     for _, entries in LEVELS:
@@ -92,7 +92,7 @@ def titles_of(entries):
 
 
 def shows(seen, wanted):
-    """Whether a row's title is the wanted one, or that with its middle left out, as hosts that draw the menu are given it."""
+    """Whether a row's title is the wanted one, or that with its middle left out, as hosts that draw the menu get it."""
     begin, cut, end = seen.partition("\u2026")
     return seen == wanted or bool(cut and len(begin) > 5 and wanted.startswith(begin) and wanted.endswith(end))
 

@@ -1,5 +1,5 @@
-"""The running Quillbox as a person sees it on a virtual desktop: its settings, written before it starts, and the
-menus that it has open."""
+"""The running Quillbox as a user sees it on a virtual desktop: its settings, written before it starts, and its open
+menus."""
 
 import os
 import plistlib
@@ -26,7 +26,7 @@ class Row:
 
 @dataclass
 class View:
-    """A view of a window: its class, what it is called or shows (the beginning of it), and where it is on the screen."""
+    """A view of a window: its class, the beginning of its name or text, and its place on the screen."""
     kind: str
     name: str
     x: int
@@ -50,7 +50,7 @@ def record(kind, title="", path=b""):
 
 
 def write_settings(desktop, records):
-    """The settings of the desktop's home with this list of items; gives their path."""
+    """Writes settings with this list of items into the desktop's home directory. Returns their path."""
     settings = desktop.home / ".config/quillbox/defaults.plist"
     settings.parent.mkdir()
     settings.write_bytes(plistlib.dumps({
@@ -61,11 +61,11 @@ def write_settings(desktop, records):
 
 
 class RunningQuillbox:
-    """`printed` is the file that takes what it prints."""
+    """`printed` is the file with Quillbox's standard output."""
 
     def __init__(self, desktop, program, printed):
         self.desktop = desktop
-        # Pixels of the screen for a point of the program.
+        # The number of screen pixels for one point of the program.
         self.scale = float(desktop.environment.get("QT_SCALE_FACTOR", "1"))
         self.printed = printed
         with open(self.printed, "wb") as out:
@@ -78,7 +78,7 @@ class RunningQuillbox:
         return True
 
     def open_levels(self):
-        """The open menus, the top level first, each a list of its visible rows; [] where no menu is open."""
+        """Returns the open menus, the top level first, each as a list of its visible rows; [] if no menu is open."""
         self.alive()
         before = self.printed.stat().st_size
         self.desktop.activate_action("print-open-menus")
@@ -96,8 +96,8 @@ class RunningQuillbox:
         return levels
 
     def windows(self):
-        """The open windows, the oldest first, each a list of its views as they lie below one another; what hidden tabs
-        have is left out."""
+        """Returns the open windows, the oldest first, each as a list of its views from the top down; the contents of
+        hidden tabs are left out."""
         before = self.printed.stat().st_size
         self.desktop.activate_action("print-windows")
         windows, hidden_depth = [], None
@@ -116,13 +116,14 @@ class RunningQuillbox:
         return windows
 
     def view(self, kind, name=None, window=-1):
-        """The first such view of the front window, once it is there; `name` is how its name begins."""
+        """Waits for such a view in the front window and returns the first one; `name` is the beginning of its name."""
         return wait_for(f"a {kind} {name or ''}", lambda: next(
             (view for views in self.windows()[window:][:1] for view in views
              if view.kind == kind and view.name.startswith(name or "")), None))
 
     def printed_since(self, position, end=b"(no more open menus)\n"):
-        """What Quillbox printed since then; it prints after it has answered the call, and says where it ends."""
+        """Waits for what Quillbox prints after that position, up to the line that ends it, and returns it. The program
+        prints after it has answered the call."""
         def grown():
             self.alive()
             with open(self.printed, "rb") as printed:
@@ -132,7 +133,7 @@ class RunningQuillbox:
         return wait_for("what is open as text", grown).removesuffix(end).decode(errors="replace")
 
     def expect_level(self, number, what, matches):
-        """Waits until level `number` is the deepest open one and its titles match; gives its rows."""
+        """Waits until level `number` is the deepest open one and its titles match. Returns its rows."""
         seen = []
 
         def there():

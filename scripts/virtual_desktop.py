@@ -1,5 +1,5 @@
-"""A desktop of its own for programs that are tried without a screen: a virtual X server, a session bus, a
-window manager and a panel with a status bar, under a home directory that is thrown away afterwards.
+"""A separate desktop for trying programs without a screen: a virtual X server, a session bus, a window manager and a
+panel with a status bar, with a home directory that is deleted afterwards.
 
 Everything started here, and everything that was started by it, is a descendant of this process (orphans come
 back to it, see PR_SET_CHILD_SUBREAPER) and is ended by VirtualDesktop.__exit__.
@@ -65,11 +65,12 @@ type=statusnotifier
 
 
 class DesktopError(Exception):
-    """What was waited for and what was there instead."""
+    """Says what was waited for, and what was there instead."""
 
 
 def wait_for(what, condition, seconds=20):
-    """The first true value of `condition`, asked until then; DesktopError with `what` after the deadline."""
+    """Calls `condition` until it returns a true value, and returns that. Raises DesktopError with `what` after the
+    deadline."""
     deadline = time.monotonic() + seconds
     while True:
         value = condition()
@@ -81,7 +82,7 @@ def wait_for(what, condition, seconds=20):
 
 
 class VirtualDesktop:
-    """Use with `with`. `log` is the file that takes what the desktop's programs print. `host` is what shows status
+    """To be used in a `with` statement. `log` is the file for the output of the desktop's programs. `host` shows status
     items: "xfce4-panel", "lxqt-panel", "trayer" (the older protocol) or "none"."""
 
     width, height = WIDTH, HEIGHT
@@ -141,7 +142,7 @@ class VirtualDesktop:
     def _start(self):
         self._start_server()
         read_end, write_end = os.pipe()
-        # Its output is that of the programs that it starts.
+        # Its output includes that of the programs that it starts.
         self.start(["dbus-daemon", "--session", "--nofork", f"--print-address={write_end}"], pass_fds=[write_end])
         os.close(write_end)
         with os.fdopen(read_end) as line:
@@ -182,7 +183,7 @@ class VirtualDesktop:
             self.start(["xfce4-panel", "--disable-wm-check"])
         if self.has_watcher():
             self.wait_for_name("org.kde.StatusNotifierWatcher")
-        # Programs place their menus by it: the screen without the panel, as the window manager tells.
+        # Programs place their menus by the work area that the window manager announces: the screen without the panel.
         wait_for("the work area below the panel", lambda: self.work_area_top() >= PANEL_HEIGHT)
 
     def has_watcher(self):
@@ -193,7 +194,7 @@ class VirtualDesktop:
         return int(area[1]) if area else 0
 
     def start_accessibility(self):
-        """The bus that assistive technologies and programs meet on. This process can become one of the former."""
+        """Starts the bus on which assistive technologies talk to programs, so that this process can become one."""
         del self.environment["NO_AT_BRIDGE"]
         self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
         self.wait_for_name("org.a11y.Bus")
@@ -217,7 +218,7 @@ class VirtualDesktop:
         self.output("gdbus", "wait", "--session", "--timeout", "20", name)
 
     def activate_action(self, name):
-        """Asks Quillbox for one of its actions, as a launcher would; returns once it was carried out."""
+        """Asks Quillbox for one of its actions, as a launcher would, and returns when it was carried out."""
         self.output("gdbus", "call", "--session", "--dest", "org.quillbox.Quillbox",
                     "--object-path", "/org/quillbox/Quillbox",
                     "--method", "org.freedesktop.Application.ActivateAction", name, "@av []", "@a{sv} {}")
@@ -228,13 +229,13 @@ class VirtualDesktop:
         self.output("import", "-silent", "-window", "root", str(path))
 
     def pixels(self, height):
-        """The pixels of the screen's upper part of that height, three bytes each, row by row."""
+        """Returns the pixels in the upper part of the screen with that height, three bytes each, row by row."""
         return self.output("import", "-silent", "-window", "root", "-crop", f"{self.width}x{height}+0+0", "+repage",
                            "-depth", "8", "rgb:-")
 
     def wait_for_icon(self, still_possible=lambda: True):
-        """The middle of the one status item's icon, once it has registered and stays where it is drawn.
-        `still_possible` is asked meanwhile and raises where there is nothing to wait for any more."""
+        """Waits until the only status item is registered and its icon no longer moves. Returns the middle of the icon.
+        `still_possible` is called in the meantime and raises an error if there is nothing to wait for any more."""
         if self.has_watcher():
             wait_for("a status item", lambda: still_possible() and re.search(rb"['\"]", self.output(
                 "gdbus", "call", "--session", "--dest", "org.kde.StatusNotifierWatcher",
@@ -249,10 +250,10 @@ class VirtualDesktop:
         return wait_for("the status item's icon on the panel", drawn)
 
     def find_icon(self):
-        """The middle of the icon, or None while it is not there."""
+        """Returns the middle of the icon, or None while it is not there."""
         if self.has_watcher():
             return self.first_on_panel()
-        # Docked in the older tray, or the program's own strip: a small window of the program's.
+        # In the older tray, and on the program's own strip, the icon is in a small window of the program.
         for window in self.output("xdotool", "search", "--onlyvisible", "--class", "quillbox", check=False).split():
             values = dict(line.split("=") for line in self.output(
                 "xdotool", "getwindowgeometry", "--shell", window.decode(), check=False).decode().split())
@@ -265,14 +266,14 @@ class VirtualDesktop:
         return self.output("xdotool", "getwindowfocus")
 
     def popup_origin(self):
-        """Where on the screen the place is that Quillbox takes for 0, 0."""
+        """Returns the place on the screen that Quillbox takes for (0, 0)."""
         return 0, 0
 
     def first_on_panel(self):
-        """The middle of the first thing on the panel that is not background, or None where it is empty."""
+        """Returns the middle of the first thing on the panel that is not background, or None if the panel is empty."""
         data = self.pixels(PANEL_HEIGHT)
         pixels = [data[i:i + 3] for i in range(0, len(data), 3)]
-        # The panel's edges have lines and a handle of their own shade; the icon is inside of them.
+        # The edges of the panel have lines and a handle in other shades; the icon is between them.
         inside = range(4, self.width - 4)
         rows = [pixels[y * self.width:(y + 1) * self.width] for y in range(4, PANEL_HEIGHT - 4)]
         background = Counter(row[x] for row in rows for x in inside).most_common(1)[0][0]
@@ -283,7 +284,7 @@ class VirtualDesktop:
         return (columns[0] + width // 2, PANEL_HEIGHT // 2) if width >= 4 else None
 
     def move_pointer(self, x, y):
-        """Moves the pointer as a hand does: in a straight line of many small steps."""
+        """Moves the pointer as a hand would: in a straight line of many small steps."""
         from_x, from_y = self.pointer
         steps = max(2, max(abs(x - from_x), abs(y - from_y)) // 12)
         command = ["xdotool"]
@@ -298,11 +299,11 @@ class VirtualDesktop:
         self.output("xdotool", "click", str(button))
 
     def drag(self, start, end, before_release=lambda: None):
-        """With the first button, from the one point to the other; waits there as a hand does before it lets go."""
+        """Drags with the first button from one point to the other, and pauses before the release as a user would."""
         self.move_pointer(*start)
         self.output("xdotool", "mousedown", "1", "sleep", "0.1")
         self.move_pointer(*end)
-        # A drag's messages go back and forth between programs; the last of them tells where it would be dropped.
+        # The programs exchange messages during a drag; the last one tells where it would be dropped.
         self.output("xdotool", "mousemove_relative", "--", "1", "0", "sleep", "0.2", "mousemove_relative", "--", "-1", "0",
                     "sleep", "0.2")
         before_release()
@@ -321,7 +322,7 @@ class VirtualDesktop:
 
 
 def descendants(ancestor):
-    """The processes that descend from `ancestor`, those that have ended and were not waited for left out."""
+    """Returns the processes that descend from `ancestor`, without zombies."""
     children = {}
     for entry in os.listdir("/proc"):
         if entry.isdigit():
@@ -340,7 +341,7 @@ def descendants(ancestor):
 
 
 def reap():
-    """Waits for the children that have ended, adopted ones among them."""
+    """Reaps the children that have ended, including adopted ones."""
     try:
         while os.waitpid(-1, os.WNOHANG)[0]:
             pass

@@ -9,13 +9,13 @@ from .gnome_session import GnomeSession
 from .menus import PopupMenu, ShellMenu
 from .x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession
 
-# What the walk itself needs; a fresh Debian has none of it.
+# The packages that the walk itself needs; a fresh Debian has none of them.
 TOOLS = ["dbus", "xvfb", "xdotool", "x11-utils", "imagemagick", "libglib2.0-bin", "python3", "python3-gi",
          "at-spi2-core", "gir1.2-atspi-2.0", "adwaita-icon-theme", "librsvg2-common", "fonts-dejavu-core",
          "shared-mime-info", "dconf-gsettings-backend"]
 
 
-# What Quillbox needs; a fresh Debian has none of it.
+# The packages that Quillbox needs; a fresh Debian has none of them.
 LIBRARIES = ["libqt6widgets6", "libqt6dbus6", "libqt6svg6", "qt6-svg-plugins", "qt6-wayland", "qt6-qpa-plugins", "fonts-symbola",
              "libpugixml1v5", "libsqlite3-0", "libxcb1"]
 
@@ -27,11 +27,12 @@ class RealDesktop:
     packages: list
     session: type
     menu: type
-    # Commands that the machine's administrator would have run, by the time a person logs in.
+    # Commands that an administrator would have run before a user logs in.
     as_root: tuple = ()
 
     def lower(self):
-        """The system below: this machine's where it is that Debian, else a fresh one, which is made here if need be."""
+        """Returns the system below: this machine's if it has this version of Debian, otherwise a fresh one, which is
+        made if needed."""
         if f'VERSION_ID="{self.debian}"' in Path("/etc/os-release").read_text():
             return "/"
         scripts = Path(__file__).resolve().parents[1]

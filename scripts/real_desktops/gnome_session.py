@@ -1,5 +1,5 @@
-"""GNOME's shell without a screen: its virtual pointer and keyboard, the rows of the menus that it has open, and its
-pictures, all by the shell's own evaluation of JavaScript."""
+"""GNOME Shell without a screen: its virtual pointer and keyboard, the rows of its open menus, and its pictures. All of
+this uses the shell's own evaluation of JavaScript."""
 
 import json
 import time
@@ -10,7 +10,7 @@ from virtual_desktop import DesktopError, wait_for
 
 from .session import RealSession
 
-# From version 45 the shell's modules are loaded another way, and only later than asked for.
+# From version 45 on, the shell's modules are loaded in another way, and only after they were asked for.
 SET_UP = """
 if (!globalThis.qb) {
     const Clutter = imports.gi.Clutter, seat = Clutter.get_default_backend().get_default_seat();
@@ -29,7 +29,7 @@ if (!globalThis.qb) {
 }
 !!qb.Main && !!qb.Menu"""
 
-# [depth, title, x, y, width, height, can be chosen, has an open submenu, top and bottom of the part in sight] a row.
+# A row is [depth, title, x, y, width, height, can be chosen, has an open submenu, top and bottom of the visible part].
 ROWS = """(() => {
     const rows = [];
     const placeOf = actor => [...actor.get_transformed_position(), ...actor.get_transformed_size()].map(Math.round);
@@ -77,7 +77,7 @@ KEYS = {"Escape": 0xff1b, "Return": 0xff0d}
 
 @dataclass
 class ShellRow(Row):
-    """A row of a menu that the shell draws; `top` and `bottom` bound the part of its level that is in sight."""
+    """A row of a menu that the shell draws; `top` and `bottom` are the limits of the visible part of its level."""
 
     depth: int = 0
     is_sensitive: bool = True
@@ -92,7 +92,7 @@ class ShellRow(Row):
 
 
 class GnomeSession(RealSession):
-    """A Wayland session of GNOME's shell with its AppIndicator extension, on a screen that is not there."""
+    """A Wayland session of GNOME Shell with its AppIndicator extension, on a virtual screen."""
 
     file_manager = ("nautilus", "--new-window")
 
@@ -132,15 +132,15 @@ class GnomeSession(RealSession):
         self.evaluate("qb.Main.overview.hide()")
         wait_for("the overview to close", lambda: not self.evaluate("qb.Main.overview.visible"))
         self.environment["WAYLAND_DISPLAY"] = "wayland-0"
-        # As programs that the shell starts find them: the X server is started when one of them connects.
+        # These are the values that programs of the shell get. The X server is started when one of them connects.
         for name in ("DISPLAY", "XAUTHORITY"):
             if value := self.evaluate(f"imports.gi.GLib.getenv('{name}')"):
                 self.environment[name] = value
         self.wait_for_name("org.kde.StatusNotifierWatcher")
 
     def restart_host(self):
-        """What the person would do by leaving the extension out and taking it in again: a shell that ends takes every
-        program on its Wayland display with it."""
+        """Disables the extension and enables it again. The shell itself can't be restarted: every program on its
+        Wayland display would end with it."""
         for word in ("disable", "enable"):
             self.output("gnome-extensions", word, "ubuntu-appindicators@ubuntu.com")
             wait_for(f"the extension to {word}", lambda: (self.evaluate(ICON) is None) == (word == "disable"))
@@ -174,18 +174,18 @@ class GnomeSession(RealSession):
         return [tuple(window) for window in self.evaluate(WINDOWS)]
 
     def place_of_window(self, window, content):
-        # A Wayland program isn't told where its windows are. They are drawn without a frame of the shell's.
+        # A Wayland program does not know where its windows are. The shell draws no frames around them.
         return window[2], window[3] + window[5] - content.height
 
     def arrange(self, window):
-        """Beside each other, as far as the screen allows."""
+        """Places the windows beside each other, as far as the screen allows."""
         for name, x, width in ((window[0], 0, 620), ("org.quillbox.Quillbox", 640, 0)):
             self.evaluate("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_wm_class() == "
                           f"{json.dumps(name)}).forEach(w => {width} ? w.move_resize_frame(true, {x}, 60, {width}, 520) "
                           f": w.move_frame(true, {x}, 60))")
 
     def expect_idle_pointer(self):
-        """Nothing is being started any more, for all that the shell knows."""
+        """Expects that the shell no longer considers any program as being started."""
         wait_for("the shell to know that nothing is being started any more", lambda: self.evaluate(
             "imports.gi.Shell.WindowTracker.get_default().get_startup_sequences()"
             ".filter(s => !s.get_completed()).length") == 0, 3)
@@ -233,7 +233,7 @@ class GnomeSession(RealSession):
     # --- the menu -----------------------------------------------------------------------------------------------
 
     def menu_rows(self):
-        """The rows of the open menu, those of open submenus below the rows that they hang on."""
+        """Returns the rows of the open menu; the rows of an open submenu follow the row that opened it."""
         top, path = [], []
         for depth, title, x, y, width, height, sensitive, is_open, above, below in self.evaluate(ROWS):
             row = ShellRow(x, y, width, height, title, depth, sensitive, is_open, above, below)

@@ -1,5 +1,5 @@
-"""Hands and eyes for Quillbox's menu on a real desktop: where the host draws it, its rows are read from the host; where
-Quillbox draws it, from Quillbox. Both open the menu, go down in it by titles, and choose."""
+"""Operates and reads Quillbox's menu on a real desktop. If the host draws the menu, its rows are read from the host;
+if Quillbox draws it, from Quillbox. Both classes open the menu, go down in it by titles, and choose."""
 
 import time
 
@@ -10,7 +10,7 @@ PLACEHOLDER = "\u2026"
 
 
 class ShellMenu:
-    """The menu as GNOME's shell draws it: one column, in which submenus unfold."""
+    """The menu that GNOME Shell draws: one column in which submenus unfold."""
 
     def __init__(self, desktop, quillbox):
         self.desktop, self.quillbox = desktop, quillbox
@@ -39,7 +39,7 @@ class ShellMenu:
             wait_for("the menu to close", lambda: not self.is_open())
 
     def level_of(self, title, titles):
-        """What the submenu of the row `title` has to show where its files have these titles."""
+        """Returns what the submenu of the row `title` must show if its files have these titles."""
         return [f"Open {title}", SEPARATOR, *titles]
 
     def rows(self, path):
@@ -52,7 +52,7 @@ class ShellMenu:
         return rows
 
     def settled(self, path):
-        """The titles of that level once it has its rows and they stay the same."""
+        """Returns the titles of the level once it has its rows and they no longer change."""
         seen = [None]
 
         def same():
@@ -74,7 +74,7 @@ class ShellMenu:
         self.click(title)
 
     def last_of_long_level(self):
-        """Goes through the rows that a long level goes on with to the title of its last entry."""
+        """Opens the rows that continue a long level, and returns the title of its last entry."""
         while (row := self.rows(self.path)[-1]).title.startswith("More"):
             self.enter(row.title)
         self.in_sight(row.title)
@@ -91,7 +91,7 @@ class ShellMenu:
         raise DesktopError(f"\"{title}\" does not stand still")
 
     def in_sight(self, title):
-        """That row of the deepest level, scrolled to where it can be seen."""
+        """Scrolls until that row of the deepest level is visible, and returns it."""
         def row():
             found = next((row for row in self.rows(self.path) if shows(row.title, title)), None)
             if found is None:
@@ -108,7 +108,7 @@ class ShellMenu:
         raise DesktopError(f"\"{title}\" can't be scrolled into sight")
 
     def unmoving(self, row):
-        """The row once the shell has stopped to move it."""
+        """Returns the row once the shell no longer moves it."""
         places = [None]
 
         def still():
@@ -120,7 +120,7 @@ class ShellMenu:
 
 
 class PopupMenu:
-    """The menu as Quillbox draws it, a popup a level. Most hosts draw what a right click opens."""
+    """The menu that Quillbox draws, one popup for each level. Most hosts draw the menu of a right click."""
 
     def __init__(self, desktop, quillbox):
         self.desktop, self.quillbox = desktop, quillbox
@@ -147,7 +147,7 @@ class PopupMenu:
         self.close()
         before = self.desktop.menu_windows()
         self.desktop.click(*self.quillbox.icon, 3)
-        # The host's, or where its tray is of the older protocol Quillbox's.
+        # The host draws this menu; if its tray has the older protocol, Quillbox does.
         wait_for("the short menu", lambda: self.desktop.menu_windows() - before or self.is_open())
         time.sleep(0.3)  # The host draws it.
 

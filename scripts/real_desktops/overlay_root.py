@@ -1,5 +1,5 @@
-"""A root of its own for a desktop that is tried: an overlay over a Debian system, in namespaces of its own, in which
-packages are installed without touching the system below. Everything that runs there ends with the process that
+"""A separate root directory for trying a desktop: an overlay over a Debian system, in separate namespaces, in which
+packages are installed without changing the system below. Everything that runs there ends with the process that
 entered it."""
 
 import ctypes
@@ -14,7 +14,7 @@ CLONE_NEWNET = 0x40000000
 
 
 class PackagesMissing(Exception):
-    """The packages could not be had: the archive is out of reach or does not have them."""
+    """The packages could not be installed: the archive can't be reached, or does not have them."""
 
 
 def run(*command, **options):
@@ -23,7 +23,7 @@ def run(*command, **options):
 
 def enter(lower, scratch, archives, shared):
     """Makes an overlay over `lower` the root of this process, which is the first of namespaces made by unshare(1).
-    `scratch` takes what is changed, `archives` what is downloaded; the directories `shared` are the same outside."""
+    `scratch` gets what is changed, `archives` what is downloaded; the directories `shared` are the same as outside."""
     upper, work, merged = (Path(scratch, name) for name in ("upper", "work", "merged"))
     for directory in (upper, work, merged, Path(archives, "partial")):
         directory.mkdir(parents=True, exist_ok=True)
@@ -37,7 +37,7 @@ def enter(lower, scratch, archives, shared):
         run("mount", "--rbind", directory, inside)
     for directory in ("sys", "dev"):
         run("mount", "--rbind", f"/{directory}", merged / directory)
-    # What a package sets there would be set for the whole machine.
+    # A package that changes a setting there would change it for the whole machine.
     run("mount", "--bind", merged / "proc/sys", merged / "proc/sys")
     run("mount", "-o", "remount,bind,ro", merged / "proc/sys")
     for name in ("etc/resolv.conf", "etc/hosts"):
@@ -54,12 +54,12 @@ def enter(lower, scratch, archives, shared):
 
 
 def install(packages, log):
-    """Installs Debian packages, unless that was done here; PackagesMissing where they can't be downloaded."""
+    """Installs Debian packages, unless that was done here. Raises PackagesMissing if they can't be downloaded."""
     done = Path("/installed-for-the-walk")
     if done.exists() and done.read_text() == " ".join(packages):
         return
     os.environ["DEBIAN_FRONTEND"] = "noninteractive"
-    # Nothing that is installed starts a service.
+    # Installing a package must not start a service.
     policy = Path("/usr/sbin/policy-rc.d")
     policy.write_text("#!/bin/sh\nexit 101\n")
     policy.chmod(0o755)
@@ -67,7 +67,7 @@ def install(packages, log):
     with open(log, "wb") as out:
         def apt(*arguments):
             return subprocess.run([*get, *arguments], stdin=subprocess.DEVNULL, stdout=out, stderr=out).returncode
-        apt("update")  # Where this fails, the lists at hand may do.
+        apt("update")  # If this fails, the present lists may be enough.
         if apt("install", "--download-only", *packages):
             raise PackagesMissing(f"can't download {' '.join(packages)}; see {log}")
         if apt("install", *packages):
@@ -76,7 +76,7 @@ def install(packages, log):
 
 
 def add_user():
-    """The ordinary user whose desktop it is."""
+    """Adds the ordinary user whose desktop it is."""
     try:
         pwd.getpwnam(USER)
     except KeyError:
@@ -89,8 +89,8 @@ def start_system_bus():
 
 
 def run_as_user(command):
-    """Runs the command as the ordinary user, without a network, not even the abstract sockets that other programs of this
-    machine listen on. Its exit code; whatever else ends here meanwhile is waited for."""
+    """Runs the command as the ordinary user, without a network and without the abstract sockets of other programs on
+    this machine. Returns its exit code. Other processes that end here in the meantime are reaped."""
     child = os.fork()
     if not child:
         try:

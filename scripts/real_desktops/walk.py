@@ -1,4 +1,4 @@
-"""The walk through Quillbox's menu on a real desktop: what a person tries there, and what was seen, a feature a cell."""
+"""The walk through Quillbox's menu on a real desktop: it does what a user would, and notes how each feature fared."""
 
 import os
 import time
@@ -23,7 +23,7 @@ FEATURES = ["icon", "left click", "right click", "three levels", "odd titles", "
 
 @dataclass
 class Results:
-    """What was seen of each feature: "yes", "yes: ..." or "no: ..."."""
+    """The result for each feature: "yes", "yes: ..." or "no: ..."."""
 
     cells: dict = field(default_factory=dict)
 
@@ -41,7 +41,7 @@ def expect_titles(seen, wanted, what):
 
 
 class DesktopWalk:
-    """`menu_class` makes the hands that open the menu on this desktop and the eyes that read it."""
+    """`menu_class` is the class that opens and reads the menu on this desktop."""
 
     def __init__(self, desktop, program, output, menu_class):
         self.desktop, self.output = desktop, Path(output)
@@ -80,7 +80,7 @@ class DesktopWalk:
 
     def picture(self, name):
         self.step += 1
-        time.sleep(0.3)  # What opened a moment ago is drawn by then.
+        time.sleep(0.3)  # By then, what has just opened is drawn.
         self.desktop.picture(self.output / f"{self.step:02}-{name.replace(' ', '-').replace(',', '')}.png")
 
     # --- the walk ------------------------------------------------------------------------------------------------
@@ -182,7 +182,7 @@ class DesktopWalk:
         return next((window for window in self.desktop.windows_on_screen() if window[1] == title), None)
 
     def drag(self):
-        """A directory, from the file manager into the list of the menu's items."""
+        """Drags a directory from the file manager into the list of the menu's items."""
         if not self.quillbox.windows():
             self.quillbox.desktop.activate_action("preferences")
         folder = self.desktop.home / "Dragged from"
@@ -198,7 +198,7 @@ class DesktopWalk:
 
 
 class Seeing:
-    """Notes "yes" or what was returned for the features of its block, or "no" with what went wrong."""
+    """Notes for the features of its block "yes" or what was returned, or "no" and what went wrong."""
 
     def __init__(self, walk, features):
         self.walk, self.features = walk, features

@@ -1,4 +1,4 @@
-"""Desktops on X, each with its own session program in a virtual X server. Quillbox draws its menu itself there."""
+"""Desktops on X, each with its own session program in a virtual X server. On them Quillbox draws its menu itself."""
 
 import os
 import re
@@ -25,7 +25,7 @@ class X11Session(RealSession):
         self.wait_for_panel()
 
     def prepare(self):
-        """Settings that a person would have made before."""
+        """Makes the settings that a user would have made before."""
 
     def wait_for_panel(self):
         if self.has_watcher():
@@ -52,7 +52,7 @@ class X11Session(RealSession):
         return found
 
     def restart_host(self):
-        """The panel ends; the session, or where that does not this, starts it again."""
+        """Ends the panel. The session starts it again; if it does not, this does."""
         before = self.processes(self.panel)
         if not before:
             raise DesktopError(f"{self.panel} does not run")
@@ -68,7 +68,7 @@ class X11Session(RealSession):
     # --- windows -------------------------------------------------------------------------------------------------
 
     def window_tree(self):
-        """(id, name, class, width, height, x, y) of each window on the screen, the topmost first."""
+        """Returns (id, name, class, width, height, x, y) of each window on the screen, the topmost first."""
         found = []
         for line in self.output("xwininfo", "-root", "-tree", check=False).decode(errors="replace").splitlines():
             parts = re.match(r'\s+(0x\w+) (?:"(.*)"|\(has no name\)): \((.*)\)\s+(\d+)x(\d+)\+-?\d+\+-?\d+\s+'
@@ -79,7 +79,7 @@ class X11Session(RealSession):
         return found
 
     def panel_areas(self):
-        """The rectangles of the panels: x, y, width, height."""
+        """Returns the rectangles of the panels: x, y, width, height."""
         return sorted({(x, y, width, height) for identity, _, _, width, height, x, y in self.window_tree()
                        if width >= self.width * 2 // 3 and 16 <= height <= 80 and self.is_visible(identity)})
 
@@ -87,7 +87,7 @@ class X11Session(RealSession):
         return b"IsViewable" in self.output("xwininfo", "-id", identity, check=False)
 
     def menu_windows(self):
-        """The menus that the host has on the screen."""
+        """Returns the menus that the host shows on the screen."""
         return {identity for identity, _, _, width, height, x, y in self.window_tree()
                 if width > 60 and height > 30 and (width, height) != (self.width, self.height)
                 and self.is_menu(identity)}
@@ -109,7 +109,7 @@ class X11Session(RealSession):
         return found
 
     def arrange(self, window):
-        """Beside each other, as far as the screen allows."""
+        """Places the windows beside each other, as far as the screen allows."""
         for identity, title, *_ in self.windows_on_screen():
             if title == "Quillbox Preferences":
                 self.output("xdotool", "windowmove", identity, str(self.width - 620), "60")
@@ -121,7 +121,7 @@ class X11Session(RealSession):
         self.without_icon = {area: self.unmoving(area) for area in self.panel_areas()}
 
     def find_icon(self):
-        """Where a panel changed since the icon was not there; its clock is no square."""
+        """Returns where a panel has changed since the icon was missing. Changes of another width are its clock."""
         for area, before in self.without_icon.items():
             left, top, width, height = area
             pixels = self.pixels_of(*area)
@@ -163,7 +163,7 @@ class BudgieSession(X11Session):
     file_manager = ("nautilus", "--new-window")
 
     def has_watcher(self):
-        return False  # Its tray is one of the older protocol.
+        return False  # Its tray has the older protocol.
 
 
 class PlasmaSession(X11Session):
@@ -188,7 +188,7 @@ class PlasmaSession(X11Session):
 
     def wait_for_panel(self):
         super().wait_for_panel()
-        # The panel slides in, and its icons come one by one.
+        # The panel slides in, and its icons appear one by one.
         for _ in range(3):
             for area in self.panel_areas():
                 self.unmoving(area)
