@@ -5,18 +5,19 @@
 
 namespace quillbox {
 
-// What the program was asked for when it was started. Read before the toolkit is, which needs a display.
+// What the program was asked to do when it was started. It is read before the toolkit starts, which needs a display.
 struct CommandLine {
     enum class Request { run, openMenu, startAtLogin, dontStartAtLogin, help, version };
 
     Request request = Request::run;
-    // What was not understood, for whoever typed it; empty where all was.
+    // A message about what was not understood; empty if everything was.
     std::string problem;
 
-    // The toolkit's own options are left to it.
+    // Reads the arguments. The toolkit's own options are left to the toolkit.
     static CommandLine read(int argc, const char* const* argv);
 
-    // Answers what needs neither a display nor a running program: the exit code then, none otherwise.
+    // Answers a request that needs neither a display nor a running program, and returns the exit code; nothing for
+    // other requests.
     std::optional<int> answer() const;
 };
 

@@ -8,12 +8,12 @@ namespace quillbox {
 
 class ShortcutPortal;
 
-// The key that opens the menu from anywhere, where the desktop gives keys to programs that ask for one. A person who
-// wants none is asked once and no more.
+// The key that opens the menu from anywhere, on desktops that give keys to programs which ask for one. A user who wants
+// none is asked only once.
 class MenuKey {
 public:
-    // `name` is the key's for the desktop; `refusal` is the file that says that no key is wanted. `onPressed` gets
-    // the right to take the focus, or an empty text.
+    // `name` identifies the key for the desktop. If the file `refusal` exists, no key is wanted. `onPressed` gets an
+    // activation token, which is the right to take the focus, or an empty text.
     MenuKey(const std::string& name, const std::string& refusal,
             std::function<void(const std::string& activationToken)> onPressed);
     ~MenuKey();
@@ -21,7 +21,7 @@ public:
     MenuKey& operator=(const MenuKey&) = delete;
 
 private:
-    // Null where no key is wanted.
+    // Null if no key is wanted.
     std::unique_ptr<ShortcutPortal> portal_;
 };
 

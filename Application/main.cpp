@@ -31,8 +31,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Puts the parts together: the desktop's side and the display are made and installed, the application runs
-// on them, and all of it is let go of in the reverse order.
+// Puts the parts together: it makes and installs the desktop's side and the display, runs the application on them, and
+// releases everything in the reverse order.
 
 namespace quillbox {
 
@@ -73,7 +73,7 @@ namespace {
         NSApplication::shared().terminate(nullptr);
     }
 
-    // These two are for whoever works on the program, and for tests of the whole of it.
+    // These two are for developers, and for tests of the whole program.
     void printOpenMenus(QtDesktop& desktop)
     {
         std::printf("%s(no more open menus)\n", desktop.menuPresenter().describeOpenLevels().c_str());

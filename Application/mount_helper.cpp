@@ -8,9 +8,9 @@
 
 #include <sys/stat.h>
 
-// Looks at file systems that may not answer, so that the program that started it need not wait for them. It serves the
-// socket that is its standard input, as a child of nobody: a process that its file system keeps for ever would stay a
-// child that its parent has to wait for.
+// Looks at file systems that may not answer, so that the program that started it need not wait for them. It answers
+// questions on the socket that is its standard input. Its parent has ended, so no process has to wait for its end, even
+// if its file system keeps it for ever.
 int main()
 {
     using namespace quillbox;

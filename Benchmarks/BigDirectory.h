@@ -5,12 +5,11 @@
 
 namespace quillbox {
 
-// A directory of `count` entries with names as people have them, one in ten a directory, under
-// `parent`. Made on first use and kept: the next run finds it. Returns its path.
+// Makes a directory under `parent` with `count` entries with realistic names, of which one in ten is a directory. It is
+// made on first use and kept for later runs. Returns its path.
 std::string bigDirectory(const std::string& parent, std::size_t count);
 
-// What any program must do at the least. Each returns how many entries it saw.
-// Lists with a large buffer and looks at each entry with one statx.
+// These do the least that any program must do. Each returns how many entries it saw.
 std::size_t listAndLook(const std::string& directory);
 // Lists with a large buffer and sorts the names by natural-order keys.
 std::size_t listAndSort(const std::string& directory);

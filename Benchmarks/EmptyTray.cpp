@@ -3,7 +3,7 @@
 #include <QStyle>
 #include <QSystemTrayIcon>
 
-// The least a Qt program with an icon in the status bar is, to measure beside.
+// The smallest Qt program with an icon in the status bar, for comparison.
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);

@@ -9,8 +9,8 @@
 
 #include <QApplication>
 
-// How long a host waits for a level of an exported menu: its calls over a bus of its own, answered and decoded. Host
-// and menu share one process and one thread, so the figures hold the work of both.
+// Measures how long a host waits for a level of an exported menu: its calls over a separate bus, answered and decoded.
+// Host and menu share one process and one thread, so the figures include the work of both.
 
 namespace quillbox {
 
@@ -23,7 +23,7 @@ namespace {
 
     const Selector kNothing { "nothing:", [](NSObject&, NSObject*) {} };
 
-    // Fills its menus with rows as a directory of files has them.
+    // Fills its menus with rows like those for a directory of files.
     class Directory final : public NSMenuDelegate {
     public:
         Directory()

@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// The times of like trials, in milliseconds; at least one.
+// The times of several trials of the same kind, in milliseconds; there is at least one.
 struct Figures {
     std::vector<double> all;
     double median() const

@@ -9,8 +9,9 @@
 #include <filesystem>
 #include <string>
 
-// Directories that hold very many of one thing, as an archive or a damaged installation brings them: what a thousand
-// cost and what eight times as many cost. Where work grows with the number, the second column is about eight.
+// Measures directories with very many entries of one kind, as an archive or a damaged installation may bring them: what
+// a thousand cost, and what eight times as many cost. If work grows in proportion to the number, the second column is
+// about eight.
 
 namespace quillbox {
 
@@ -60,7 +61,7 @@ namespace {
         return figures;
     }
 
-    // Looks at all entries of a directory as its menu does.
+    // Looks at all entries of a directory as its menu does. Returns the time that it took.
     double listing(int entries, int hiddenNames)
     {
         const TemporaryDirectory files;

@@ -14,8 +14,8 @@
 #include <malloc.h>
 #include <optional>
 
-// How long building a menu takes beside the least that any program must do for the same directory, and what it takes
-// in memory. Runs are interleaved, each figure is the median of nine, and what is reported are ratios of one run.
+// Compares the time for building a menu with the least that any program must do for the same directory, and measures
+// the menu's memory. Runs are interleaved, each figure is the median of nine, and the report gives ratios of one run.
 
 namespace quillbox {
 
@@ -48,7 +48,7 @@ namespace {
             benchmark::DoNotOptimize(listAndSort(directory));
     }
 
-    // Times building, or with `timesRelease` the release of what was built, as the menu's own list.
+    // Measures the building of the menu's own list, or with `timesRelease` the release of what was built.
     void buildOrRelease(benchmark::State& state, MenuOptionFlagsSv flags, bool timesRelease)
     {
         const std::string directory = bigDirectory(dataRoot, static_cast<std::size_t>(state.range(0)));
@@ -75,7 +75,7 @@ namespace {
         }
     }
 
-    // Bytes of allocated memory an entry takes beyond the texts of its names and paths.
+    // Returns the bytes of allocated memory for each entry, beyond the texts of its names and paths.
     double bytesPerEntry(std::size_t count)
     {
         const std::string directory = bigDirectory(dataRoot, count);
@@ -149,7 +149,7 @@ namespace {
 int main(int argc, char** argv)
 {
     using namespace quillbox;
-    // Beside the program, which lies on a disk; what is measured is not a file system in memory.
+    // The data lies beside the program on a disk, since a file system in memory is not to be measured.
     dataRoot = (fs::read_symlink("/proc/self/exe").parent_path() / "benchmark-data").string();
     fs::create_directories(dataRoot);
     surroundings.emplace(dataRoot + "/surroundings");

@@ -24,9 +24,9 @@
 #include <unistd.h>
 #include <vector>
 
-// What a person waits for in an open menu of large directories, on a real X server (run by menu_on_screen): the real
-// application's code under real popups, hover delays by a clock moved by hand. Painting counts as ended once the
-// server has answered a request sent after it.
+// Measures what a user waits for in an open menu of large directories, on a real X server (run by menu_on_screen): the
+// real application's code with real popups, and hover delays by a clock moved by hand. Painting counts as finished when
+// the server has answered a request that was sent after it.
 
 namespace quillbox {
 
@@ -41,14 +41,14 @@ namespace {
     constexpr QRect kIcon { 100, 0, 24, 24 };
     constexpr QPoint kOutside { 900, 700 };
 
-    // Until the server has done all that it was asked for.
+    // Waits until the server has carried out all requests.
     void waitForServer()
     {
         xcb_connection_t* const server = qApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
         std::free(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
     }
 
-    // Stands between a menu and its delegate and takes the time.
+    // Measures the time that a menu's delegate takes, by standing between the two.
     class TimedDelegate final : public NSMenuDelegate {
     public:
         explicit TimedDelegate(std::shared_ptr<NSMenuDelegate> delegate) : delegate_(std::move(delegate)) { }
@@ -71,7 +71,7 @@ namespace {
     class Paints final : public QObject {
     public:
         Paints() { qApp->installEventFilter(this); }
-        // Milliseconds from `act` until some popup has been painted on the screen.
+        // Returns the milliseconds from `act` until some popup has been painted on the screen.
         double timeOf(const std::function<void()>& act)
         {
             const int before = count_;
@@ -162,7 +162,7 @@ namespace {
         }
 
         double timeOf(const std::function<void()>& input) { return paints_.timeOf(input); }
-        // Long enough for typing to begin anew.
+        // Waits long enough for typing to begin a new name.
         void rest() { clock_.advance(std::chrono::seconds(3)); }
 
     private:
@@ -272,7 +272,7 @@ int main(int argc, char** argv)
         std::fputs("this needs an X server, as menu_on_screen starts one\n", stderr);
         return EXIT_FAILURE;
     }
-    // Beside the program, which lies on a disk.
+    // The data lies beside the program, which is on a disk.
     const auto root = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "benchmark-data";
     std::filesystem::create_directories(root);
     OpenMenu menu(root.string());

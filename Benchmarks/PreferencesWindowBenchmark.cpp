@@ -24,9 +24,9 @@
 #include <unistd.h>
 #include <vector>
 
-// How long a person waits for the preferences window, on a real X server (run by preferences_window_speed): from the
-// action to the end of the first paint, beside an empty window of the same size in the same run, and the steps of
-// a list of 2,000 items.
+// Measures how long a user waits for the preferences window, on a real X server (run by preferences_window_speed): from
+// the action to the end of the first paint, compared with an empty window of the same size in the same run; and the
+// steps with a list of 2,000 items.
 
 namespace quillbox {
 
@@ -40,7 +40,7 @@ namespace {
     constexpr int kJumps = 50;
     constexpr int kDrops = 50;
 
-    // Counts the paints of top-level windows: one that comes stands for all that is below it.
+    // Counts the paints of top-level windows. One of them includes everything in the window.
     class PaintWatch final : public QObject {
     public:
         PaintWatch() { qApp->installEventFilter(this); }
@@ -55,7 +55,7 @@ namespace {
         int updates = 0;
     };
 
-    // From the action until a window has been painted anew and nothing waits to be.
+    // Returns the time from the action until a window has been painted again and no paint is pending.
     double timeUntilPainted(PaintWatch& watch, const std::function<void()>& action)
     {
         const int before = watch.updates;
@@ -133,7 +133,7 @@ namespace {
         for (int step = 0; step < kJumps; ++step)
             jumps.push_back(timeUntilPainted(watch, [&] { clip->scroll(step % 2 ? 0 : 1e9); }));
         for (int step = 0; step < kDrops; ++step) {
-            // Three scattered rows to the place that is in sight.
+            // Three scattered rows are moved to the visible place.
             list.selectRowIndexes({ 3 + step, 900, 1900 - step }, false);
             const auto pasteboard = list.beginDragging(900);
             drops.push_back(timeUntilPainted(watch, [&] {

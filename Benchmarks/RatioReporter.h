@@ -7,13 +7,13 @@
 
 namespace quillbox {
 
-// Shows the medians of a run as they come and keeps them, so that the program can put them in relation.
+// Shows the medians of a run as they arrive, and keeps them so that the program can compare them.
 class RatioReporter final : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override;
 
-    // Seconds an iteration took, by the benchmark's name with its arguments; stops the program where
-    // there is none.
+    // Returns the seconds that an iteration took, by the benchmark's name with its arguments. The program stops if
+    // there is no such benchmark.
     double median(const std::string& name) const;
 
 private:

@@ -20,8 +20,9 @@
 #include <filesystem>
 #include <string>
 
-// How long a menu of recent items takes to open with 5,000 recorded documents, from the person's pointing at it until
-// its rows are there: for the first time in a process, which reads the records, and again with nothing changed.
+// Measures how long a menu of recent items takes to open with 5,000 recorded documents, from the moment that the user
+// points at it until its rows are there: for the first time in a process, which reads the records, and again with
+// nothing changed.
 
 namespace quillbox {
 
@@ -33,7 +34,7 @@ namespace {
     constexpr int kDocuments = 5000;
     constexpr int kApplications = 200;
     constexpr std::int64_t kLimit = 10;
-    // Of the newest this many, each fifth is there: those that are shown. None of the older ones is looked for.
+    // Of this many newest documents, every fifth exists; these are shown. None of the older ones is looked for.
     constexpr int kNewest = 50;
     constexpr int kUsedApplications = 3;
 
@@ -44,7 +45,7 @@ namespace {
         return text + ".123456Z";
     }
 
-    // A home whose records lie where a desktop's are. The documents of one with Plasma are in its record too.
+    // A home directory whose records lie where those of a desktop do. With Plasma, its record has the documents too.
     class Home {
     public:
         explicit Home(bool hasPlasma)
@@ -120,7 +121,7 @@ namespace {
             sqlite3_close(database);
         }
 
-        // Nothing of it was written just now, as with a real home's.
+        // Makes all files older, because those of a real home directory were not written just now.
         void settle()
         {
             const auto past = fs::file_time_type::clock::now() - std::chrono::hours(1);
@@ -133,7 +134,7 @@ namespace {
         TemporaryDirectory files_;
     };
 
-    // What a started process has, before anything of it was used.
+    // The state of a process that was just started, before any of it was used.
     class Process {
     public:
         explicit Process(const Home& home)
@@ -150,7 +151,7 @@ namespace {
             MainMenuItem::actualMenuItems().clear();
         }
 
-        // Seconds until the rows of the one item's menu are there.
+        // Opens the menu of the only item and returns the seconds until its rows are there.
         double open(MenuItemType type, std::size_t expectedRows)
         {
             auto item = std::make_shared<MainMenuItem>(type, "Recent");
@@ -215,7 +216,7 @@ namespace {
             state.SetIterationTime(process.open(tested.type, tested.rows));
     }
 
-    // False where a menu takes longer than it may.
+    // Returns false if a menu takes longer than it may.
     bool report(const RatioReporter& figures)
     {
         constexpr double kLongestFirst = 40;

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <vector>
 
-// A stock menu of a directory, to measure beside: a button in the screen's upper left corner that lists the
-// directory, sorts it by name and shows it in a QMenu, files and subdirectories.
+// A stock menu of a directory, for comparison: a button in the upper left corner of the screen that lists the
+// directory, sorts it by name and shows files and subdirectories in a QMenu.
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);

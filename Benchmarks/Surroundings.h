@@ -13,8 +13,8 @@
 
 namespace quillbox {
 
-// Everything around the application's code: the real layer for the desktop over a data directory of our own, `root`,
-// with kApplications installed in it. Installed for as long as it lives.
+// Everything that the application's code needs around it: the real layer for the desktop over our own data directory,
+// `root`, with kApplications installed in it. It is installed for as long as this object lives.
 class Surroundings {
 public:
     static constexpr int kApplications = 200;

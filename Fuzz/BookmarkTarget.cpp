@@ -20,7 +20,7 @@ namespace {
             bytes.push_back(static_cast<std::uint8_t>(~crc >> static_cast<unsigned>(shift)));
     }
 
-    // A few files that the bookmarks may be of, and a bookmark of one that has left its place.
+    // Makes a few files to which the bookmarks may refer.
     std::string directoryWithFiles()
     {
         static const std::string directory = [] {
@@ -38,7 +38,7 @@ namespace {
         QB_CHECK(!url || url->path().starts_with('/'));
     }
 
-    // The bytes of a bookmark without the checksum, which no change by chance would survive.
+    // Reads the bytes of a bookmark without its checksum, which random changes would never match.
     void readBookmark(const Data& bytes)
     {
         Data withChecksum = bytes;
@@ -50,7 +50,7 @@ namespace {
         const Result<Bookmark> again = Bookmark::decode(encoded);
         QB_CHECK(again && *again == *bookmark && again->encoded() == encoded);
 
-        // In a directory of our own, so that nothing is looked for through the whole system.
+        // The path is in our own directory, so that the search does not go through the whole system.
         const bool isHere = bookmark->path.size() % 2 == 0;
         bookmark->path = directoryWithFiles() + (isHere ? "/a" : "/below/not here");
         resolve(bookmark->encoded());

@@ -22,7 +22,8 @@ namespace {
         return value;
     }
 
-    // A state without anything in it, up to its first count: what has to be so for the rest to be looked at.
+    // Returns the text of an empty state, up to its first count. The rest of a state is read only if it begins like
+    // this.
     const std::string& beginningOfState()
     {
         static const std::string text = [] {
@@ -36,7 +37,8 @@ namespace {
         return text;
     }
 
-    // A desktop entry where the bytes begin as one does, otherwise what follows the beginning of the keeper's state.
+    // Reads a desktop entry if the bytes begin like one, otherwise the part of the keeper's state that follows its
+    // beginning.
     void readEntryOrState(const Data& bytes)
     {
         const std::string text = textOf(bytes);

@@ -16,7 +16,7 @@ namespace quillbox {
 
 namespace {
 
-    // What another program says that is dragged: any text as text/uri-list.
+    // Drops any text as the text/uri-list of another program.
     void dropList(const Data& bytes)
     {
         startDisplay();

@@ -15,8 +15,8 @@ namespace quillbox {
 
 namespace {
 
-    // A tree of menus without an end, whose rows depend on how often they were listed. Stops the process where the
-    // model's delegate is told things in an impossible order.
+    // An endless tree of menus, whose rows depend on how often they were listed. It stops the process if the delegate
+    // is called in an impossible order.
     class Model final : public NSObject, public NSMenuDelegate, public std::enable_shared_from_this<Model> {
     public:
         void menuNeedsUpdate(NSMenu& menu) override
@@ -53,7 +53,7 @@ namespace {
         std::set<const NSMenu*> open_;
     };
 
-    // Ids that hosts may name: those of the tree, and a few that it never had or has no more.
+    // Returns an id that a host may name: one of the tree, or one that it never had or no longer has.
     int idFrom(const ExportedTree& tree, std::uint8_t choice)
     {
         const std::vector<int> ids = tree.allIds();
@@ -94,7 +94,7 @@ namespace {
         }
     }
 
-    // Three bytes a call of a host: what, and of which rows.
+    // Three bytes are one call of a host: which call, and for which rows.
     void driveMenu(ManualClock& clock, const Data& bytes)
     {
         const auto model = std::make_shared<Model>();
@@ -113,7 +113,7 @@ namespace {
         QB_CHECK(model->isClosed());
     }
 
-    // The same as messages, whose values may be of any type.
+    // Sends such calls as messages whose values may be of any type.
     void sendMessages(ManualClock& clock, const Data& bytes)
     {
         static const QStringList methods { "GetLayout",  "GetGroupProperties", "GetProperty",      "Event",
@@ -129,7 +129,7 @@ namespace {
                 QDBusMessage call =
                     QDBusMessage::createMethodCall(QStringLiteral("a.b"), QStringLiteral("/Menu"),
                                                    QStringLiteral("com.canonical.dbusmenu"), methods[bytes[i] % 8]);
-                // From -128 on: hosts may ask for what never was.
+                // Ids begin with -128, because hosts may ask for what never existed.
                 const int id = int { bytes[i + 1] } - (bytes[i + 1] < 128 ? 0 : 256);
                 for (unsigned argument = 0; argument < bytes[i + 2] % 5U; ++argument) {
                     switch ((bytes[i + 3] >> (argument * 2)) % 4) {

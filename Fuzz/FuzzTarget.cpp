@@ -46,7 +46,7 @@ const TemporaryDirectory& scratchDirectory()
 
 } // namespace quillbox
 
-// The two functions that the fuzzing library asks for, by these names.
+// The two functions that the fuzzing library calls by these names.
 // NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 // NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.

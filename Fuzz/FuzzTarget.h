@@ -8,23 +8,22 @@
 
 namespace quillbox {
 
-// One thing that takes bytes from outside. A target is a function that is given any bytes at all: it hands them to the
-// program's code and stops the process (QB_CHECK) where a promise of that code is broken. Which target a process runs
-// is told by its argument --target=<name>; the corpora lie in directories of the same names.
+// One place where the program takes bytes from outside. A target is a function that gets any bytes, passes them to the
+// program's code, and stops the process (QB_CHECK) if that code breaks a promise. The argument --target=<name> selects
+// the target of a process; the corpora are in directories of the same names.
 class FuzzTarget {
 public:
     using Function = void (*)(const Data&);
     FuzzTarget(const char* name, Function function);
 };
 
-// The bytes as text.
 std::string textOf(const Data& bytes);
 
-// Makes what the display's side needs around it: an application of the toolkit without a display, a desktop that shows
-// nothing. Once a process.
+// Makes what the display's side needs: the toolkit's application without a display, and a desktop that shows nothing.
+// Further calls do nothing.
 void startDisplay();
 
-// A directory that lasts as long as the process.
+// A directory that exists as long as the process.
 const TemporaryDirectory& scratchDirectory();
 
 } // namespace quillbox

@@ -8,7 +8,7 @@ namespace quillbox {
 
 namespace {
 
-    // Not by ==, for which a number that is none differs from itself.
+    // Lists are compared by their bytes, because with == a "not a number" differs from itself.
     Data written(const PropertyList& list)
     {
         const Result<Data> bytes = list.binaryData();
@@ -16,7 +16,8 @@ namespace {
         return *bytes;
     }
 
-    // Lists in either form, and the records of menu items: what can be read can be written, and comes back the same.
+    // Reads lists in either form, and the records of menu items. Whatever can be read can be written, and is the same
+    // when it is read again.
     void readPropertyList(const Data& bytes)
     {
         const Result<PropertyList> list = PropertyList::fromData(bytes);

@@ -29,7 +29,7 @@ namespace {
         MDQuery query(text, { kMDItemLastUsedDate });
         const bool isUnderstood = query.execute();
         QB_CHECK(query.resultCount() == (isUnderstood ? 1U : 0U));
-        // A text made of the moment that was understood asks for the same moment.
+        // A query made of the moment that was understood must ask for the same moment.
         const std::string date = index.asked.description();
         constexpr std::string_view kBefore = "( InRange (kMDItemLastUsedDate ,          $time.iso(";
         constexpr std::size_t kDateLength = 25;

@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-// Runs a fuzz target on files, in builds without a fuzzing library: each whole, and cut off at up to a hundred places.
+// Runs a fuzz target on files, in builds without a fuzzing library: each file as a whole, and cut off at up to a
+// hundred places.
 
 // NOLINTNEXTLINE(readability-identifier-naming): the fuzzing library's name.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);

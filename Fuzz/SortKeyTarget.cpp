@@ -27,7 +27,7 @@ namespace {
         return { reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length) };
     }
 
-    // One character, or the value of a run of digits, which stands where "0" does.
+    // One character, or the value of a run of digits, which is ordered as if it were "0".
     struct Element {
         char32_t character;
         std::string digits;
@@ -40,7 +40,8 @@ namespace {
         return a.digits.size() != b.digits.size() ? a.digits.size() < b.digits.size() : a.digits < b.digits;
     }
 
-    // The order of names in another way than by keys: folded by the library as a whole, compared element by element.
+    // Determines the order of names without keys: the library folds the whole name, and the result is compared element
+    // by element.
     std::vector<Element> elementsOf(const std::string& name)
     {
         const std::string folded =
@@ -59,7 +60,7 @@ namespace {
         return elements;
     }
 
-    // Names, a line each.
+    // Compares names; each line of the bytes is one.
     void compareNames(const Data& bytes)
     {
         constexpr std::size_t kMostNames = 40;

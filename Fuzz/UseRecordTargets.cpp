@@ -34,7 +34,7 @@ namespace {
         QB_CHECK(record.uses().files.empty());
     }
 
-    // Whatever the record held, what is opened now is in it, and nothing that it held is lost.
+    // Whatever the record held, what is opened now must be in it, and nothing that it held may be lost.
     void readOwnRecord(const Data& bytes)
     {
         const std::string directory = scratchDirectory().path("own/quillbox");

@@ -32,8 +32,8 @@ namespace {
         return std::string(rawValue(item.menuItemType));
     }
 
-    // Gives a row that was made the item's own title. If none was made, adds a row titled `missingTitle` and the
-    // problem.
+    // Gives the row that was made the item's own title. If there is none, returns a row titled `missingTitle` and
+    // reports the problem.
     MadeRow titledOrMissing(MadeRow made, const MainMenuItem& item, std::string message,
                             const std::string& missingTitle)
     {

@@ -34,7 +34,7 @@ Result<std::vector<std::string>> sortedNames(const std::string& directory)
         return Error::fromErrno(errno, kWhat, directory);
     std::vector<std::string> names;
     while (true) {
-        // Null means the end as well as an error, which only this number tells apart.
+        // Null means either the end or an error; only errno tells them apart.
         errno = 0;
         const dirent* entry = readdir(stream.get());
         if (!entry && errno != 0)

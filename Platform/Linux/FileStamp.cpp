@@ -6,7 +6,7 @@
 
 namespace quillbox {
 
-// Time stamps of some file systems move in steps of this size.
+// The time stamps of some file systems change in steps of this size, in nanoseconds.
 static constexpr std::int64_t kStampStep = 20'000'000;
 
 FileStamp FileStamp::of(const std::string& path)

@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// What one stat call told of what a path leads to. It is all zero where nothing is there.
+// The result of one stat call on what a path leads to. It is all zero if nothing is there.
 struct FileStamp {
     std::uint64_t inode = 0;
     std::int64_t size = 0;
@@ -13,8 +13,8 @@ struct FileStamp {
     std::int64_t modified = 0;
 
     static FileStamp of(const std::string& path);
-    // A stamp to be kept and compared with later ones. Where the file was written so short a time ago that it may be
-    // written again under the same stamp, this one is equal to no real one.
+    // Returns a stamp to keep and compare with later ones. If the file was written so recently that another change
+    // might leave it with the same stamp, the result is equal to no real stamp.
     static FileStamp settledOf(const std::string& path);
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };

@@ -6,7 +6,7 @@
 
 namespace quillbox {
 
-// Owns what GLib hands out; `Release` is the function that gives it back. A default-made one is null.
+// Owns an object of GLib, which the function `Release` releases. The default is null.
 template <auto Release>
 struct GLibRelease {
     template <class T>

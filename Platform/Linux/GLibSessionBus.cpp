@@ -8,7 +8,7 @@ namespace quillbox {
 
 void useSessionBusOfGLib()
 {
-    // GLib's connection is one for all, for as long as somebody holds it.
+    // GLib has one connection for the whole process, which lives as long as somebody holds it.
     static GLibObject<GDBusConnection> bus;
     if (bus && !g_dbus_connection_is_closed(bus.get()))
         return;

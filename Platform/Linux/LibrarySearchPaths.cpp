@@ -16,7 +16,7 @@ namespace {
 
     constexpr const char* kProgramPath = "PATH";
 
-    // The standard's own, for those that are not set; $PATH is left alone then.
+    // The variables, and the standard's values for those that are not set. There is none for $PATH, which stays unset.
     constexpr std::pair<const char*, const char*> kLists[] = {
         { kProgramPath, "" },
         { "XDG_DATA_DIRS", "/usr/local/share:/usr/share" },
@@ -40,7 +40,8 @@ namespace {
         return mountThatMayHangOn(directory, LastLink::followed).has_value();
     }
 
-    // Sets the variable to those that `isKept` leaves; an empty list would stand for the standard's own.
+    // Sets the variable to the directories that `isKept` accepts. It is not changed if there are none, since an empty
+    // list would stand for the standard's value.
     void setList(const std::string& name, const std::string& value,
                  const std::function<bool(const std::string&)>& isKept)
     {

@@ -6,28 +6,29 @@
 
 namespace quillbox {
 
-// Keeps the libraries of this process from mounts that may hang: they look through $PATH, $XDG_DATA_DIRS and
-// $XDG_CONFIG_DIRS whenever they like and wait for as long as it takes. What lies on such a mount is taken out of the
-// process's environment. Quillbox itself looks there all the same, in time (MountInquiry), and what it starts gets the
-// lists as they were. Made once, before any library has read them.
+// Keeps the libraries of this process away from mounts that may hang. Libraries search $PATH, $XDG_DATA_DIRS and
+// $XDG_CONFIG_DIRS at any time and wait without limit, so directories on such mounts are removed from the environment
+// of this process. Quillbox itself still searches them, in bounded time (MountInquiry), and programs that it starts get
+// the original lists. It is made once, before any library has read the variables.
 class LibrarySearchPaths {
 public:
-    // Names and values.
+    // Pairs of name and value.
     using Variables = std::vector<std::pair<std::string, std::string>>;
 
     LibrarySearchPaths();
 
-    // The directories of $PATH on such mounts are in it while they answer. To be called before a library looks for a
+    // Puts the directories of $PATH on such mounts back while they answer. Must be called before a library looks for a
     // program.
     void bringUpToDate();
 
-    // A list as the session gave it, split; for names that were not set, the one that they stand for.
+    // Returns a list as the session gave it, split into directories; the standard's default if the variable was not
+    // set.
     std::vector<std::string> original(const std::string& name) const;
-    // What started programs get in place of this process's own.
+    // Returns the values that started programs get instead of those of this process.
     Variables forStartedPrograms() const;
 
 private:
-    // As the session gave them.
+    // The lists as the session gave them.
     Variables lists_;
 };
 

@@ -26,7 +26,7 @@ namespace {
         return name && *name.get() ? std::optional<std::string>(name.get()) : std::nullopt;
     }
 
-    // Characters that can't be in a file name are written there as "\\x" and two hexadecimal digits.
+    // In the link's name, characters that a file name can't have are written as "\\x" and two hexadecimal digits.
     std::string decodedLabel(std::string_view link)
     {
         std::string label;
@@ -44,7 +44,7 @@ namespace {
         return label;
     }
 
-    // GIO looks at every mount in the places that people mount in, to see whether it may be shown.
+    // GIO's volume monitor looks at every mount in the usual places, to decide whether it is shown.
     bool mayMonitorLook(const std::vector<MountTable::Mount>& table)
     {
         return std::none_of(table.begin(), table.end(), [](const MountTable::Mount& mount) {
@@ -73,7 +73,7 @@ namespace {
 std::optional<std::string> LinuxVolumeNames::localizedName(const std::string& mountRoot)
 {
     const std::vector<MountTable::Mount>& table = MountTable::current().mounts();
-    // The last one mounted there is the one seen.
+    // Of several mounts at one place, the last one is visible.
     const auto mounted = std::find_if(table.rbegin(), table.rend(),
                                       [&](const MountTable::Mount& mount) { return mount.mountPoint == mountRoot; });
     if (mounted == table.rend())

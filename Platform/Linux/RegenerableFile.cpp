@@ -10,7 +10,7 @@ namespace quillbox {
 
 namespace {
 
-    // Gives the error number, or 0.
+    // Returns the error number, or 0.
     int writeFile(const std::string& path, std::string_view content)
     {
         const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);

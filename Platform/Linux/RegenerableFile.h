@@ -7,8 +7,9 @@
 
 namespace quillbox {
 
-// Puts a file with that content in the place of whatever file is at `path`: readers see the old one or the new one.
-// It is meant for what can be made again from something else: it is not synced, so a crash of the system may empty it.
+// Replaces the file at `path` by one with this content; readers see either the old file or the new one. It is meant for
+// files that can be made again from something else: the file is not synced, so a crash of the system may leave it
+// empty.
 Result<void> replaceRegenerableFile(const std::string& path, std::string_view content);
 
 } // namespace quillbox

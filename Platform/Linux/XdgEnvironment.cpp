@@ -43,7 +43,7 @@ namespace {
         const Result<struct stat> status = statusOfPath(path);
         if (status)
             return S_ISREG(status->st_mode) && isAccessible(path, X_OK);
-        // What may not be looked at may not be run either.
+        // A file that may not be looked at may not be run either.
         const int error = status.error().code;
         if (isAbsence(error) || error == EACCES)
             return false;
@@ -68,7 +68,7 @@ XdgEnvironment XdgEnvironment::ofProcess(const LibrarySearchPaths& searchPaths)
     environment.programDirectories = searchPaths.original("PATH");
     if (const char* terminal = std::getenv("TERMINAL"))
         environment.terminal = terminal;
-    // GLib answers with a cache directory where there is none, which would outlive the session.
+    // If there is none, GLib would return a cache directory, which outlives the session.
     if (const char* directory = std::getenv("XDG_RUNTIME_DIR"); directory && directory[0] == '/')
         environment.runtimeDirectory = withoutTrailingSlashes(directory);
     return environment;

@@ -11,14 +11,14 @@ namespace quillbox {
 
 namespace {
 
-    constexpr int kUntilSettled = 200; // Milliseconds.
+    constexpr int kUntilSettled = 200; // in milliseconds
 
     bool isPlasma()
     {
         return qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(QLatin1String("KDE"));
     }
 
-    // The theme in GTK's own settings, for sessions in which nobody shares them.
+    // Returns the theme in GTK's own settings, for sessions in which no program shares them.
     QString themeInGtkSettings()
     {
         const QString file = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, "gtk-3.0/settings.ini");
@@ -34,7 +34,7 @@ namespace {
 
 DesktopAppearance::DesktopAppearance() : xSettings_(XSettings::create())
 {
-    // A session that names no icon theme would leave files and directories without icons.
+    // In a session that names no icon theme, files and directories would have no icons.
     QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
     changed_.setSingleShot(true);
     changed_.setInterval(kUntilSettled);
@@ -43,7 +43,7 @@ DesktopAppearance::DesktopAppearance() : xSettings_(XSettings::create())
     if (bus_.isConnected()) {
         portal_ = std::make_unique<AppearancePortal>(bus_.connection());
         portal_->onChanged = startWaiting;
-        // Plasma tells of colours and of icons; other desktops send neither.
+        // Plasma announces changes of colours and of icons this way; other desktops send neither signal.
         bus_.connection().connect(QString(), QStringLiteral("/KGlobalSettings"),
                                   QStringLiteral("org.kde.KGlobalSettings"), QStringLiteral("notifyChange"), &changed_,
                                   SLOT(start()));
@@ -85,7 +85,7 @@ std::optional<QPalette> DesktopAppearance::ownPalette(const QPalette& given) con
 
 void DesktopAppearance::update()
 {
-    // What the toolkit would show by itself.
+    // First the toolkit's own choice is restored.
     if (std::exchange(hasOwnPalette_, false))
         QApplication::setPalette({});
     if (const auto own = ownPalette(QApplication::palette())) {

@@ -12,9 +12,10 @@
 
 namespace quillbox {
 
-// Keeps the application's colours and its icon theme as the desktop has them, from when it is made and as the person
-// changes them: Plasma's own colours, the portal's light or dark and strong contrast, the theme that GTK desktops
-// share. The toolkit's palette is left alone where it follows by itself. Listens, and asks nothing at rest.
+// Keeps the application's colours and icon theme as the desktop has them, also when the user changes them: Plasma's own
+// colours, the portal's choice of light or dark and of strong contrast, and the theme that GTK desktops share. Where
+// the toolkit follows the desktop by itself, its palette is left alone. It listens for changes and asks nothing at
+// rest.
 class DesktopAppearance {
 public:
     DesktopAppearance();
@@ -28,11 +29,12 @@ private:
     std::optional<QPalette> ownPalette(const QPalette& given) const;
 
     SessionBus bus_;
-    // Null without a session bus.
+    // Null if there is no session bus.
     std::unique_ptr<AppearancePortal> portal_;
-    // Null without an X server.
+    // Null if there is no X server.
     std::unique_ptr<XSettings> xSettings_;
-    // Desktops tell of one change in several ways, and the toolkit may hear of it a little later.
+    // Delays the update after a change: desktops announce one change in several ways, and the toolkit may hear of it a
+    // little later.
     QTimer changed_;
     bool hasOwnPalette_ = false;
 };

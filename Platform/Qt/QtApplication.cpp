@@ -8,7 +8,7 @@ namespace quillbox {
 
 bool QtApplication::notify(QObject* receiver, QEvent* event)
 {
-    // The toolkit's own threads deliver events here too.
+    // Threads of the toolkit deliver their events here too.
     if (QThread::currentThread() != thread())
         return QApplication::notify(receiver, event);
     const NSApplication::EventScope scope;

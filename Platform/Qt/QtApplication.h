@@ -4,8 +4,8 @@
 
 namespace quillbox {
 
-// The toolkit's application. Whatever the toolkit delivers on the main thread is one event of NSApplication: input,
-// timers, calls over the bus, calls that were put off.
+// The toolkit's application. Everything that the toolkit delivers on the main thread is one event of NSApplication:
+// input, timers, calls over the bus, and deferred calls.
 class QtApplication final : public QApplication {
 public:
     using QApplication::QApplication;

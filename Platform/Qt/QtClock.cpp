@@ -13,7 +13,7 @@ namespace {
         QtTimer(std::chrono::milliseconds delay, std::function<void()> action) : timer_(new QTimer)
         {
             timer_->setSingleShot(true);
-            // The action may let go of this object.
+            // The action may destroy this object.
             QObject::connect(timer_, &QTimer::timeout, timer_, [action = std::move(action)]() {
                 const std::function<void()> held = action;
                 held();

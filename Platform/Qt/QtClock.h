@@ -4,7 +4,7 @@
 
 namespace quillbox {
 
-// The system's time, with calls made by Qt's event loop. Needs a QCoreApplication while calls are pending.
+// The system's time, with calls made by Qt's event loop. A QCoreApplication must exist while calls are pending.
 class QtClock final : public Clock {
 public:
     Date now() const override;

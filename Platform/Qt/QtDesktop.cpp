@@ -10,17 +10,17 @@ namespace quillbox {
 
 namespace {
 
-    // Where the toolkit looks for the token when a window is to come to the front; it takes the variable away.
+    // The toolkit takes the token from this variable when a window is to be brought to the front, and unsets it.
     constexpr const char* kTokenForWindows = "XDG_ACTIVATION_TOKEN";
 
 } // namespace
 
 QtDesktop::QtDesktop(QApplication& application) : application_(application)
 {
-    // The program lives in the status bar; its windows come and go.
+    // The program runs in the status bar, whether it has windows or not.
     QApplication::setQuitOnLastWindowClosed(false);
-    // The toolkit's cache of pixels wakes a resting process half a minute after the last drawing. What is
-    // worth keeping, ImageRenderer keeps.
+    // The toolkit's pixmap cache would wake an idle process half a minute after the last drawing. ImageRenderer keeps
+    // what is worth keeping.
     QPixmapCache::setCacheLimit(0);
 }
 
@@ -74,7 +74,7 @@ void QtDesktop::hideStatusItem(NSStatusItem&)
 
 void QtDesktop::runModal(const NSAlert& alert)
 {
-    // An open menu holds the pointer, and the alert could not be answered.
+    // An open menu holds the pointer, so the alert could not be answered.
     menuPresenter_.close();
     if (!isStopped_)
         alertPresenter_.run(alert);
@@ -105,7 +105,7 @@ void QtDesktop::activate()
 
 int QtDesktop::run()
 {
-    // Asked to stop while it was being started: the loop's own request would be forgotten.
+    // A request to stop that came before the loop runs would be forgotten by the loop.
     return isStopped_ ? 0 : application_.exec();
 }
 

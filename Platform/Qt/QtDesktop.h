@@ -16,27 +16,27 @@ namespace quillbox {
 
 class StatusItemPresenter;
 
-// The real display, through Qt: the event loop, alerts, and the status item with its menu. Needs a
-// QApplication that outlives it. Made once, in main.
+// The real display, through Qt: the event loop, alerts, and the status item with its menu. It is made once, in main(),
+// and the QApplication must outlive it.
 class QtDesktop final : public Desktop {
 public:
     explicit QtDesktop(QApplication& application);
     ~QtDesktop() override;
 
-    // The menu of a right click on the icon, and what is shown where the icon's own menu is empty.
+    // The menu for a right click on the icon. It is also shown if the icon's own menu is empty.
     void setShortMenu(std::shared_ptr<NSMenu> menu) { shortMenu_ = std::move(menu); }
 
-    // `take` gets the right to take the focus that a host hands over with a click; `isTaken` says whether something has
-    // been started with it since, other than a window of this program.
+    // `take` gets the activation token (the right to take the focus) that a host passes with a click. `isTaken` returns
+    // whether something other than a window of this program has been started with it since.
     void setActivationTokenHandlers(std::function<void(const std::string&)> take, std::function<bool()> isTaken);
-    // The window that is brought to the front next uses it up.
+    // The next window that is brought to the front uses up the token.
     static void setActivationToken(const std::string& token);
 
     // Does what a click on the icon does.
     void openMenu();
     // Opens the menu at its icon for the keyboard, as soon as the icon is on the screen.
     void openMenuByKeyboard();
-    // The person has started the program once more: what was closed of it comes back.
+    // The user has started the program once more. If its icon on the screen was closed, it is shown again.
     void startedAgain();
 
     const MenuPresenter& menuPresenter() const { return menuPresenter_; }

@@ -39,7 +39,7 @@ void QtWindowDisplay::orderFront(NSWindow& window)
 {
     WindowPresenter* presenter = presenterOf(window);
     (presenter ? *presenter : makePresenter(window, nullptr)).orderFront();
-    // An open panel comes forward with the window that it holds.
+    // An open panel comes to the front with the window that it is on.
     if (const auto sheet = window.attachedSheet(); sheet && presenterOf(*sheet))
         orderFront(*sheet);
 }

@@ -13,13 +13,14 @@ namespace quillbox {
 class OpenPanelPresenter;
 class WindowPresenter;
 
-// Shows the application's windows with Qt: one WindowPresenter a window, and the sizes of the style's controls.
+// Shows the application's windows with Qt: it has a WindowPresenter for each window, and knows the sizes of the style's
+// controls.
 class QtWindowDisplay final : public WindowDisplay {
 public:
     QtWindowDisplay();
     ~QtWindowDisplay() override;
 
-    // Brings all windows before those of other programs, sheets before the windows that they are on.
+    // Brings all windows in front of those of other programs, sheets in front of the windows that they are on.
     void activate();
 
     void orderFront(NSWindow& window) override;
@@ -44,7 +45,7 @@ private:
     WindowPresenter* presenterOf(const NSWindow& window) const;
     WindowPresenter& makePresenter(NSWindow& window, WindowPresenter* parent);
 
-    // A sheet is its parent's widget too, and may go with it.
+    // A sheet's widget belongs to that of its parent, and may be deleted with it.
     std::map<const NSWindow*, QPointer<WindowPresenter>> presenters_;
     ControlSizes sizes_;
     std::unique_ptr<OpenPanelPresenter> openPanels_;

@@ -20,12 +20,12 @@ namespace {
         info["CFBundleIdentifier"] = desktopId;
         if (!entry.program.empty())
             info["CFBundleExecutable"] = entry.program;
-        // All its texts are valid UTF-8, which is what it could fail for.
+        // It could fail only for texts that are not valid UTF-8, and all of these are.
         const Result<Data> bytes = PropertyList(std::move(info)).binaryData();
         return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
     }
 
-    // The entry, where it is one that may be shown and started.
+    // Returns the entry if it may be shown and started.
     std::optional<DesktopEntry> usableEntry(const DesktopEntryFile& file, const XdgEnvironment& environment,
                                             BundleState& state, UnreadSources& unread)
     {
@@ -42,7 +42,7 @@ namespace {
             return entry;
         state.watchProgram(entry->tryExec);
         const Result<std::string> program = environment.lookForProgram(entry->tryExec);
-        // Whether it is installed is not known, so neither is what the entry is for.
+        // It is not known whether the program is installed, and so not whether the entry is to be shown.
         if (!program)
             unread.add({ program.error().code, program.error().what, file.path });
         return program && !program->empty() ? std::move(entry) : std::nullopt;
@@ -101,7 +101,7 @@ void ApplicationBundles::update()
     leftBehind_ = {};
     bool isWritten = outcome.unwritten.empty();
     if (!isWritten) {
-        // The first one says enough: the others have the same reason, and names that are new each time.
+        // One error is enough: the others have the same reason, and names that are new each time.
         errors.push_back(Error::fromErrno(outcome.unwritten.front().code,
                                           "couldn't keep the applications' bundles up to date in", usual_.root()));
         BundleStore::Outcome reserve = reserve_ ? reserve_->bringTo(planned, unread) : BundleStore::Outcome();
@@ -129,7 +129,7 @@ void ApplicationBundles::update()
         for (const std::string& directory : serving_->directories())
             state_->watchOwn(directory);
     }
-    // Kept for the next start only where it tells all there is and nothing remains to be cleared away.
+    // The state is kept for the next start of the program only if everything could be read and removed.
     if (state_ && unread.errors().empty() && outcome.leftovers.empty()) {
         if (const Result<void> saved = state_->save(stateFile(*serving_)); !saved)
             errors.push_back(saved.error());

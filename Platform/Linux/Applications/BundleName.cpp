@@ -9,7 +9,7 @@ namespace quillbox {
 namespace {
 
     constexpr std::size_t kLongestFileName = 255;
-    // Leaves at least half of a file name to the title.
+    // This leaves at least half of a file name to the title.
     constexpr std::size_t kLongestDistinction = 120;
 
     std::string_view cutToFit(std::string_view text, std::size_t length)
@@ -26,7 +26,7 @@ namespace {
 std::string bundleName(std::string_view title, std::string_view distinction, std::string_view extension)
 {
     std::string name;
-    // A name that begins with a dot would be hidden; LEFT-TO-RIGHT MARK shows nothing.
+    // A name that begins with a dot would be hidden. LEFT-TO-RIGHT MARK before it is invisible.
     if (title.starts_with('.'))
         name = "\u200E";
     for (const char c : title) {
@@ -51,7 +51,7 @@ std::string BundleNames::nameIn(const std::string& directory, std::string_view t
     name = bundleName(title, desktopId, extension);
     const std::string path = path::appending(directory, name);
     const auto [entry, isFirst] = nextNumber_.try_emplace(path, 2);
-    // Long ids are cut, so that several may make the same name.
+    // Long ids are cut, so several of them may give the same name.
     if (isFirst && take_(path))
         return name;
     do {

@@ -7,16 +7,16 @@
 
 namespace quillbox {
 
-// The file name of a bundle that people know as `title` (valid UTF-8): what a file name can't have is replaced by what
-// looks like it, and the title is cut at a character's end where the whole would not fit. `distinction` is added in
-// brackets, after a blank, where another bundle has the plain name; empty for none. `extension` with its dot.
+// Returns the file name of a bundle with this title (valid UTF-8). Characters that a file name can't have are replaced
+// by similar ones, and a title that is too long is cut between two characters. `distinction`, unless it is empty, is
+// added in brackets after a blank, for a bundle whose plain name belongs to another one. `extension` includes the dot.
 std::string bundleName(std::string_view title, std::string_view distinction, std::string_view extension);
 
-// Gives the bundles of an update names, of which each is used once in its directory. With any number of bundles of one
-// title it tries three names a bundle at most: the plain one, one with the desktop id, one with a number.
+// Gives the bundles of one update names, each of which is used once in its directory. However many bundles have the
+// same title, it tries at most three names for each: the plain one, one with the desktop id, and one with a number.
 class BundleNames {
 public:
-    // Takes the path for a bundle; false where it is taken already.
+    // Reserves the path for a bundle. Returns false if it is taken already.
     using Take = std::function<bool(const std::string& path)>;
 
     explicit BundleNames(Take take) : take_(std::move(take)) { }
@@ -26,7 +26,7 @@ public:
 
 private:
     Take take_;
-    // The number that the next bundle gets whose path would be this one without a number.
+    // The number for the next bundle that needs one. The key is the path that the bundle would have without a number.
     std::unordered_map<std::string, unsigned> nextNumber_;
 };
 

@@ -18,7 +18,7 @@ namespace {
     constexpr std::string_view kFormat = "quillbox bundles 3";
     constexpr std::string_view kEnd = "end";
     constexpr std::size_t kLargestStateFile = 64 << 20;
-    // All of them, in the order they are stored.
+    // All text fields, in the order in which they are stored.
     constexpr std::string InstalledBundle::*kBundleFields[] = {
         &InstalledBundle::path,    &InstalledBundle::desktopId, &InstalledBundle::entryPath,
         &InstalledBundle::program, &InstalledBundle::title,
@@ -37,7 +37,7 @@ namespace {
         return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
     }
 
-    // Fields are ended by NUL, which no path has.
+    // Every field ends with a NUL, which no path contains.
     void append(std::string& text, std::string_view field)
     {
         text.append(field).push_back('\0');
@@ -47,7 +47,7 @@ namespace {
     public:
         explicit Fields(std::string_view text) : rest_(text) { }
 
-        // None at the end, and for a field that is cut off.
+        // Returns nothing at the end, or if a field is cut off.
         std::optional<std::string_view> next()
         {
             const std::size_t end = rest_.find('\0');
@@ -107,7 +107,7 @@ void BundleState::watchProgram(const std::string& name)
 
 bool BundleState::isCurrent() const
 {
-    // A program that can't be looked for at the moment has not changed for all that is known.
+    // A program that can't be looked for at the moment counts as unchanged.
     return std::all_of(paths_.begin(), paths_.end(),
                        [](const WatchedPath& watched) { return watched.stamp == FileStamp::of(watched.path); })
         && std::all_of(programs_.begin(), programs_.end(),

@@ -12,29 +12,31 @@
 
 namespace quillbox {
 
-// Everything that the application bundles were made from, as it was then, so that a later look can tell whether
-// anything has changed: the environment, paths and the programs that entries depend on; and the bundles that came of
-// it. It is kept on disk beside the bundles and holds for one run of the system only: after a crash the bundles are
-// looked at again. One made while something could not be read holds in memory only, until that can be opened.
+// Records everything that the application bundles were made from, so that a later look can tell whether anything has
+// changed: the environment, the paths that were read, and the programs that entries depend on. It also lists the
+// resulting bundles. It is kept on disk beside the bundles and is valid until the system is restarted: after a crash
+// the bundles are checked again. A state made while something could not be read is kept in memory only, until that can
+// be opened.
 class BundleState {
 public:
     explicit BundleState(const XdgEnvironment& environment);
 
-    // To be called before `path` is read: what changes afterwards is seen at the next look.
+    // Must be called before `path` is read, so that a change after that is noticed.
     void watch(const std::string& path);
     void watchProgram(const std::string& name);
-    // Like watch(), for what the keeper itself has just written.
+    // Like watch(), for a path that the keeper itself has just written.
     void watchOwn(const std::string& path);
-    // For what could not be read: that it can is a change.
+    // For a path that could not be read. The state is outdated as soon as it can be.
     void watchUnread(const std::string& path);
 
     bool isCurrent() const;
 
     std::vector<InstalledBundle> bundles;
 
-    // None where there is no such file, or it is damaged or of another environment or run of the system.
+    // Returns nothing if there is no such file, or if it is damaged or belongs to another environment or another start
+    // of the system.
     static std::optional<BundleState> load(const std::string& file, const XdgEnvironment& environment);
-    // Writes nothing where the file has that content already. Only for one that has read everything.
+    // Writes the file, unless it has this content already. Must not be called for a state with unread paths.
     Result<void> save(const std::string& file) const;
 
 private:

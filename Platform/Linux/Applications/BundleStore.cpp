@@ -18,7 +18,7 @@ namespace {
 
     constexpr BundleDomain kDomains[] = { BundleDomain::system, BundleDomain::local, BundleDomain::user };
     constexpr BundleKind kKinds[] = { BundleKind::application, BundleKind::preferencePane };
-    // More than file systems keep beside a file's name, so that a full disk refuses it.
+    // The trial file is larger than what file systems store beside a file's name, so a full disk refuses it.
     constexpr std::size_t kTrialSize = 8192;
 
     Result<void> makeDirectories(const std::string& directory)
@@ -72,7 +72,7 @@ BundleStore::Outcome BundleStore::bringTo(const std::vector<PlannedBundle>& plan
         for (const BundleDomain domain : kDomains) {
             const std::string path = directory(domain, kind);
             if (const Result<void> made = makeDirectories(path); !made) {
-                // Without its directory each bundle would only add a complaint of the same kind.
+                // Without its directory, every bundle would only report the same error.
                 outcome.unwritten = { made.error() };
                 return outcome;
             }

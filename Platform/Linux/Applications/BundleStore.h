@@ -14,35 +14,34 @@ namespace quillbox {
 struct PlannedBundle {
     BundleDomain domain = BundleDomain::system;
     BundleKind kind = BundleKind::application;
-    // What the file name is made from.
+    // The file name is made from the title.
     std::string title;
     std::string desktopId;
-    // The desktop entry that it stands for.
+    // The desktop entry that the bundle stands for.
     std::string entryPath;
     // The first word of the entry's Exec.
     std::string program;
     // The bytes of its Info.plist.
     std::string info;
-    // Gets the plain name where another bundle of its directory has the same title.
+    // Whether it gets the plain name if another bundle in its directory has the same title.
     bool isFirstOfItsName = false;
 };
 
-// The directories of bundles on disk, one for each domain and kind, called by the keeper of application bundles. It
-// changes what differs from the plan and touches nothing else: a bundle whose title has changed is renamed, so whoever
-// holds on to it by its identity still has it. A bundle is made under another name and then renamed, and has another
-// name before it is taken apart, so none is ever seen half made. What it finds in the directories and did not make
-// stays as it is.
+// The directories of bundles on disk, one for each domain and kind. The keeper of application bundles calls it. It
+// changes what differs from the plan and touches nothing else: a bundle whose title has changed is renamed, so that it
+// keeps its identity. A bundle is made under a hidden name and then renamed, and gets a hidden name again before it is
+// removed, so that nobody sees an incomplete one. Files in the directories that it did not make are left alone.
 class BundleStore {
 public:
-    // What became of a plan.
+    // The result of carrying out a plan.
     struct Outcome {
-        // Those that are on disk now and stand for an entry.
+        // The bundles that are on disk now and stand for an entry.
         std::vector<InstalledBundle> bundles;
-        // What kept bundles from being as planned.
+        // Why bundles are not as planned.
         std::vector<Error> unwritten;
-        // What could not be cleared away, out of everybody's sight.
+        // What could not be removed; it has a hidden name.
         std::vector<Error> leftovers;
-        // Why the store itself couldn't be read. Nothing was changed then, and the bundles are not known.
+        // Why the store itself couldn't be read. If this is set, nothing was changed and the bundles are not known.
         std::optional<Error> unread;
     };
 
@@ -51,12 +50,13 @@ public:
 
     const std::string& root() const { return root_; }
     std::string directory(BundleDomain domain, BundleKind kind) const;
-    // All six.
+    // All six directories.
     std::vector<std::string> directories() const;
 
-    // Goes on after a failure. Bundles whose entries may be among `unread` stay as they are.
+    // Makes the bundles on disk equal to the plan, and continues after a failure. Bundles whose entries may be among
+    // `unread` stay as they are.
     Outcome bringTo(const std::vector<PlannedBundle>& plan, const UnreadSources& unread) const;
-    // Tries whether a small file can be written into each of the directories.
+    // Checks whether a small file can be written into each of the directories.
     bool canBeWritten() const;
 
 private:

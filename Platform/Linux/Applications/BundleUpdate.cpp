@@ -18,7 +18,7 @@ static std::string plainName(const PlannedBundle& planned)
     return bundleName(planned.title, {}, extensionOf(planned.kind));
 }
 
-// What a bundle is matched by. NUL is in no path and no id.
+// Joins two texts into one key. NUL is in no path and no id.
 static std::string key(std::string_view place, std::string_view what)
 {
     return std::string(place).append(1, '\0').append(what);
@@ -47,7 +47,7 @@ BundleStore::Outcome BundleUpdate::run()
     return std::move(outcome_);
 }
 
-// Bundles whose entries can't be read now, and nothing else that would take their place.
+// Keeps bundles whose entries can't be read now, and drops planned ones that would take their place.
 void BundleUpdate::keepUncertain(const UnreadSources& unread)
 {
     if (unread.errors().empty())
@@ -75,7 +75,7 @@ void BundleUpdate::match(Target& target, std::size_t index)
 void BundleUpdate::matchFirstFree(Target& target, Candidates& candidates, const std::string& key)
 {
     const auto list = candidates.find(key);
-    // The first one is at the end.
+    // The list is reversed, so its last index is that of the first bundle.
     while (target.found == kNone && list != candidates.end() && !list->second.empty()) {
         if (!matched_.contains(list->second.back()))
             match(target, list->second.back());
@@ -83,7 +83,7 @@ void BundleUpdate::matchFirstFree(Target& target, Candidates& candidates, const 
     }
 }
 
-// Two bundles of a directory may stand for one entry, so those that have their name already come first.
+// Two bundles in a directory may stand for the same entry, so those that have their names already are matched first.
 void BundleUpdate::matchByName()
 {
     std::unordered_map<std::string, std::size_t> byPath;
@@ -126,8 +126,8 @@ void BundleUpdate::matchAcrossDirectories()
         matchFirstFree(target, byId, key(extensionOf(target.planned->kind), target.planned->desktopId));
 }
 
-// Who has the plain name keeps it when another bundle of that title comes: a picked application must not turn into
-// another one.
+// A bundle that has the plain name keeps it when another one with the same title is added: a picked application must
+// not turn into a different one.
 int BundleUpdate::nameRank(const Target& target) const
 {
     if (target.planned->isFirstOfItsName)
@@ -169,8 +169,8 @@ bool BundleUpdate::putAside(FoundBundle& bundle)
     return true;
 }
 
-// A bundle leaves everybody's sight whole and is taken apart there: where the system refuses to remove a part of it,
-// no dead bundle is seen.
+// A bundle is first renamed as a whole to a hidden name and then removed, so that no incomplete bundle is seen if the
+// system refuses to remove a part.
 void BundleUpdate::removeUnwanted()
 {
     for (std::size_t index = 0; index < found_.size(); ++index) {
@@ -183,7 +183,7 @@ void BundleUpdate::removeUnwanted()
     }
 }
 
-// Two bundles may change names with each other, so each one that is in the way of another goes aside first.
+// Two bundles may exchange their names, so each one that is in the way of another gets a hidden name first.
 void BundleUpdate::moveOutOfTheWay()
 {
     std::set<std::string> wanted;

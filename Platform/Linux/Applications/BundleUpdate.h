@@ -12,12 +12,12 @@
 
 namespace quillbox {
 
-// Brings one store to one plan; made and used once by BundleStore. It finds for each planned bundle the one on disk
-// that becomes it, gives all of them their names, and then removes, renames and makes. Its work grows with the number
-// of bundles, also where all of them have one title.
+// Changes one store to one plan; BundleStore makes and uses it once. For each planned bundle it finds the existing one
+// that becomes it, then gives all of them their names, and finally removes, renames and makes bundles. Its work grows
+// with the number of bundles, even if all have the same title.
 class BundleUpdate {
 public:
-    // The directory of each planned bundle is at the same index of `directories`. The plan must outlive the update.
+    // `directories` has the directory of each planned bundle at the same index. The plan must outlive the update.
     BundleUpdate(FoundBundles found, const std::vector<PlannedBundle>& plan,
                  const std::vector<std::string>& directories, const UnreadSources& unread);
 
@@ -30,12 +30,12 @@ private:
         const PlannedBundle* planned;
         std::string directory;
         std::string name {};
-        // Index of the bundle that becomes it; kNone where one has to be made.
+        // Index of the existing bundle that becomes this one; kNone if it has to be made.
         std::size_t found = kNone;
 
         std::string path() const { return directory + '/' + name; }
     };
-    // Indexes of bundles on disk by what they may be matched by.
+    // Indexes of existing bundles, by the key by which they are matched.
     using Candidates = std::unordered_map<std::string, std::vector<std::size_t>>;
 
     void keepUncertain(const UnreadSources& unread);
@@ -60,7 +60,7 @@ private:
     std::vector<Target> targets_;
     std::vector<FoundBundle> found_;
     std::set<std::size_t> matched_;
-    // Paths that no further bundle can have.
+    // Paths that no other bundle may have.
     std::set<std::string> taken_;
     unsigned nextAsideNumber_ = 0;
     BundleStore::Outcome outcome_;

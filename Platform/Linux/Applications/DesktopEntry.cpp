@@ -13,7 +13,7 @@ namespace quillbox {
 namespace {
 
     constexpr const char* kGroup = G_KEY_FILE_DESKTOP_GROUP;
-    // The largest entries of real systems, with all their translations, have about 50,000 bytes.
+    // The largest entries on real systems, with all their translations, have about 50,000 bytes.
     constexpr std::size_t kLargestFile = 1 << 20;
 
     std::string stringValue(GKeyFile* file, const char* key)
@@ -71,7 +71,7 @@ namespace {
 
 } // namespace
 
-// Whether reading failed for what the file is, which no later attempt changes.
+// Whether reading failed because of what the file is, which a later attempt would not change.
 static bool isNoEntryFile(int errorNumber)
 {
     return isAbsence(errorNumber) || errorNumber == EISDIR || errorNumber == EINVAL || errorNumber == ENXIO

@@ -59,7 +59,7 @@ namespace {
                 noteUnlessAbsent(status.error());
                 return;
             }
-            // Links may lead back up.
+            // Links may lead back to a directory above.
             if (!visited_.emplace(status->st_dev, status->st_ino).second)
                 return;
             const Result<std::vector<std::string>> names = sortedNames(folder);
@@ -78,16 +78,16 @@ namespace {
                 } else if (name.ends_with(kExtension)) {
                     addFile(path, idPrefix + name, domain, error);
                 } else if (error != 0) {
-                    // It may be a folder.
+                    // It may be a directory.
                     noteUnlessAbsent(Error::fromErrno(error, "couldn't look at", path));
                 }
             }
-            // After the files, so that of "a-b.desktop" and "a/b.desktop" the former counts.
+            // Subdirectories come after the files, so that "a-b.desktop" takes precedence over "a/b.desktop".
             for (const auto& [path, prefix] : subfolders)
                 readFolder(path, prefix, domain, depth + 1);
         }
 
-        // `error` is the number with which a look at it failed; 0 where it is there.
+        // `error` is the error number of a failed look at the file, or 0.
         void addFile(const std::string& path, const std::string& id, BundleDomain domain, int error)
         {
             if (files_.contains(id) || !unicode::isValidUTF8(id))
@@ -112,7 +112,7 @@ namespace {
         const XdgEnvironment& environment_;
         BundleState& state_;
         UnreadSources& unread_;
-        // By id. The path is empty where the entry that counts can't be looked at.
+        // The key is the desktop id. The path is empty if the entry that counts can't be looked at.
         std::map<std::string, DesktopEntryFile> files_;
         std::set<std::pair<dev_t, ino_t>> visited_;
     };

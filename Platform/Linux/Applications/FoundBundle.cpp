@@ -23,7 +23,7 @@ namespace {
         return text ? *text : std::string();
     }
 
-    // Information that is missing or damaged is made again; only what can't be read is an error.
+    // Fails only if the Info.plist can't be read; a missing or damaged one is made again.
     Result<void> readInfo(FoundBundle& bundle)
     {
         const Result<Data> bytes = readFile(infoPath(bundle.path()), kLargestInfo);
@@ -41,8 +41,8 @@ namespace {
         return {};
     }
 
-    // Whether an unfinished bundle or an empty one was there and is gone. Takes nothing that has any content of
-    // another's.
+    // Returns whether an unfinished or empty bundle was there and has been removed. A directory with content of others
+    // is not removed.
     bool removeLeftover(const std::string& bundle, BundleKind kind)
     {
         if (path::lastPathComponent(bundle).starts_with(kUnfinishedPrefix)) {

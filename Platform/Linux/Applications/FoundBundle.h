@@ -9,14 +9,14 @@
 
 namespace quillbox {
 
-// Bundles on disk: their parts, and how they are told from what others have put beside them.
+// The parts of a bundle on disk. By them a bundle is also told from what others have put beside it.
 
 std::string_view extensionOf(BundleKind kind);
-// Of the bundle's Info.plist, and of its link to the desktop entry.
+// The paths of the bundle's Info.plist, and of its link to the desktop entry.
 std::string infoPath(const std::string& bundle);
 std::string entryLinkPath(const std::string& bundle);
 
-// Bundles that are being made, moved or removed have names that begin so: file managers and menus hide them.
+// While a bundle is being made, moved or removed, its name begins like this, so that file managers and menus hide it.
 inline constexpr std::string_view kUnfinishedPrefix = ".unfinished-";
 
 // A bundle as it is on disk.
@@ -24,19 +24,19 @@ struct FoundBundle {
     BundleKind kind = BundleKind::application;
     std::string directory;
     std::string name;
-    // Empty where its information is damaged.
+    // Empty if the Info.plist is damaged.
     std::string desktopId;
     std::string entryPath;
     // The bytes of its Info.plist.
     std::string info;
-    // What that says.
+    // The title and the program in the Info.plist.
     std::string title {};
     std::string program {};
 
     std::string path() const { return directory + '/' + name; }
 };
 
-// What one of the keeper's directories holds.
+// The contents of one of the keeper's directories.
 struct FoundBundles {
     // In the order of their names.
     std::vector<FoundBundle> bundles;
@@ -44,8 +44,8 @@ struct FoundBundles {
     std::vector<std::string> others;
 };
 
-// Reads the directory and clears up what a process that was ended half-way through has left in it. Fails where
-// anything in it can't be read, so that nobody takes it for missing.
+// Reads the directory, and removes what a process that was killed half-way has left in it. Fails if anything in it
+// can't be read, so that nothing is taken for missing.
 Result<FoundBundles> readBundles(const std::string& directory, BundleKind kind);
 
 } // namespace quillbox

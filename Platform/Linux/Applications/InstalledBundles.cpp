@@ -24,7 +24,8 @@ const InstalledBundle* InstalledBundles::at(const std::string& path) const
     const Result<std::string> canonical = canonicalPath(path);
     if (!canonical)
         return nullptr;
-    // The name only says which few are worth a look; the data directory itself may be reached through a link.
+    // The name only selects a few candidates; paths may differ, since the data directory itself may be reached through
+    // a link.
     const auto [first, last] = byName_.equal_range(std::string(path::lastPathComponent(*canonical)));
     for (auto candidate = first; candidate != last; ++candidate) {
         const InstalledBundle& bundle = bundles_[candidate->second];

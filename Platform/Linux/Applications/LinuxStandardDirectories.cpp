@@ -19,10 +19,10 @@ namespace {
         return status && S_ISDIR(status->st_mode);
     }
 
-    // `usualName` is the directory in the home of those who have set none.
+    // `usualName` is the directory in the home of users who have set none.
     std::vector<URL> userDirectory(GUserDirectory directory, const char* usualName, const URL& home)
     {
-        // GLib reads the setting once, and people change it while programs run.
+        // GLib reads the setting only once, but users change it while programs run.
         g_reload_user_special_dirs_cache();
         const char* path = g_get_user_special_dir(directory);
         const URL url = path ? URL::fileURLWithPath(path) : home.appendingPathComponent(usualName);
@@ -78,7 +78,7 @@ std::vector<URL> LinuxStandardDirectories::bundleDirectories(BundleKind kind, Se
         add(BundleDomain::system);
     if (covers(domains, SearchPathDomainMask::userDomainMask)) {
         add(BundleDomain::user);
-        // Where people put program bundles and images that they have downloaded.
+        // Users put program bundles and images that they have downloaded here.
         const URL own = homeDirectory().appendingPathComponent("Applications");
         if (kind == BundleKind::application && isDirectory(own))
             urls.push_back(own);

@@ -24,7 +24,8 @@ namespace {
           "Settings", true, nullptr, nullptr, false },
         { "LXQt", { "lxqt-config.desktop" },
           "Settings", true, nullptr, nullptr, false },
-        // Its panels are marked as the program's they were made from, so only the desktop's name tells them apart.
+        // Budgie's panels still name the program from which they were derived, so only the desktop's name tells them
+        // apart.
         { "Budgie", { "budgie-control-center.desktop" },
           "X-GNOME-Settings-Panel", true, nullptr, nullptr, true },
     };
@@ -45,8 +46,8 @@ const SettingsPanels* SettingsPanels::forDesktops(const std::vector<std::string>
 
 bool SettingsPanels::isPanel(const std::string& desktopId, const DesktopEntry& entry) const
 {
-    // Asked of this desktop alone: where a session calls itself by two names, the other one's panels are for
-    // its own settings program.
+    // Only this desktop's name is asked for: if a session has two names, the panels of the other one belong to another
+    // settings program.
     if (programRank(desktopId) || !entry.isShownOn({ desktop }) || (entry.isNoDisplay && !showsNoDisplay))
         return false;
     if (key && !(entry.*key).empty() && (!keyValue || entry.*key == keyValue))

@@ -9,29 +9,30 @@ namespace quillbox {
 
 struct DesktopEntry;
 
-// How one desktop marks its settings panels and which program shows them all. The desktops are rows of a table;
-// code asks forDesktops() and then this row, and names no desktop itself.
+// How one desktop marks its settings panels, and which program shows them all. The desktops are rows of a table;
+// callers get the row from forDesktops() and name no desktop themselves.
 struct SettingsPanels {
-    // As the desktop calls itself in XDG_CURRENT_DESKTOP.
+    // The desktop's name in XDG_CURRENT_DESKTOP.
     const char* desktop;
-    // Desktop ids of its settings program, the usual one first.
+    // The desktop ids of its settings program, the usual one first.
     std::vector<const char*> programs;
-    // An entry is a panel if it has this category (null: no category makes one),
+    // An entry with this category is a panel; null means that no category makes one.
     const char* category;
-    // where set, only if its OnlyShowIn names the desktop,
+    // If true, the category counts only if the entry's OnlyShowIn names the desktop.
     bool mustNameDesktop;
-    // or if this key has this value (null: any value makes one).
+    // An entry is also a panel if this key has this value; with a null keyValue every value counts.
     std::string DesktopEntry::*key;
     const char* keyValue;
-    // Panels that the settings program alone is meant to list are NoDisplay.
+    // Whether entries with NoDisplay count. Some desktops mark panels so that only the settings program lists them.
     bool showsNoDisplay;
 
-    // The row of the first name that has one; null where the desktop has no settings panels that we know of.
+    // Returns the row of the first name that has one, or null if no settings panels are known for the desktop.
     static const SettingsPanels* forDesktops(const std::vector<std::string>& desktops);
 
-    // Does not look at Hidden or TryExec, which hold for every entry.
+    // Whether the entry is a panel. Hidden and TryExec are not considered here, since they hold for every entry.
     bool isPanel(const std::string& desktopId, const DesktopEntry& entry) const;
-    // 0 for its usual settings program, counting on for the others; none for any other entry.
+    // Returns 0 for the usual settings program of the desktop and higher numbers for the others; nothing for other
+    // entries.
     std::optional<std::size_t> programRank(const std::string& desktopId) const;
 };
 

@@ -6,7 +6,7 @@ namespace quillbox {
 
 bool UnreadSources::mayHold(const std::string& entryPath) const
 {
-    // Both are texts that the same scan makes, so that equal texts are the same place.
+    // The same scan makes both texts, so equal texts mean the same place.
     return std::any_of(errors_.begin(), errors_.end(), [&](const Error& error) {
         return entryPath == error.path || entryPath.starts_with(error.path + '/');
     });

@@ -7,14 +7,15 @@
 
 namespace quillbox {
 
-// What could not be read while desktop entries were looked for, as opposed to what was not there. Bundles that may come
-// from it must stay as they are: after a passing error the next look finds their entries again.
+// The files and directories that could not be read while desktop entries were looked for, as opposed to missing ones.
+// Bundles that may come from them must stay as they are: once they can be read again, the next look finds their
+// entries.
 class UnreadSources {
 public:
-    // `error` names the file or the directory.
+    // `error` has the path of the file or directory.
     void add(Error error) { errors_.push_back(std::move(error)); }
 
-    // Whether the desktop entry at this path is one of them or lies in one of them.
+    // Whether the desktop entry at this path is one of them, or is in one of them.
     bool mayHold(const std::string& entryPath) const;
     const std::vector<Error>& errors() const { return errors_; }
 

@@ -31,7 +31,8 @@ namespace {
         return Error { 0, error ? error->message : "couldn't be opened", std::move(path) };
     }
 
-    // A program or a directory that the child would wait for, and this process for the child.
+    // Fails if the program or its directory does not answer: the child would wait for it, and this process for the
+    // child.
     Result<void> answersInTime(const AppInfo& info)
     {
         const GLibText directory(g_desktop_app_info_get_string(info.get(), G_KEY_FILE_DESKTOP_KEY_PATH));
@@ -49,15 +50,15 @@ namespace {
     void prepareChild(gpointer homeDirectory)
     {
         setsid();
-        // This process ignores it, which a program would inherit.
+        // This process ignores the signal, and a program would inherit that.
         std::signal(SIGPIPE, SIG_DFL);
         // The directory of this process may be on a volume that is to be unmounted.
         if (homeDirectory && chdir(static_cast<const char*>(homeDirectory)) != 0)
             return;
     }
 
-    // Gives the entry changed so that it runs in a terminal. GIO could do it, but its list of terminal programs is
-    // fixed.
+    // Returns the entry changed so that it runs in a terminal. GIO can do it too, but only with a fixed list of
+    // terminal programs.
     Result<AppInfo> inTerminal(const AppInfo& info, const XdgEnvironment& environment)
     {
         const char* path = g_desktop_app_info_get_filename(info.get());
@@ -92,7 +93,7 @@ struct ApplicationLauncher::Launches : std::enable_shared_from_this<Launches> {
         if (searchPaths)
             searchPaths->bringUpToDate();
     }
-    // `file` is what the application is to open; empty for nothing.
+    // `file` is what the application is to open; empty if it is only started.
     Result<void> launch(AppInfo info, const std::string& file);
 
 private:
@@ -189,8 +190,8 @@ Result<void> ApplicationLauncher::Launches::launch(AppInfo info, const std::stri
     if (problem)
         return errorFrom(GLibError(problem), file);
     const GLibPointer<GList, g_list_free> uris(uri ? g_list_append(nullptr, uri.get()) : nullptr);
-    // The answer to an activation comes to GLib's main loop; without one nobody would be told, nor the program be
-    // started where there is no bus.
+    // The answer to an activation arrives in GLib's main loop. Without a running one nobody would be told of a failure,
+    // and the program would not be started if there is no bus.
     const bool hasMainLoop = g_main_depth() > 0;
     if (!hasMainLoop || !g_desktop_app_info_get_boolean(info.get(), "DBusActivatable"))
         return spawn(info, uris.get(), context.get(), file);
@@ -205,7 +206,7 @@ Result<void> ApplicationLauncher::Launches::spawn(const AppInfo& info, GList* ur
     const bool hasDirectory = directory && *directory.get();
     const auto flags =
         static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
-    // The child goes there before it is the program, and this process waits until it is.
+    // The child changes to this directory before it executes the program, and this process waits for that.
     const char* home = statusOfPath(g_get_home_dir()) ? g_get_home_dir() : "/";
     GError* problem = nullptr;
     if (!g_desktop_app_info_launch_uris_as_manager(info.get(), uris, context, flags, prepareChild,

@@ -11,29 +11,30 @@ namespace quillbox {
 
 class LibrarySearchPaths;
 
-// Starts programs for LinuxWorkspace as the desktop would: field codes, activation over the bus, terminal programs,
-// start-up notification. What is started lives on when this process ends, in a session of its own, and gets none of
-// its descriptors. Each call's activation token is used up by it.
+// Starts programs for LinuxWorkspace as the desktop would: with field codes, activation over the bus, terminal programs
+// and start-up notification. A started program runs in a session of its own, survives this process and gets none of its
+// descriptors. Each start uses up the activation token.
 class ApplicationLauncher {
 public:
-    // `onLateError` is told, from the event loop, of programs whose activation over the bus failed.
+    // `onLateError` is called from the event loop if activating a program over the bus has failed.
     ApplicationLauncher(XdgEnvironment environment, std::function<void(const Error&)> onLateError);
     ~ApplicationLauncher();
     ApplicationLauncher(const ApplicationLauncher&) = delete;
     ApplicationLauncher& operator=(const ApplicationLauncher&) = delete;
 
-    // `paths` are brought up to date before a program is looked for, and what is started gets the session's own. They
-    // must outlive this object; there are none by default.
+    // `paths` are brought up to date before a program is looked for, and started programs get the session's original
+    // lists. They must outlive this object. By default there are none.
     void setSearchPaths(LibrarySearchPaths* paths);
-    // `token` is what the display got with the click that asks for the next start. It serves that start alone.
+    // `token` is what the display got with the click that asks for the next start. It is valid for that start only.
     void setActivationToken(std::string token);
-    // Whether a program was started since then that tells the desktop, by the token, when it has started.
+    // Whether a program was started since setActivationToken() that will tell the desktop, by the token, when it is
+    // ready.
     bool isActivationTokenTaken() const;
 
     Result<void> startEntry(const std::string& entryPath);
-    // Starts a program that has no entry, without arguments.
+    // Starts a program that has no desktop entry, without arguments.
     Result<void> startProgram(const std::string& path);
-    // Opens a file with the user's default application for its type, a directory with the file manager.
+    // Opens a file with the user's default application for its type, or a directory with the file manager.
     Result<void> openFile(const std::string& path);
 
 private:

@@ -4,7 +4,7 @@
 
 namespace quillbox {
 
-// The beginning of an entry's Exec that runs the program at that path, whatever characters it has.
+// Returns the beginning of an Exec line that runs the program at this path, whatever characters the path has.
 std::string programForExec(const std::string& path);
 
 } // namespace quillbox

@@ -89,7 +89,7 @@ Result<GLibObject<GAppInfo>> defaultHandler(const std::string& path, const XdgEn
     const bool isFree = !inquiry || inquiry->isFreeToAsk(path);
     const bool isAskedElsewhere = isAnyApplicationOutOfReach(environment);
     if (isFree && !isAskedElsewhere) {
-        // Of the local file system: the default one starts daemons first.
+        // The local implementation is asked, because the default one would start daemons first.
         const GLibObject<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
         GError* problem = nullptr;
         GLibObject<GAppInfo> info(g_file_query_default_handler(file.get(), nullptr, &problem));

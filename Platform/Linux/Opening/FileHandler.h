@@ -10,15 +10,16 @@
 
 namespace quillbox {
 
-// The user's default application for the file or directory at the path. On a mount that may hang, the file is looked
-// at in time (MountInquiry) rather than by GIO, and its type told by its name and beginning, as GIO does.
+// Returns the user's default application for the file or directory at the path. A file on a mount that may hang is
+// looked at in bounded time (MountInquiry) instead of by GIO; its type then follows from its name and first bytes, as
+// in GIO.
 //
-// GIO looks at the program of each application that it considers. While one that is installed lies on a mount that does
-// not answer, GIO is asked in the helper process, which may not come back.
+// GIO looks at the program of each application that it considers. While an installed program lies on a mount that does
+// not answer, GIO is asked in the helper process, which may never return.
 Result<GLibObject<GAppInfo>> defaultHandler(const std::string& path, const XdgEnvironment& environment);
 
-// ETIMEDOUT where the entry, or a program that GIO looks for when it reads the entry, is on a mount that does not
-// answer. A program that is not there is no error.
+// Fails with ETIMEDOUT if the entry, or a program that GIO looks for when it reads the entry, is on a mount that does
+// not answer. A missing program is no error.
 Result<void> answersInTime(const std::string& entryPath);
 
 } // namespace quillbox

@@ -18,16 +18,17 @@ namespace quillbox {
 
 namespace {
 
-    // Longer endings are parts of a name and no types, as in "Minutes of 3. September".
+    // Longer endings are parts of a name rather than types, as in "Minutes of 3. September".
     constexpr std::size_t kLongestEnding = 16;
-    // Directories may hold thousands of made-up endings. With more than this the tables are emptied.
+    // Directories may contain thousands of made-up endings. The tables are emptied when they have more entries than
+    // this.
     constexpr std::size_t kMostSources = 4096;
 
     // Some endings of two parts, like "tar.gz", are types of their own. These are the first parts of such endings.
     constexpr std::array<std::string_view, 15> kFirstParts { "tar", "ps",  "pdf", "svg", "eps",  "epsi", "epsf", "dvi",
                                                              "xcf", "pcf", "psf", "src", "cpio", "fb2",  "img" };
 
-    // Files without an ending that are known by their whole name.
+    // Files without an ending whose whole name tells their type.
     constexpr std::array<std::string_view, 14> kWellKnownNames { "Makefile",   "makefile", "GNUmakefile", "README",
                                                                  "COPYING",    "LICENSE",  "AUTHORS",     "CREDITS",
                                                                  "INSTALL",    "NEWS",     "ChangeLog",   "TODO",
@@ -38,8 +39,8 @@ namespace {
         return std::find(kFirstParts.begin(), kFirstParts.end(), part) != kFirstParts.end();
     }
 
-    // The ending that decides a file's type, with its dot; empty where it has none. Called for every row of a listing:
-    // looks at the end of the path only.
+    // Returns the ending that decides a file's type, with its dot; empty if there is none. It is called for every row
+    // of a listing, so it looks only at the end of the path.
     std::string_view ending(std::string_view path)
     {
         const std::size_t stop = path.size() - std::min(path.size(), kLongestEnding);
@@ -48,10 +49,10 @@ namespace {
             if (dot == stop || path[--dot] == '/')
                 return {};
         } while (path[dot] != '.');
-        // The only dot of a dot file begins no ending.
+        // If the only dot begins the name, it begins no ending.
         if (dot == 0 || path[dot - 1] == '/')
             return {};
-        // First parts have 2 to 4 letters, and there is a name before them.
+        // The first part of a double ending has 2 to 4 letters and comes after a name.
         for (std::size_t length = 2; length <= 4 && length + 2 <= dot; ++length) {
             const std::size_t before = dot - length - 1;
             if (path[before] == '.' && path[before - 1] != '/' && isFirstPart(path.substr(before + 1, length)))
@@ -60,14 +61,14 @@ namespace {
         return path.substr(dot);
     }
 
-    // The theme's names for a content type, best first.
+    // Returns the theme's icon names for a content type, best first.
     std::vector<std::string> iconNames(const char* contentType)
     {
         std::vector<std::string> names;
         const GLibObject<GIcon> icon(g_content_type_get_icon(contentType));
         if (G_IS_THEMED_ICON(icon.get())) {
             for (const char* const* name = g_themed_icon_get_names(G_THEMED_ICON(icon.get())); name && *name; ++name) {
-                // Symbolic pictures have a single colour and are made for bars.
+                // Symbolic icons have a single colour and are made for toolbars.
                 if (!std::string_view(*name).ends_with("-symbolic"))
                     names.emplace_back(*name);
             }
@@ -79,7 +80,7 @@ namespace {
     {
         const GLibText type(g_content_type_guess(name.c_str(), nullptr, 0, nullptr));
         ThemedImage image { iconNames(type.get()), {} };
-        // This one is the reserve, since themes need not have a picture for every type.
+        // Themes need not have an icon for every type, so this one comes last.
         image.names.emplace_back("text-x-generic");
         return image;
     }
@@ -93,7 +94,7 @@ namespace {
     const ThemedImage kPackageImage { { "package-x-generic", "folder" }, {} };
     const ThemedImage kApplicationImage { { "application-x-executable", "package-x-generic" }, {} };
 
-    // What does not answer now may be painted the next time.
+    // A file that does not answer now may still be painted the next time.
     bool mayBeThere(const std::string& path)
     {
         const Result<struct stat> status = statusOfPath(path);
@@ -109,7 +110,7 @@ namespace {
         if (entry->icon.front() == '/')
             return mayBeThere(entry->icon) ? ImageContent(ImageFile { entry->icon }) : kApplicationImage;
         std::string name = entry->icon;
-        // Some entries name a theme's picture as if it were a file.
+        // Some entries give the name of a theme's icon with the ending of a file.
         for (const std::string_view fileEnding : { ".png", ".svg", ".xpm" }) {
             if (name.ends_with(fileEnding))
                 name.resize(name.size() - fileEnding.size());
@@ -119,10 +120,10 @@ namespace {
         return image;
     }
 
-    // The picture of all files of one ending.
+    // The icon of all files with the same ending.
     class EndingSource final : public ImageSource {
     public:
-        // `example` is a file name of that ending.
+        // `example` is a file name with that ending.
         explicit EndingSource(std::string example) : example_(std::move(example)) { }
         ImageContent content() const override { return imageOfFileNamed(example_); }
         std::string name() const override
@@ -149,7 +150,7 @@ struct FileIcons::Lookup {
     ImageContent imageOfPackage(const std::string& package) const;
 };
 
-// The picture of one path, which is looked at when it is painted.
+// The icon of one path, which is looked at when the icon is painted.
 class FileIcons::PathSource final : public ImageSource {
 public:
     PathSource(std::string_view path, std::shared_ptr<const Lookup> lookup)
@@ -191,7 +192,8 @@ FileIcons::Source FileIcons::source(std::string_view path, EntryKind kind)
     case EntryKind::directory:
         return directorySource(path);
     case EntryKind::unknown:
-        // The path alone likely decides these, so rows share a source, which looks whether it is so.
+        // In these cases the path alone most likely decides, so rows share a source, which looks at the path when it is
+        // painted.
         if (isPackageName(path::lastPathComponent(path)))
             return packageSource(path);
         if (const Source* place = placeSource(path))
@@ -296,7 +298,7 @@ ImageContent FileIcons::Lookup::imageOf(const std::string& path) const
     default:
         return imageOfType("inode/blockdevice");
     }
-    // A link's name says nothing of what it leads to.
+    // The name of a link says nothing about what it leads to.
     const Result<std::string> target = isLink ? canonicalPath(path) : path;
     const std::string end = target ? *target : path;
     const std::string name(path::lastPathComponent(end));

@@ -14,25 +14,25 @@
 
 namespace quillbox {
 
-// Gives paths their pictures for LinuxWorkspace. A file's picture follows from its name's ending alone, so all files
-// of one ending share a source and giving one is a look into a table; MIME types, themes and links are looked up by
-// the sources when they are painted. A path whose kind is not known gets a source that looks then, too.
+// Gives LinuxWorkspace the icons of paths. A file's icon follows from the ending of its name alone, so all files with
+// the same ending share a source, and a request is only a look into a table. MIME types, themes and links are looked up
+// by the sources when they are painted. A path of unknown kind gets a source that looks at the path then.
 class FileIcons {
 public:
     using EntryKind = DirectoryListing::EntryKind;
     using Source = std::shared_ptr<const ImageSource>;
-    // The desktop entry that stands behind a package; none where there is none.
+    // Returns the desktop entry of a package, or nothing if it has none.
     using EntryOfPackage = std::function<std::optional<std::string>(const std::string& path)>;
 
-    // `languages` as in XdgEnvironment: entries may name another picture in another language.
+    // `languages` is as in XdgEnvironment: an entry may name different icons in different languages.
     FileIcons(EntryOfPackage entryOfPackage, std::vector<std::string> languages);
 
     Source source(std::string_view path, EntryKind kind);
-    // To be called when desktop entries have changed. Pictures of other paths are kept.
+    // Must be called when desktop entries have changed. Only the icons of packages are forgotten.
     void dropPackages() { packages_.clear(); }
 
 private:
-    // What sources look things up with; they may outlive the table that made them.
+    // What sources need to look things up. It is shared, because sources may outlive the table that made them.
     struct Lookup;
 
     struct Hash {
@@ -50,13 +50,13 @@ private:
     Source packageSource(std::string_view path);
 
     std::shared_ptr<const Lookup> lookup_;
-    // The keys are endings with their dot, and whole names of files that are known by them.
+    // The keys are endings with their dot, and the whole names of some well-known files.
     Table files_;
-    // The same for endings that fit into a number. Nearly all do, and asking here is quicker.
+    // The sources of endings that fit into a number. Nearly all do, and this table is faster.
     std::unordered_map<std::uint64_t, Source> shortEndings_;
     // The keys are paths.
     Table packages_;
-    // The home and the XDG user directories.
+    // The home directory and the XDG user directories.
     std::vector<std::pair<std::string, Source>> places_;
     Source plainFile_;
     Source folder_;

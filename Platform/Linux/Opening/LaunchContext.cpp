@@ -19,7 +19,7 @@ QuillboxLaunchContext* cast(gpointer context)
     return G_TYPE_CHECK_INSTANCE_CAST(context, quillbox_launch_context_get_type(), QuillboxLaunchContext);
 }
 
-// The token serves as start-up id too: programs of both kinds take either.
+// The token is also the start-up id: both kinds of programs accept either.
 char* startupNotifyId(GAppLaunchContext* context, GAppInfo*, GList*)
 {
     if (cast(context)->token)
@@ -53,7 +53,7 @@ GLibObject<GAppLaunchContext> makeLaunchContext(const std::string& activationTok
 {
     gpointer object = g_object_new(quillbox_launch_context_get_type(), nullptr);
     GLibObject<GAppLaunchContext> context(G_APP_LAUNCH_CONTEXT(object));
-    // What started this process is no concern of the programs it starts.
+    // The tokens with which this process was started are not meant for programs that it starts.
     for (const char* variable : { "XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID" }) {
         if (activationToken.empty())
             g_app_launch_context_unsetenv(context.get(), variable);

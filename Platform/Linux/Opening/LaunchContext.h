@@ -8,9 +8,9 @@
 
 namespace quillbox {
 
-// The context of one start: hands the activation token of the click that asked for it to the program, in its
-// environment and, where it is activated over the bus, with the message. An empty token hands over nothing. Sets
-// `isTaken`, which outlives the start, where the program is one that tells the desktop when it has started.
+// Makes the context of one start. It passes the activation token of the click to the program, in its environment and,
+// if the program is activated over the bus, in the message. An empty token passes nothing. `isTaken` must outlive the
+// start; it is set if the program will tell the desktop when it is ready.
 GLibObject<GAppLaunchContext> makeLaunchContext(const std::string& activationToken, bool& isTaken);
 
 } // namespace quillbox

@@ -18,7 +18,7 @@ namespace quillbox {
 
 namespace {
 
-    // File systems that store an owner and a mode for each file. All others make them up, or are not known to us.
+    // File systems that store an owner and a mode for each file. Others invent them, or are unknown to us.
     constexpr std::array<std::string_view, 21> kTypesWithModes {
         "bcachefs", "btrfs", "ecryptfs", "erofs", "ext2",           "ext3",       "ext4",
         "f2fs",     "jfs",   "nfs",      "nfs4",  "nilfs2",         "overlay",    "ramfs",
@@ -36,7 +36,8 @@ namespace {
         const MountTable::Mount* mount = MountTable::current().find(mountId);
         if (!mount || std::find(kTypesWithModes.begin(), kTypesWithModes.end(), mount->type) == kTypesWithModes.end())
             return false;
-        // Sticks are mounted so, and so is what holds files of unknown origin. A home may be, and is one's own.
+        // Removable disks and file systems of unknown origin are mounted with "nosuid". The home directory may be too,
+        // but it is the user's own.
         return !mount->isNoSuid || isMountOf("/", mountId) || isMountOf(g_get_home_dir(), mountId);
     }
 
@@ -63,7 +64,7 @@ bool mayBeStarted(const std::string& path)
     const Result<FileStatus> place = lookAtFile(path);
     if (isOwn && !isWritableByOthers && place && place->mountId && keepsOwnersAndModes(*place->mountId))
         return true;
-    // GIO would look at the file for as long as it takes.
+    // GIO would look at the file without a limit of time, so one on a mount that may hang is not asked for.
     return !mountThatMayHangOn(path, LastLink::followed) && isMarkedTrusted(path);
 }
 

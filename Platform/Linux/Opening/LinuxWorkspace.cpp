@@ -20,15 +20,15 @@ namespace {
 
     constexpr std::string_view kSettingsIdentifier = "com.apple.systempreferences";
 
-    // The size of a file's icon until it is given another one. Most themes draw this one best.
+    // The size of a file's icon until another one is set. Most themes draw this size best.
     constexpr NSSize kFileIconSize { 32, 32 };
 
     struct SystemImage {
         std::string_view name;
-        // Its names in icon themes, the best one first.
+        // Its names in icon themes, best first.
         std::vector<std::string> themeNames;
         double size;
-        // Ours is shown even where the theme has one: themes' pictures of that name mean different things.
+        // Whether our own image is used even if the theme has one, because themes use the name for different meanings.
         bool prefersOwn;
     };
 
@@ -110,7 +110,7 @@ Result<void> LinuxWorkspace::startAppDir(const std::string& path)
 {
     const std::string program = path + "/AppRun";
     const Result<std::string> file = canonicalPath(program);
-    // What may not be started for its origin is shown, what can't be started is an error.
+    // A program that must not be started because of its origin is shown instead; one that can't be started is an error.
     if (file && isAccessible(*file, X_OK) && !mayBeStarted(*file))
         return launcher_.openFile(path);
     return launcher_.startProgram(program);

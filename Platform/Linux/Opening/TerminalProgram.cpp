@@ -13,11 +13,11 @@ namespace {
 
     struct TerminalProgram {
         std::string_view name;
-        // What the program wants before the command; empty where it wants nothing.
+        // The option that the program needs before the command; empty if it needs none.
         std::string_view option;
     };
 
-    // The first two ask the desktop and the system's administrator; the others are tried in this order.
+    // The first two start what the desktop and the system's administrator have chosen. All are tried in this order.
     constexpr TerminalProgram kTable[] = {
         { "xdg-terminal-exec", "" },
         { "x-terminal-emulator", "-e" },

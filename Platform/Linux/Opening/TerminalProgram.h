@@ -7,8 +7,9 @@ namespace quillbox {
 
 struct XdgEnvironment;
 
-// The beginning of a command line that runs what follows it in a terminal, quoted for an entry's Exec: the user's own
-// choice ($TERMINAL), the desktop's, else the first terminal program that is installed. None where there is none.
+// Returns the beginning of a command line that runs what follows it in a terminal, quoted for a desktop entry's Exec.
+// The terminal is the user's own choice ($TERMINAL), otherwise the desktop's, otherwise the first known one that is
+// installed. Nothing is returned if there is none.
 std::optional<std::string> terminalCommandPrefix(const XdgEnvironment& environment);
 
 } // namespace quillbox

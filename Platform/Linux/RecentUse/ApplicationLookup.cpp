@@ -10,7 +10,7 @@ ApplicationLookup::ApplicationLookup(const std::vector<InstalledBundle>& bundles
     for (const InstalledBundle& application : bundles) {
         if (application.kind != BundleKind::application)
             continue;
-        // The settings program may have a bundle under its own name too, which says more.
+        // The settings program may also have a bundle under its own name, which is more informative.
         const auto [found, isNew] = byId_.emplace(application.desktopId, &application);
         if (!isNew && application.title == ApplicationBundles::kSettingsTitle)
             continue;

@@ -25,7 +25,7 @@ std::optional<RecentUses> GnomeUseRecord::read()
     if (!bytes)
         return bytes.error().code == ENOENT ? std::optional(RecentUses()) : std::nullopt;
     pugi::xml_document document;
-    // What comes before an error is in the document all the same.
+    // If there is an error in the text, the document still has what comes before it.
     document.load_buffer_inplace(bytes->data(), bytes->size(), pugi::parse_minimal | pugi::parse_escapes);
     RecentUses uses;
     const pugi::xml_node state = document.child("application-state");

@@ -4,8 +4,8 @@
 
 namespace quillbox {
 
-// GNOME Shell's record of when applications were last seen in use, application_state: applications by desktop id.
-// Older shells keep them in a <context>.
+// GNOME Shell's record of when applications were last seen in use, application_state. It names them by desktop id.
+// Older shells keep them in a <context> element.
 class GnomeUseRecord final : public UseRecord {
 public:
     explicit GnomeUseRecord(const std::string& dataHome)

@@ -32,7 +32,7 @@ namespace {
         return value ? value->as<T>() : nullptr;
     }
 
-    // None where it is no such record. An entry that isn't understood is left out.
+    // Returns nothing if the bytes are no such record. Entries that can't be understood are left out.
     std::optional<RecentUses> usesFrom(const Data& bytes)
     {
         const Result<PropertyList> list = PropertyList::fromData(bytes);
@@ -72,7 +72,7 @@ namespace {
             .binaryData();
     }
 
-    // One thing is added at a time, so at most one is too many.
+    // Only one use is added at a time, so at most one is too many.
     void dropOldest(RecentUses& uses)
     {
         if (uses.files.size() + uses.applications.size() <= OwnUseRecord::kCapacity)

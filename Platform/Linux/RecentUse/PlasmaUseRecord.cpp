@@ -21,12 +21,13 @@ namespace {
     constexpr std::size_t kLargestCopy = 64 << 20;
     constexpr std::string_view kApplicationScheme = "applications:";
 
-    // Where a database's header says how it is written and read, and the value for a write-ahead log.
+    // The bytes of a database's header that say how it is written and read, and their values with and without a
+    // write-ahead log.
     constexpr std::size_t kFormatBytes[] = { 18, 19 };
     constexpr std::uint8_t kWithLog = 2;
     constexpr std::uint8_t kWithoutLog = 1;
 
-    // These bits of a result tell what kind it is; the others are details.
+    // These bits of a result code give its kind; the others give details.
     constexpr int kPrimaryResult = 0xff;
 
     struct CloseDatabase {
@@ -53,8 +54,8 @@ namespace {
         return result == SQLITE_OK ? std::move(owned) : nullptr;
     }
 
-    // The name of the file as SQLite takes it. Its index into the log is only mapped, so neither is made where a
-    // program that ended has left none.
+    // Returns the file name in the form that SQLite takes. The index of the log is only mapped, so neither file is
+    // created if a program that ended has left none.
     std::string uriOf(const std::string& path)
     {
         std::string uri = URL::fileURLWithPath(path).absoluteString();
@@ -69,13 +70,14 @@ namespace {
             uses.applications.push_back({ resource.substr(kApplicationScheme.size()), {}, {}, when });
     }
 
-    // Trying again won't change these: a table that isn't there has no rows, a damaged one has those before the damage.
+    // Trying again would not change these results: a missing table has no rows, and a damaged one gives the rows before
+    // the damage.
     bool isFinal(int result)
     {
         return result == SQLITE_DONE || result == SQLITE_ERROR || result == SQLITE_CORRUPT || result == SQLITE_NOTADB;
     }
 
-    // False where the rows can't be had at the moment.
+    // Returns false if the rows can't be read at the moment.
     bool addRows(sqlite3* database, const char* query, RecentUses& uses)
     {
         sqlite3_stmt* prepared = nullptr;
@@ -127,8 +129,8 @@ std::optional<RecentUses> PlasmaUseRecord::read()
     const FileStamp before = FileStamp::of(file());
     if (before == FileStamp())
         return exists(file()) ? std::nullopt : std::optional(RecentUses());
-    // While a program has it open there is a log with its index. Without them the file is all there is, but SQLite
-    // would make both beside it to read it, so a copy in memory is read in its place.
+    // While a program has the database open, there is a log with its index. Without them the file alone is complete,
+    // but SQLite would create both beside it to read it; therefore a copy in memory is read instead.
     const auto isBeingWritten = [&] {
         return exists(file() + kIndexSuffix) || FileStamp::of(file() + kLogSuffix).size > 0
             || exists(file() + kJournalSuffix);

@@ -63,7 +63,7 @@ void RecentUseIndex::merge()
     uses_.reserve(newest.size());
     for (const auto& [path, use] : newest)
         uses_.push_back(use);
-    // Uses of one moment are ordered by name, so that the order is the same every time.
+    // Uses at the same moment are ordered by path, so that the order is always the same.
     std::sort(uses_.begin(), uses_.end(),
               [](const Use& a, const Use& b) { return a.when != b.when ? a.when < b.when : *a.path < *b.path; });
     generation_ = bundles_.generation();
@@ -83,7 +83,7 @@ const InstalledBundle* RecentUseIndex::applicationAt(const std::string& path) co
     const InstalledBundle* bundle = bundles_.bundleAt(path);
     if (bundle && bundle->kind == BundleKind::application)
         return bundle;
-    // An application that was launched by its name is told by its entry.
+    // An application that was launched by its id is recorded by its desktop entry.
     const auto& all = bundles_.bundles();
     const auto found = std::find_if(all.begin(), all.end(), [&](const InstalledBundle& known) {
         return known.kind == BundleKind::application && known.entryPath == path;

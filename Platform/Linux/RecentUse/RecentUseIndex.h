@@ -15,31 +15,32 @@ namespace quillbox {
 class ApplicationBundles;
 struct InstalledBundle;
 
-// Knows what was used when on a freedesktop desktop: the shared list of recently used files, Plasma's and GNOME's
-// records, and our own of what was opened through Quillbox. Asked when a menu of recent items opens; then, and only
-// then, it reads those records that have changed. An application is its bundle's path, a file its path in a record;
-// whether anything is there is for whoever asks to find out. `bundles` must outlive it.
+// Knows what was last used when on a freedesktop desktop: from the shared list of recently used files, from the records
+// of Plasma and GNOME, and from our own record of what was opened through Quillbox. It is asked when a menu of recent
+// items opens, and reads only then those records that have changed. An application is given by its bundle's path, a
+// file by its path in a record; the caller has to find out whether anything is there. `bundles` must outlive the index.
 class RecentUseIndex final : public MetadataIndex {
 public:
-    // `onError` is told of trouble with our own record.
+    // `onError` is told of problems with our own record.
     RecentUseIndex(ApplicationBundles& bundles, std::function<void(const Error&)> onError);
 
     std::vector<std::string> pathsLastUsed(Date from, Date until) override;
 
-    // Something was opened through Quillbox: a file by its canonical path, a bundle, or an application's desktop entry.
+    // Records that something was opened through Quillbox: a file by its canonical path, a bundle, or an application's
+    // desktop entry.
     void noteOpened(const std::string& path);
 
 private:
     struct Use {
         // In seconds since 1970.
         double when;
-        // It belongs to a record or to the keeper of bundles.
+        // The text belongs to a record or to the keeper of bundles.
         const std::string* path;
     };
 
     bool refreshRecords();
     void merge();
-    // Null where `path` is no application's.
+    // Returns null if `path` does not belong to an application.
     const InstalledBundle* applicationAt(const std::string& path) const;
 
     ApplicationBundles& bundles_;
@@ -47,9 +48,9 @@ private:
     PlasmaUseRecord plasmaRecord_;
     GnomeUseRecord gnomeRecord_;
     OwnUseRecord ownRecord_;
-    // The oldest use is first. Each path is there once, with its newest moment.
+    // The oldest use comes first. Each path occurs once, with its newest moment.
     std::vector<Use> uses_;
-    // The generation of the bundles that uses_ was made with; none before that.
+    // The generation of the bundles from which uses_ was made; empty before that.
     std::optional<unsigned> generation_;
 };
 

@@ -21,7 +21,7 @@ namespace {
 
     using UtcZone = GLibPointer<GTimeZone, g_time_zone_unref>;
 
-    // Seconds since 1970; 0 where the text is no date.
+    // Returns seconds since 1970, or 0 if the text is no date.
     double momentOf(const char* text, const UtcZone& utc)
     {
         const GLibPointer<GDateTime, g_date_time_unref> moment(g_date_time_new_from_iso8601(text, utc.get()));
@@ -30,8 +30,8 @@ namespace {
             : 0;
     }
 
-    // The file name of the program that a command starts; empty where the command can't be understood. GTK puts
-    // quotes around the whole of it.
+    // Returns the file name of the program that a command starts; empty if the command can't be understood. GTK puts
+    // quotes around the whole command.
     std::string programOf(std::string command)
     {
         if (command.size() > 1 && command.front() == '\'' && command.back() == '\'')
@@ -74,11 +74,11 @@ namespace {
             const std::string name = application.attribute("name").value();
             const std::string command = application.attribute("exec").value();
             double when = momentOf(application.attribute("modified").value(), utc_);
-            // Older lists have a number in place of a date.
+            // Older lists have a number of seconds instead of a date.
             when = std::max(when, std::strtod(application.attribute("timestamp").value(), nullptr));
             if (!(when > 0))
                 return;
-            // A list has thousands of bookmarks of a few programs, so each program is kept once.
+            // A list has thousands of bookmarks with few different programs, so each program is kept only once.
             const auto [found, isNew] = applications_.try_emplace(name + '\n' + command);
             ApplicationUse& use = found->second;
             if (isNew)
@@ -88,7 +88,7 @@ namespace {
 
         UtcZone utc_ { g_time_zone_new_utc() };
         RecentUses uses_;
-        // The key is made of the name and the command.
+        // The key is the name, a line feed and the command.
         std::unordered_map<std::string, ApplicationUse> applications_;
     };
 
@@ -100,7 +100,7 @@ std::optional<RecentUses> RecentlyUsedList::read()
     if (!bytes)
         return bytes.error().code == ENOENT ? std::optional(RecentUses()) : std::nullopt;
     pugi::xml_document document;
-    // What comes before an error is in the document all the same.
+    // If there is an error in the text, the document still has what comes before it.
     document.load_buffer_inplace(bytes->data(), bytes->size(), pugi::parse_minimal | pugi::parse_escapes);
     ListReader reader;
     for (const pugi::xml_node& bookmark : document.child("xbel").children("bookmark"))

@@ -16,7 +16,7 @@ namespace quillbox {
 
 namespace {
 
-    // The small size is this part of the default one.
+    // The small size, as a fraction of the default size.
     constexpr double kSmallPart = 11.0 / 13;
     // Colours are compared by their grey, 0 to 255.
     constexpr int kDarkBelow = 128;
@@ -37,7 +37,7 @@ namespace {
 QFont ordinaryFont()
 {
     QFont font = QApplication::font();
-    // On Wayland fonts that are measured without a window may be taken for another resolution than the windows'.
+    // On Wayland, a font that is measured without a window may get another resolution than that of the windows.
     constexpr double kPointsInInch = 72;
     QFont inch = font;
     inch.setPointSizeF(kPointsInInch);

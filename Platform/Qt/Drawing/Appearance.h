@@ -13,19 +13,19 @@ class QTextDocument;
 
 namespace quillbox {
 
-// How the model's values look on this desktop. Pure; presenters and ControlSizes use it, so that what is measured
-// is what is painted.
+// These functions tell how the model's values look on this desktop. They have no side effects. Presenters and
+// ControlSizes both use them, so that what is measured is what is painted.
 
 // The desktop's font, measured for the resolution of its windows.
 QFont ordinaryFont();
-// Sizes are logical pixels; the default size and family are those of `ordinary`.
+// Sizes are in logical pixels. The default size and family are those of `ordinary`.
 QFont shownFont(const FontAttribute& font, const QFont& ordinary);
 QColor shownColour(CGColor colour, const QPalette& palette);
-// The palette's, unless that can't be read on the colour of its windows: many dark themes leave it as it is.
+// Returns the palette's link colour, unless it can't be read on the colour of windows: many dark themes don't set it.
 QColor shownLinkColour(const QPalette& palette);
-// Each edge goes to the nearest pixel, so that neighbours stay neighbours.
+// Rounds each edge to the nearest pixel, so that adjacent rectangles stay adjacent.
 QRect shownRect(NSRect rect);
-// Replaces the document's content: runs in their fonts, links in `linkColour`.
+// Replaces the document's content by the text, with each run in its font and links in `linkColour`.
 void setDocumentText(QTextDocument& document, const AttributedString& text, const QFont& font,
                      const QColor& linkColour);
 // In each paragraph that has a line wider than `width` (logical pixels) single line breaks become spaces. Places in the

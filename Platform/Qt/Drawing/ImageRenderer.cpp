@@ -23,15 +23,15 @@ namespace quillbox {
 
 namespace {
 
-    // Whoever asks for a larger picture, in pixels, has made a mistake.
+    // The largest side of a picture in pixels; a larger request is a mistake.
     constexpr double kLargestSide = 4096;
     constexpr std::size_t kLargestFile = std::size_t { 64 } << 20;
     constexpr qsizetype kKeptBytes = qsizetype { 16 } << 20;
-    // More than the rows that several open levels show at once.
+    // This is more than the rows that several open levels show at once.
     constexpr qsizetype kKeptContents = 512;
 
     struct Key {
-        // What the picture shows, see identityOf.
+        // Identifies what the picture shows, see identityOf().
         QByteArray identity;
         double width = 0;
         double height = 0;
@@ -46,14 +46,14 @@ namespace {
         }
     };
 
-    // Every opening of a menu makes sources anew. They are asked once each, and what they say decides which pixels
-    // are theirs, so that the next opening finds those of the one before.
+    // What a source has given. Sources are made anew at every opening of a menu, and each is asked once. Pixels are
+    // found by the content, so that the next opening finds those of the previous one.
     struct Content {
-        // Held so that no other source takes the address it is kept by.
+        // The image is kept alive so that no other source can get the address that is the key.
         NSImage image;
         ImageContent content;
         QByteArray identity;
-        // Nothing is known of its file at the moment, so it is asked for again the next time.
+        // Whether the file did not answer in time. If so, the source is asked again the next time.
         bool isOutOfReach = false;
     };
 
@@ -70,7 +70,7 @@ namespace {
         return everything;
     }
 
-    // Theme and palette are compared when something is painted, so that nothing has to listen while no menu is
+    // Theme and palette are compared whenever something is painted, so that nothing has to listen while no menu is
     // open.
     void dropIfThemeChanged()
     {
@@ -97,7 +97,7 @@ namespace {
         out << QByteArray::fromStdString(themed.reserveFile);
     }
 
-    // A file that was written anew is another picture.
+    // A file that was written again counts as another picture.
     void write(QDataStream& out, const ImageFile& file)
     {
         const Result<struct stat> status = statusOfPath(file.path);
@@ -119,7 +119,7 @@ namespace {
         }
     }
 
-    // The same bytes for contents that show the same picture.
+    // Returns the same bytes for all contents that show the same picture.
     QByteArray identityOf(const ImageContent& content)
     {
         QByteArray identity;
@@ -129,7 +129,6 @@ namespace {
         return identity;
     }
 
-    // Good until the next call: the cache may drop it then.
     bool isOutOfReach(const ImageContent& content)
     {
         const auto* file = std::get_if<ImageFile>(&content);
@@ -139,6 +138,7 @@ namespace {
         return !status && status.error().code == ETIMEDOUT;
     }
 
+    // The result is valid until the next call, at which the cache may drop it.
     const Content& contentOf(const NSImage& image)
     {
         if (const Content* known = kept().contents.object(image.source()); known && !known->isOutOfReach)
@@ -166,7 +166,7 @@ namespace {
         return { rect.origin.x, rect.origin.y, rect.size.width, rect.size.height };
     }
 
-    // The largest rectangle of `picture`'s proportions inside `room`, centred.
+    // Returns the largest rectangle with the proportions of `picture` inside `room`, centred.
     QRectF fitted(QSizeF picture, QSizeF room)
     {
         const QSizeF size = picture.scaled(room, Qt::KeepAspectRatio);
@@ -175,7 +175,8 @@ namespace {
 
     bool paintFile(QPainter& painter, const std::string& path, QSizeF room, double devicePixelRatio)
     {
-        // Pipes and devices, which it could wait for, are refused, and so is what does not answer in time.
+        // readFile() refuses pipes and devices, for which a plain read could wait, and gives up on a mount that does
+        // not answer.
         const Result<Data> contents = readFile(path, kLargestFile);
         if (!contents)
             return false;
@@ -192,7 +193,7 @@ namespace {
         reader.setDecideFormatFromContent(true);
         const QSize natural = reader.size();
         const QSizeF inPixels = room * devicePixelRatio;
-        // Large photographs are scaled while they are decoded.
+        // Large photographs are already scaled while they are decoded.
         if (natural.width() > 2 * inPixels.width() && natural.height() > 2 * inPixels.height())
             reader.setScaledSize(natural.scaled((inPixels * 2).toSize(), Qt::KeepAspectRatio));
         const QImage image = reader.read();
@@ -218,8 +219,8 @@ namespace {
     QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
                    const QColor& templateColour, const std::optional<QRectF>& part = std::nullopt);
 
-    // The layer's pixels where it is shown `size` large. Of a part, only that is painted, straight from the
-    // picture's content at the scale at which it is shown.
+    // Returns the layer's pixels for a display of `size`. If only a part of the picture is shown, only that is painted,
+    // straight from the picture's content and at the scale of the display.
     QPixmap layerPixmap(const DrawnImage::Layer& layer, QSizeF size, double devicePixelRatio,
                         const QColor& templateColour)
     {
@@ -266,7 +267,7 @@ namespace {
         return isAnythingPainted;
     }
 
-    // Draws that part of the image, in points of its size, or all of it.
+    // Draws this part of the image, given in points of its size, or all of it.
     QPixmap render(const NSImage& image, const ImageContent& content, double devicePixelRatio,
                    const QColor& templateColour, const std::optional<QRectF>& part)
     {
@@ -301,16 +302,16 @@ QPixmap ImageRenderer::pixmap(const NSImage& image, double devicePixelRatio, con
         return {};
     dropIfThemeChanged();
     const Content& content = contentOf(image);
-    // What a picture is drawn of may be a template itself.
+    // A drawing may contain templates.
     const bool usesColour = image.isTemplate() || std::holds_alternative<DrawnImage>(content.content);
     const Key key { content.identity, image.size().width, image.size().height, devicePixelRatio,
                     usesColour ? templateColour.rgba() : 0 };
     if (const QPixmap* known = kept().pixels.object(key))
         return *known;
     const bool isKept = !content.isOutOfReach;
-    // A copy, since drawing may ask other sources.
+    // The content is copied, since drawing may ask other sources.
     QPixmap rendered = render(image, ImageContent(content.content), devicePixelRatio, templateColour);
-    // An image that can't be found is remembered too: it would be looked for at every paint.
+    // The result is kept even if the image could not be found, or it would be looked for at every paint.
     const qsizetype cost = 256 + static_cast<qsizetype>(rendered.width()) * rendered.height() * 4;
     if (isKept)
         kept().pixels.insert(key, new QPixmap(rendered), cost);

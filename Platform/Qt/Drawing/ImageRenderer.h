@@ -7,13 +7,12 @@
 
 namespace quillbox {
 
-// Turns images of the model into pixels. Sources that were painted lately are not asked again what they show. Pixels
-// are kept by what is shown, whichever source said so, with its size and scale, up to a bound; they are dropped when
-// the icon theme or the palette changes.
+// Turns images of the model into pixels. Pixels are kept up to a bound, by the content that is shown, its size and the
+// scale. They are dropped when the icon theme or the palette changes.
 class ImageRenderer {
 public:
-    // `image` at its own size (points) times `devicePixelRatio`. A template is drawn in `templateColour`.
-    // A null pixmap where the image is empty or nothing of it can be found.
+    // Returns `image` at its own size (in points) times `devicePixelRatio`. A template is drawn in `templateColour`.
+    // The pixmap is null if the image is empty or none of it can be found.
     static QPixmap pixmap(const NSImage& image, double devicePixelRatio, const QColor& templateColour);
     static void dropAll();
 };

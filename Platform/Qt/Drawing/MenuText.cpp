@@ -26,7 +26,8 @@ namespace {
         }
     }
 
-    // Case folded, composed forms and compatibility variants taken apart, accents left out.
+    // Returns the text with case folded, compatibility variants and composed characters decomposed, and accents
+    // removed.
     QString folded(const QString& text)
     {
         QString result;
@@ -62,7 +63,7 @@ QString toolTipMarkup(const QString& text)
     const QStringList lines = text.split(QChar('\n'));
     const bool isShort =
         std::all_of(lines.begin(), lines.end(), [](const QString& line) { return line.size() <= kLongestToolTipLine; });
-    // Told that it may wrap, the toolkit makes even short texts narrow.
+    // If told that it may wrap, the toolkit makes even short texts narrow.
     if (isShort)
         return QStringLiteral("<p style='white-space:pre'>") + text.toHtmlEscaped() + QStringLiteral("</p>");
     QString broken;
@@ -84,7 +85,7 @@ bool TitlePrefix::matches(const NSMenuItem& item) const
 {
     const std::string attributed = item.attributedTitle() ? item.attributedTitle()->string() : std::string();
     const std::string& title = item.attributedTitle() ? attributed : item.title();
-    // Most titles are told apart by their first plain letters; the rest is folded, and no more than can matter.
+    // Most titles differ in their first plain letters. Only the others are folded, and no more of them than can matter.
     const auto compared = std::min(title.size(), static_cast<std::size_t>(folded_.size()));
     for (std::size_t i = 0; i < compared; ++i) {
         const auto byte = static_cast<unsigned char>(title[i]);

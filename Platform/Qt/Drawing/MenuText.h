@@ -7,22 +7,23 @@
 
 namespace quillbox {
 
-// The text of menu rows as it is shown. Pure; the painter, type-ahead, tool tips and descriptions use it.
+// These functions tell how the text of menu rows is shown. They have no side effects. The painter, type-ahead, tool
+// tips and descriptions use them.
 
-// `title` on one line: line breaks and other control characters become visible signs. Titles past what any
-// screen can show are cut in the middle.
+// Returns `title` on one line: line breaks and other control characters become visible characters. A title longer than
+// any screen can show is cut in the middle.
 QString shownOnOneLine(const std::string& title);
 
-// The lines of a row, at least one: those of the attributed title where there is one, else the title on one
+// Returns the lines of a row, at least one: those of the attributed title if there is one, otherwise the title on one
 // line.
 QStringList shownLines(const NSMenuItem& item);
 
-// `text` as QToolTip shows it letter by letter: marks of rich text mean nothing, and words as long as a path
-// can be broken.
+// Returns `text` in a form that QToolTip shows literally: mark-up has no effect, and words as long as a path can be
+// wrapped.
 QString toolTipMarkup(const QString& text);
 
-// Whether a title begins with what was typed, case and accents ignored. Made once a search; asking costs a
-// few steps for most titles.
+// Tells whether titles begin with what was typed; case and accents are ignored. One is made for each search, and most
+// titles take only a few steps.
 class TitlePrefix {
 public:
     explicit TitlePrefix(const QString& typed);

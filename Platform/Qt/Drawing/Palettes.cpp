@@ -11,9 +11,10 @@ namespace quillbox {
 
 namespace {
 
-    // What people who ask for strong contrast get at least; 7 is the guidelines' best grade.
+    // The least contrast ratio for users who ask for strong contrast. The best grade of the Web Content Accessibility
+    // Guidelines asks for 7.
     constexpr double kHighContrast = 15;
-    // Of what can't be used: the part that the text's colour keeps, the rest is the background's.
+    // Disabled text is a mixture of its colour and the background's; this is the share of the text's colour.
     constexpr double kDisabledPart = 0.5;
 
     struct Colours {
@@ -108,8 +109,9 @@ ColourWish wishOfGtkTheme(const QString& name)
 {
     if (name.isEmpty())
         return {};
-    // A theme that is not dark is no wish: the person may have chosen dark colours for the toolkit alone.
-    // "Adwaita-dark", "Yaru-blue-dark", "Arc-Dark", "Adwaita:dark", "Mint-Y-Dark-Aqua".
+    // Dark themes have names such as "Adwaita-dark", "Yaru-blue-dark", "Arc-Dark", "Adwaita:dark" and
+    // "Mint-Y-Dark-Aqua". A theme that is not dark is no wish for light colours, since the user may have chosen dark
+    // ones for the toolkit alone.
     const QStringList parts = QString(name).replace(u':', u'-').replace(u'_', u'-').split(u'-');
     const bool hasHighContrast = name.startsWith(QLatin1String("HighContrast"));
     const bool isDark =

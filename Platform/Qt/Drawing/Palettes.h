@@ -8,10 +8,10 @@
 
 namespace quillbox {
 
-// Palettes for desktops whose colours the toolkit does not know, or stops following. Pure, but for the files that are
-// named.
+// Palettes for desktops whose colours the toolkit does not know or stops following. The functions have no side effects;
+// plasmaPalette() and iconThemeFor() read files.
 
-// What the desktop wants of colours, as far as it says so.
+// What the desktop asks for, as far as it does.
 struct ColourWish {
     std::optional<bool> isDark;
     bool isHighContrast = false;
@@ -20,22 +20,25 @@ struct ColourWish {
 
 // Whether the palette's windows are darker than the text on them.
 bool isDark(const QPalette& palette);
-// From 1 to 21, as the guidelines for readable contents of the web measure it. Transparency is not looked at.
+// Returns the contrast ratio of two colours as the Web Content Accessibility Guidelines define it, from 1 to 21.
+// Transparency is ignored.
 double contrast(const QColor& one, const QColor& other);
 
-// The palette to set where `given` is not as wished; none where it is.
+// Returns the palette to set if `given` is not as wished; nothing if it is.
 std::optional<QPalette> paletteFor(ColourWish wish, const QPalette& given);
 
-// What the name of a GTK theme says of its colours.
+// Returns what the name of a GTK theme says about its colours.
 ColourWish wishOfGtkTheme(const QString& name);
 
-// The colours in a settings file of Plasma (kdeglobals); none where it names none, since the desktop's own then hold.
+// Returns the colours in a settings file of Plasma (kdeglobals). Nothing is returned if the file names none; the
+// desktop's default colours apply then.
 std::optional<QPalette> plasmaPalette(const QString& file);
-// Whether they are the same where a person sees it: in windows, lists, buttons and what is selected.
+// Whether the palettes are the same in what users see: windows, lists, buttons and selected items.
 bool looksLike(const QPalette& one, const QPalette& other);
 
-// The icon theme beside `theme` whose symbols can be read on dark, or on light, windows: themes of symbols come in
-// pairs such as "breeze" and "breeze-dark". `theme` itself where it has no such sibling in `directories`.
+// Returns the icon theme related to `theme` whose symbols can be read on dark (or light) windows: such themes come in
+// pairs, for example "breeze" and "breeze-dark". It is `theme` itself if there is no such related theme in
+// `directories`.
 QString iconThemeFor(const QString& theme, bool isDark, const QStringList& directories);
 
 } // namespace quillbox

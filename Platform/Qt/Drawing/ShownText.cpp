@@ -15,7 +15,8 @@ namespace quillbox {
 
 namespace {
 
-    // Signs that the font has to borrow from another one may be higher than its own; the layout knows.
+    // The layout is asked for the size, because characters that are taken from another font may be higher than this
+    // font.
     QSizeF layOutLine(QTextLayout& layout)
     {
         QTextOption option;
@@ -68,7 +69,7 @@ void ShownText::paint(QPainter& painter, const QRect& rect, const QColor& colour
         context.palette.setColor(QPalette::Text, colour);
         lines_->documentLayout()->draw(&painter, context);
     } else {
-        // A line drawn with signs goes on to the edge; of words it is told that there are more.
+        // A line that is drawn with symbols continues to the edge; one with words ends in an ellipsis.
         const bool hasWords =
             std::any_of(line_.begin(), line_.end(), [](QChar sign) { return sign.isLetterOrNumber(); });
         const QFontMetricsF metrics(font_);

@@ -14,8 +14,8 @@ class QPainter;
 
 namespace quillbox {
 
-// A label's text, laid out to be measured or painted: either one line, which is cut off with an ellipsis, or as
-// many as it needs in a width. A value without a look at any widget.
+// A label's text, laid out to be measured or painted: either one line, which is cut off with an ellipsis, or as many
+// lines as it needs within a width. It depends on no widget.
 class ShownText {
 public:
     ShownText(const AttributedString& text, const QFont& font, bool isOneLine, const QColor& linkColour = {});
@@ -29,7 +29,7 @@ public:
 
 private:
     QFont font_;
-    // The text where it is on one line.
+    // The text, if it is on one line.
     QString line_;
     bool reflows_ = false;
     std::unique_ptr<QTextDocument> lines_;

@@ -8,23 +8,23 @@
 
 namespace quillbox {
 
-// The status item's picture in the forms that hosts want it: a name of the icon theme, so that the host
-// draws it in its own colours and sizes, and pixels as the reserve.
+// The status item's image in the forms that hosts want: a name in the icon theme, so that the host draws it in its own
+// colours and sizes, and pixels in case the host can't.
 class StatusIcon {
 public:
-    // `image` is drawn wherever pixels are asked for.
+    // `image` is drawn whenever pixels are asked for.
     explicit StatusIcon(NSImage image);
 
-    // The theme name, empty where no theme here has the icon: a host can't find it then either.
+    // The name in the icon theme; empty if no theme here has the icon, since a host would not find it either.
     const QString& themeName() const { return themeName_; }
-    // The directory a host has to search besides its own; empty where the icon is installed.
+    // A directory that a host has to search in addition to its own; empty if the icon is installed.
     const QString& themePath() const { return themePath_; }
 
-    // A square of `size` logical pixels.
+    // Returns a square of `size` logical pixels.
     QPixmap pixmap(int size, double devicePixelRatio, const QColor& templateColour) const;
 
-    // The colour for panels whose own is unknown. It stands out by 3.8:1 from a usual light one (#f6f5f4) and from a
-    // usual dark one (#202020), and no colour stands out more from both.
+    // The colour for panels whose colours are unknown. Its contrast is 3.8:1 to a usual light panel (#f6f5f4) and to a
+    // usual dark one (#202020); no colour has more to both.
     static QColor neutralColour() { return { 123, 123, 123 }; }
 
 private:

@@ -7,30 +7,30 @@
 
 namespace quillbox {
 
-// What com.canonical.dbusmenu sends and takes.
+// The types that com.canonical.dbusmenu sends and takes, with their D-Bus signatures.
 
-// A row with the rows below it: (ia{sv}av).
+// A row and the rows below it: (ia{sv}av).
 struct DBusMenuLayout {
     int id = 0;
     QVariantMap properties;
     QList<DBusMenuLayout> children;
 };
 
-// A row's properties without its children: (ia{sv}).
+// The properties of a row without its children: (ia{sv}).
 struct DBusMenuProperties {
     int id = 0;
     QVariantMap properties;
 };
 using DBusMenuPropertiesList = QList<DBusMenuProperties>;
 
-// Names of properties that a row has lost: (ias).
+// The names of properties that a row no longer has: (ias).
 struct DBusMenuRemoved {
     int id = 0;
     QStringList names;
 };
 using DBusMenuRemovedList = QList<DBusMenuRemoved>;
 
-// What a host says happened to a row: (isvu).
+// An event on a row, as a host reports it: (isvu).
 struct DBusMenuEvent {
     int id = 0;
     QString name;
@@ -48,7 +48,7 @@ const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuRemoved& item);
 QDBusArgument& operator<<(QDBusArgument& out, const DBusMenuEvent& event);
 const QDBusArgument& operator>>(const QDBusArgument& in, DBusMenuEvent& event);
 
-// Before any of them is sent or received.
+// Must be called before any of these types is sent or received.
 void registerDBusMenuTypes();
 
 } // namespace quillbox

@@ -17,10 +17,11 @@ namespace {
 
     using Kind = ExportedRow::Kind;
 
-    // Hosts scale pictures down to their menus' icons; one of this many times its size stays sharp.
+    // Hosts scale pictures down to the size of icons in their menus; one of this many times that size stays sharp.
     constexpr double kPictureScale = 2;
 
-    // Where no theme here has any of the names, the host's may: most themes have pictures for groups of types.
+    // Returns the name to send if no theme here has any of the names. The host's theme may have one: most themes have
+    // icons for groups of types.
     QString nameForOtherThemes(const std::vector<std::string>& names)
     {
         const auto group = std::find_if(names.begin(), names.end(),
@@ -29,7 +30,7 @@ namespace {
         return likely == names.end() ? QString() : QString::fromStdString(*likely);
     }
 
-    // Looks each source up once a level: most rows share a few.
+    // Looks each source up once for a level, because most rows share a few.
     class IconsOfLevel {
     public:
         void describe(const NSImage& image, ExportedRow& row)
@@ -93,7 +94,7 @@ namespace {
         }
     }
 
-    // A row for each part of the items from `begin` to `end`. The last one takes what is left.
+    // Appends a row for each part of the items from `begin` to `end`. The last one gets the remainder.
     void appendMoreRows(std::vector<ExportedRow>& rows, const NSMenu::ItemArray& items, std::size_t begin,
                         std::size_t end)
     {

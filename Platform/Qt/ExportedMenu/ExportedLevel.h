@@ -8,18 +8,19 @@
 
 namespace quillbox {
 
-// What a host is given of an open menu of the model. Pure, but for looking up icons.
+// These functions make the copies of an open menu that hosts get. They have no side effects, except that icons are
+// looked up.
 
 ExportedRow::Kind exportedKind(const NSMenuItem& item);
 QString exportedTitle(const NSMenuItem& item);
 
-// How many items a level shows before rows end it that go on with as many others each: panels take a noticeable time
-// and much memory for each row. Levels go on beside each other and not one inside the other, because hosts that unfold
-// them in one column have no room for many.
+// How many items a level shows. After them it ends in rows that each lead to as many further items, because panels take
+// noticeable time and much memory for each row. These rows are beside each other, not one inside the other, because
+// hosts that unfold levels in one column have no room for many.
 inline constexpr std::size_t kItemsPerExportedLevel = 200;
 
-// The rows of the level that hangs on `super`: items of `menu`, from `super.place` where that is a row that goes on
-// with a level.
+// Returns the rows of the level below `super`: the items of `menu`, beginning with `super.place` if `super` is one of
+// the rows that lead to further items.
 std::vector<ExportedRow> exportedLevel(const NSMenu& menu, const ExportedRow& super);
 
 } // namespace quillbox

@@ -13,7 +13,7 @@ namespace {
     constexpr int kRoot = ExportedTree::kRoot;
     using Kind = ExportedRow::Kind;
 
-    // Levels that were opened on the way to another one: whatever the host says of them next is news.
+    // For levels that were opened on the way to another one: any later announcement of them is a new one.
     constexpr unsigned kByAll = ~0U;
 
     bool contains(const std::vector<int>& ids, int id)
@@ -60,7 +60,7 @@ bool ExportedMenu::announce(const std::vector<int>& ids, Announcement by)
 {
     if (NSAlert::isAnyRunning()) {
         if (contains(ids, kRoot))
-            NSApplication::shared().activate(true); // It wants its answer first.
+            NSApplication::shared().activate(true); // The alert waits for its answer.
         return false;
     }
     settleClosing();
@@ -127,7 +127,7 @@ bool ExportedMenu::joinsOpening(int id, Announcement by)
     return true;
 }
 
-// Opens the level of `id` anew, and those above it that are not open. The id below which rows are to be read.
+// Opens the level of `id` again, and those above it that are not open. Returns the id below which rows are to be read.
 std::optional<int> ExportedMenu::open(int id, Announcement by)
 {
     if (!tree_.contains(id))
@@ -149,7 +149,7 @@ std::optional<int> ExportedMenu::open(int id, Announcement by)
     return changed;
 }
 
-// Opens the level of a row of the deepest open one.
+// Opens the level of a row in the deepest open level.
 bool ExportedMenu::openLevel(int id)
 {
     const ExportedRow& row = tree_.row(id);
@@ -285,7 +285,7 @@ void ExportedMenu::perform(const Choice& choice)
         isThere = isOpen || openSubmenu(level, step);
     }
     const auto item = isThere ? itemAt(choice.steps.size() - 1, choice.steps.back()) : nullptr;
-    // The action may bring the host back here, so nothing may be open in this object's eyes by then.
+    // The action may make the host call this object again, which must consider everything closed by then.
     for (const OpenLevel& level : open_)
         if (level.id != kRoot)
             closed_.push_back(level.id);

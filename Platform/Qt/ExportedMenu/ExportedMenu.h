@@ -12,53 +12,52 @@
 
 namespace quillbox {
 
-// A menu of the model as a host shows it that draws menus itself. Hosts speak of rows by id, announce levels
-// in any order, twice or not at all, keep copies, and click rows of menus that have closed; this object
-// makes orderly openings, closings and choices of a MenuTracking out of it. One branch of levels is open in
-// the model at a time.
+// A menu of the model, as seen by a host that draws menus itself. Hosts refer to rows by id, announce levels in any
+// order, twice or not at all, keep copies, and click rows of menus that have closed; this object translates that into
+// well-ordered openings, closings and choices of a MenuTracking. Only one branch of levels is open in the model at a
+// time.
 //
 // It keeps the two menus alive, and items only through menus that are open. MenuExporter puts it on the bus.
 class ExportedMenu {
 public:
-    // Where `menu` is empty once it was brought up to date, `reserve` (may be null) is shown in its place.
+    // If `menu` is still empty after it was updated, `reserve` (which may be null) is shown in its place.
     ExportedMenu(std::shared_ptr<NSMenu> menu, std::shared_ptr<NSMenu> reserve);
 
     const ExportedTree& tree() const { return tree_; }
 
-    // Gives the root its rows by one opening and closing of the model, for hosts never ask an empty menu
-    // anything. True where the rows are others than before. Nothing happens while the host has the menu open;
-    // while an alert runs or the menu is shown in another way, filling falls due.
+    // Gives the root its rows by opening and closing the model's menu once, because hosts never ask an empty menu for
+    // anything. Returns true if the rows have changed. Nothing happens while the host has the menu open. While an alert
+    // runs or the menu is shown in another way, the filling is put off and becomes due.
     bool fill();
-    // Whether a filling had to be put off.
+    // Whether a filling was put off.
     bool isFillDue() const { return isFillDue_; }
     bool isFilled() const { return isFilled_; }
-    // The host is gone, or the menu is about to be shown in another way.
+    // Must be called when the host is gone, or before the menu is shown in another way.
     void close();
 
-    // What hosts say. Ids that are not contained mean nothing.
+    // The functions below take what hosts say. Unknown ids are ignored.
 
-    // A level is announced by asking whether it changes before it is shown, by saying that it was opened, or
-    // by both in either order, which is one opening; the same again is another one.
+    // The ways in which a host announces a level: by asking whether it changes before it is shown, or by saying that it
+    // was opened. Both, in either order, are one opening; the same one again is another opening.
     enum class Announcement : unsigned { aboutToShow = 1, opened = 2 };
-    // Levels of one announcement are opened one after another; none of them takes another one's rows away.
-    // True where this opening gave the root other rows.
+    // Opens the levels of one announcement one after another; none of them removes the rows of another. Returns true if
+    // this opening gave the root other rows.
     bool announce(const std::vector<int>& ids, Announcement by);
-    // What a host hides that shows all levels in one column with room for `roomForRows` rows: the rows beside the way
-    // to the deepest level that it has open, where it has not room for all.
+    // Returns the rows that a host hides if it shows all levels in one column with room for `roomForRows` rows: those
+    // beside the way to its deepest open level, if there is no room for all.
     std::vector<int> besideOpenLevels(std::size_t roomForRows) const;
-    // Whether the level of that row is open, and was announced in the other way, so that this announcement adds
-    // nothing.
+    // Whether the level of that row is open and was announced in the other way, so that this announcement adds nothing.
     bool joinsAnother(int id, Announcement by) const;
     // Whether an announcement of that row would show a level.
     bool canOpen(int id) const;
-    // The menus of the model stay open for kClickWait, for a click may follow.
+    // The host has closed this level. The model's menus stay open for kClickWait, because a click may follow.
     void closed(int id);
 
-    // A host has called, whatever it asked or told. Not all hosts say that the menu was dismissed: one that has nothing
-    // open below the top level, and then is silent for kSilence, has closed it.
+    // Must be called for every call from the host. Not all hosts say that the menu was dismissed: one that has nothing
+    // open below the top level, and is then silent for kSilence, has closed it.
     void heard();
 
-    // The way to a row, which is good even when the rows are gone by the time it is clicked.
+    // The way to a row. It can still be followed if the rows have gone by the time that it is clicked.
     struct Choice {
         struct Step {
             int id;
@@ -66,27 +65,26 @@ public:
             QString title;
             std::size_t place;
         };
-        // Rows of the model from the top level to the chosen one; empty where nothing can be chosen.
+        // Rows of the model from the top level to the chosen one; empty if nothing can be chosen.
         std::vector<Step> steps;
     };
     Choice choice(int id) const;
-    // Closes the menus and runs the action; opens what has to be opened first. Nothing is run where another
-    // row is in one of the places by now. May return after the end of this object.
+    // Opens what has to be opened first, closes the menus and runs the action. Nothing is run if another row has taken
+    // one of the places in the meantime. This object may have been destroyed when the call returns.
     void perform(const Choice& choice);
 
     static constexpr std::chrono::milliseconds kClickWait { 1000 };
     static constexpr std::chrono::milliseconds kSilence { 5000 };
 
-    // Called once after each announcement that gave hosts something to read, with the id of the row below
-    // which it all is.
+    // Called once after each announcement that changed rows, with the id of the row below which all changes are.
     std::function<void(int id)> onLayoutChanged;
-    // Called before the model's menu is opened at the top.
+    // Called before the model's top menu is opened.
     std::function<void()> onWillOpen;
-    // Whether the model's menu is open in another way, which no filling may disturb.
+    // Returns whether the model's menu is open in another way, which a filling must not disturb.
     std::function<bool()> isShownElsewhere;
 
 private:
-    // A level that is open in the model, or, with `isMore`, the part of the one before that it goes on with.
+    // A level that is open in the model, or, with `isMore`, a continued part of the level before it.
     struct OpenLevel {
         int id;
         bool isMore;
@@ -111,11 +109,11 @@ private:
     ExportedTree tree_;
     bool isFilled_ = false;
     bool isFillDue_ = false;
-    // From the root down, each below the one before.
+    // From the root downwards; each level is below the one before it.
     std::vector<OpenLevel> open_;
-    // Levels that closed and whose rows the host may still click; dropped at the next opening.
+    // Levels that were closed, but whose rows the host may still click. They are removed at the next opening.
     std::vector<int> closed_;
-    // The topmost level that the host has closed, while a click may follow.
+    // The topmost level that the host has closed, as long as a click may follow.
     std::optional<int> closing_;
     std::unique_ptr<Clock::Timer> closingTimer_;
     std::unique_ptr<Clock::Timer> silenceTimer_;

@@ -10,25 +10,26 @@
 
 namespace quillbox {
 
-// One row as a host shows it: a copy, so that the model's items can go.
+// One row as a host shows it. It is a copy, so that the model's items can be released.
 struct ExportedRow {
     enum class Kind {
-        text, // Disabled.
+        text, // Shown disabled.
         item,
-        submenu, // Opens, has no action.
+        submenu, // Opens a level and has no action.
         submenuWithAction,
         separator,
-        openSuper, // Begins a level in place of a click on the row that the level hangs on.
-        more, // One of those that end a long level; the level below it goes on.
+        openSuper, // Begins a level, in place of a click on the row to which the level belongs.
+        more, // Ends a long level; the level below this row continues it.
     };
 
     Kind kind = Kind::text;
-    // The whole title on one line, as it is read; what hosts are given may be cut.
+    // The whole title on one line. Hosts may be given a shortened one.
     QString title;
-    // A name of the icon theme; where there is none, a picture as PNG.
+    // A name in the icon theme; if there is none, a picture as PNG.
     QString iconName;
     QByteArray iconData;
-    // Index of the item in the model's menu; of `more`, of the first item below it, which `count` items go on from.
+    // The index of the item in the model's menu. For `more`, the index of the first item below the row, and the number
+    // of items there.
     std::size_t place = 0;
     std::size_t count = 0;
     // None for a row without a check mark.
@@ -38,8 +39,8 @@ struct ExportedRow {
     bool looksLike(const ExportedRow& other) const;
 };
 
-// The rows that hosts know, each with an id that no other row ever gets. Rows that look the same when their
-// level is listed again keep their ids. The root has the id 0 and is always there.
+// The rows that hosts know. An id is never used for another row; rows that look the same when their level is listed
+// again keep their ids. The root has the id 0 and always exists.
 class ExportedTree {
 public:
     static constexpr int kRoot = 0;
@@ -48,19 +49,19 @@ public:
 
     bool contains(int id) const { return nodes_.contains(id); }
 
-    // Of an id that is contained:
+    // These must be called only with an id that is contained.
     const ExportedRow& row(int id) const { return nodes_.at(id).row; }
     int parent(int id) const { return nodes_.at(id).parent; }
     const std::vector<int>& children(int id) const { return nodes_.at(id).children; }
-    // From the root to `id`, both included.
+    // Returns the ids from the root to `id`, both included.
     std::vector<int> path(int id) const;
-    // Replaces the level below `id`. Rows that are gone go with all below them. True where the level is
-    // another than before.
+    // Replaces the level below `id`. Rows that are gone are removed with everything below them. Returns true if the
+    // level has changed.
     bool setChildren(int id, std::vector<ExportedRow> rows);
     void removeChildren(int id);
 
     int commonAncestor(int id, int other) const;
-    // Every row, each before those below it.
+    // Returns all ids, each before those below it.
     std::vector<int> allIds() const;
 
 private:

@@ -19,7 +19,7 @@ namespace {
     using Kind = ExportedRow::Kind;
     using Announcement = ExportedMenu::Announcement;
 
-    // What a property that was not sent stands for.
+    // The values of properties that are not sent.
     const QVariantMap& defaultProperties()
     {
         static const QVariantMap defaults {
@@ -78,12 +78,12 @@ namespace {
         return properties;
     }
 
-    // What one GetLayout asks for.
+    // The arguments of one GetLayout call.
     struct LayoutRequest {
         MenuHostKind host;
         QStringList names;
 
-        // A negative depth has no end.
+        // A negative depth means no limit.
         DBusMenuLayout layout(const ExportedTree& tree, int id, int depth) const
         {
             DBusMenuLayout result { id, onlyNamed(properties(tree, id, host), names), {} };
@@ -287,7 +287,7 @@ QDBusMessage MenuExporter::aboutToShow(const QDBusMessage& call)
     const int id = call.arguments().at(0).toInt();
     if (!menu_.tree().contains(id))
         return noSuchRow(call, id);
-    // Whether the root has other rows is only known once it was brought up to date.
+    // Whether the root has other rows is known only after the model was updated.
     if (id == kRoot)
         return call.createReply(menu_.announce({ id }, Announcement::aboutToShow));
     if (!menu_.canOpen(id))

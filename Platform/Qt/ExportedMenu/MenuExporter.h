@@ -16,26 +16,26 @@
 
 namespace quillbox {
 
-// A menu for hosts that draw it themselves: com.canonical.dbusmenu at a path of the item's connection. What
-// hosts ask and tell is translated for an ExportedMenu; this object keeps no rows. Ids that no row has, or
-// that their row has lost, get an error.
+// Exports a menu for hosts that draw it themselves: com.canonical.dbusmenu at a path of the item's connection. It
+// translates the calls of hosts for an ExportedMenu and keeps no rows. A call with an id that no row has, or no longer
+// has, gets an error.
 //
-// The host has its answer before a directory is listed, and a chosen row's action runs from the event loop.
+// The host gets its answer before a directory is listed; the action of a chosen row runs from the event loop.
 class MenuExporter final : public QDBusVirtualObject {
 public:
-    // `menu` with `reserve` in its place while it is empty; see ExportedMenu.
+    // `reserve` is shown in place of `menu` while that is empty; see ExportedMenu.
     MenuExporter(QDBusConnection connection, QString path, std::shared_ptr<NSMenu> menu,
                  std::shared_ptr<NSMenu> reserve);
     ~MenuExporter() override;
 
-    // A host has come; its first question finds the rows there.
+    // Must be called when a host has appeared, so that its first question finds the rows.
     void fill();
-    // An alert has ended, or the menu is no longer shown in another way: fills what could not be filled meanwhile.
+    // Must be called when an alert has ended, or the menu is no longer shown in another way; fills what was put off.
     void fillIfDue();
-    // The host is gone, or the menu is about to be shown in another way.
+    // Must be called when the host is gone, or before the menu is shown in another way.
     void close() { menu_.close(); }
-    // `willOpen` is called before the model's menu is opened for the host; `isOpen` tells whether it is open in another
-    // way, which a host's questions alone don't disturb.
+    // `willOpen` is called before the model's menu is opened for the host. `isOpen` returns whether it is open in
+    // another way; questions of a host alone don't disturb that.
     void setOtherWay(std::function<bool()> isOpen, std::function<void()> willOpen)
     {
         menu_.isShownElsewhere = std::move(isOpen);
@@ -48,7 +48,7 @@ public:
         willPerform_ = std::move(willPerform);
         didPerform_ = std::move(didPerform);
     }
-    // What the host with this connection is.
+    // Returns the kind of the host with this connection.
     MenuHostKind hostKind(const QString& connection) const { return hosts_.kind(connection); }
 
     QString introspect(const QString& path) const override;
@@ -60,7 +60,7 @@ private:
     // Makes room for the deepest level in hosts that show all levels in one column.
     void hideBesideOpenLevels();
     QVariantMap propertiesFor(MenuHostKind host, int id) const;
-    // False where no row has the id.
+    // Returns false if no row has the id.
     bool takeEvent(int id, const QString& event);
 
     QDBusMessage getLayout(const QDBusMessage& call);
@@ -78,11 +78,11 @@ private:
     // Counts the layouts that hosts were told of.
     uint revision_ = 1;
     bool isKnown_ = false;
-    // What hosts with one column were told to hide.
+    // The rows that hosts with one column were told to hide.
     std::set<int> hidden_;
     std::function<void()> willPerform_;
     std::function<void()> didPerform_;
-    // What the call that is being answered has set off.
+    // What to do after the call in progress has been answered.
     std::vector<std::function<void()>> afterAnswer_;
 };
 

@@ -10,10 +10,10 @@ namespace quillbox {
 
 namespace {
 
-    // Lines of a menu that is higher than any screen.
+    // The number of lines in a label that is higher than any screen.
     constexpr qsizetype kPlaceholderLines = 300;
 
-    // Of a row in one column, in heights of its text.
+    // The height of a row in one column, as a multiple of its text's height.
     constexpr double kRowHeight = 2.4;
 
 } // namespace
@@ -72,7 +72,7 @@ QString escapedLabel(QString title, MenuHostKind host)
     const QString mark = QStringLiteral("_");
     if (host == MenuHostKind::standard)
         return title.replace(mark, QStringLiteral("__"));
-    // The shell takes out the first underscore that another character follows.
+    // The shell removes the first underscore that is followed by another character.
     for (qsizetype i = 0; i + 1 < title.size(); ++i) {
         if (title[i] == u'_' && title[i + 1] != u'_')
             return title.insert(i, mark);

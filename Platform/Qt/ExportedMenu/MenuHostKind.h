@@ -8,21 +8,21 @@
 
 namespace quillbox {
 
-// A host that draws the menu and needs to be answered in another way than the protocol says. Whatever only one host
-// needs is decided here and nowhere else; everything else treats all of them alike.
+// The kinds of hosts that draw the menu and need other answers than the protocol says. Everything that only one host
+// needs is decided here; all other code treats hosts alike.
 enum class MenuHostKind {
     standard,
-    // GNOME's shell with its AppIndicator extension. It opens no submenu that is empty, it decides whether a level can
-    // be scrolled before the level has its rows, it replaces a row, and closes the row's open submenu, whenever a
-    // layout brings `children-display`, and it takes only the first mark of a mnemonic out of a label.
+    // GNOME Shell with its AppIndicator extension. It opens no empty submenu. It decides whether a level can be
+    // scrolled before the level has its rows. Whenever a layout contains `children-display`, it replaces the row and
+    // closes the row's open submenu. From a label it removes only the first mark of a mnemonic.
     gnomeShell,
 };
 
-// Tells hosts apart by what they ask: the caller of a GetLayout is what its list of property names says it is, and its
-// other calls come from the same connection.
+// Recognises hosts by what they ask. The property names in a GetLayout call tell what its caller is; other calls of the
+// host come from the same connection.
 class MenuHosts {
 public:
-    // The connections of the hosts that unfold levels in one column.
+    // The connections of hosts that unfold levels in one column.
     const QSet<QString>& withOneColumn() const { return gnomeShells_; }
 
     // `connection` is the unique name of the caller.
@@ -33,18 +33,18 @@ private:
     QSet<QString> gnomeShells_;
 };
 
-// Whether layouts leave out `children-display`, so that only the properties of rows bring it, once.
+// Whether layouts leave out `children-display`, so that it is sent only once, with the properties of rows.
 bool leavesChildrenDisplayToProperties(MenuHostKind host);
 
-// Whether a level that was not listed yet has to have a row all the same.
+// Whether a level that has not been listed yet must still have a row.
 bool needsPlaceholders(MenuHostKind host);
 
-// The row that stands in an unlisted level: one as tall as any screen, so that the level can be scrolled from the
-// start.
+// Returns the label of the row in a level that has not been listed. It makes the row as tall as any screen, so that the
+// level can be scrolled from the start.
 QString placeholderLabel();
 
-// The ids of placeholders are those of their levels' rows in another range, which the ids of rows never reach: none of
-// them has to be kept. They are positive because the shell takes a negative one for a row that it does not know.
+// The id of a placeholder is that of the row above it, moved to a range that the ids of rows never reach, so none has
+// to be stored. Placeholder ids are positive because the shell takes a negative id for an unknown row.
 inline constexpr int kFirstPlaceholder = 1 << 30;
 inline int placeholderId(int level)
 {
@@ -59,20 +59,19 @@ inline int levelOfPlaceholder(int id)
     return id - kFirstPlaceholder;
 }
 
-// Whether the answer that a level is to be read again must not follow the signal that says the same: the host would ask
-// for the layout twice, and never for the properties of the rows that only the first answer brought.
+// Whether a host that gets both a signal to read a level again and an answer that says the same would ask for the
+// layout twice, and never ask for the properties of the rows that only the first layout contained.
 bool losesOneOfTwoLayouts(MenuHostKind host);
 
-// Whether a pointer that says that something is being started comes with each click, and stays until something was or
-// the host is told that nothing will be.
+// Whether each click starts a busy pointer, which stays until a program has started or the host is told that none will.
 bool showsBusyPointer(MenuHostKind host);
 
-// Whether the levels unfold in one column: a deep one has room there only where what lies beside the way to it is
+// Whether the levels unfold in one column, so that a deep level only has room if the rows beside the way to it are
 // hidden.
 bool showsOneColumn(MenuHostKind host);
 std::size_t roomForRowsInOneColumn();
 
-// The label that the host shows as `title`: hosts take an underscore as the mark of a mnemonic.
+// Returns the label that the host shows as `title`: hosts take an underscore as the mark of a mnemonic.
 QString escapedLabel(QString title, MenuHostKind host);
 
 } // namespace quillbox

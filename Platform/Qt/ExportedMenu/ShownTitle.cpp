@@ -10,7 +10,7 @@ namespace quillbox {
 
 namespace {
 
-    // Beside the title a row has an icon, an arrow and margins.
+    // Besides its title, a row has an icon, an arrow and margins.
     constexpr int kShareOfScreen = 3;
     constexpr int kRestOfRow = 90;
 

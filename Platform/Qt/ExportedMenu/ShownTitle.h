@@ -4,16 +4,17 @@
 
 namespace quillbox {
 
-// Hosts make a menu as wide as its longest title, and put it over the one that it came from where it does not fit
-// beside that. So titles are cut to a share of the narrowest screen's width that leaves room for two menus beside each
-// other, measured in this program's own font: panels use that of the desktop too, or one much like it.
+// Hosts make a menu as wide as its longest title, and put it over its parent menu if there is no room beside that.
+// Titles are therefore cut to a share of the narrowest screen's width that leaves room for two menus beside each other.
+// They are measured in this program's own font, because panels use the desktop's font or a similar one.
 
 enum class TitleWidth {
     whole,
-    half, // Two of them make one title.
+    half, // for two texts that make one title
 };
 
-// `title` with its middle left out if it is too wide, never inside of what is read as one character.
+// Returns `title`, with its middle left out if it is too wide. Characters that are made of several code points are not
+// cut apart.
 QString shownTitle(const QString& title, TitleWidth width = TitleWidth::whole);
 
 } // namespace quillbox

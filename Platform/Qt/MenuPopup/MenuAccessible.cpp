@@ -18,7 +18,7 @@ namespace {
         std::size_t row() const { return row_; }
 
         bool isValid() const override { return row_ < popup_.rowCount(); }
-        // Rows are no objects of the toolkit.
+        // Rows are no QObjects.
         QObject* object() const override { return nullptr; }
         QWindow* window() const override { return popup_.windowHandle(); }
         QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(&popup_); }
@@ -119,7 +119,7 @@ QAccessibleInterface* MenuAccessibleRows::at(std::size_t row)
         return QAccessible::accessibleInterface(entries_.back().id);
     }
     if (entries_.size() == kMost) {
-        // A screen reader that walks along the list still knows where the focus is.
+        // The highlighted row is kept, so that a screen reader which goes through the list still finds the focus.
         if (entries_.front().row == popup_.selection())
             std::rotate(entries_.begin(), entries_.begin() + 1, entries_.end());
         QAccessible::deleteAccessibleInterface(entries_.front().id);

@@ -10,9 +10,9 @@ namespace quillbox {
 
 class MenuPopup;
 
-// The rows of a popup that an assistive technology has asked about. Made one by one when asked for; at most
-// kMost live at a time, those asked for last and the highlighted one, so that a list of any length costs what
-// is looked at. Owned by its popup; whoever asks keeps a row no longer than it takes to ask for kMost others.
+// The rows of a popup for assistive technologies. They are made one by one when asked for, and at most kMost exist at a
+// time (those asked for last, and the highlighted one), so the cost does not depend on the length of the list. The
+// popup owns this object. A caller may use a row only until it has asked for kMost others.
 class MenuAccessibleRows {
 public:
     explicit MenuAccessibleRows(MenuPopup& popup) : popup_(popup) { }
@@ -23,7 +23,7 @@ public:
     static constexpr std::size_t kMost = 128;
 
     QAccessibleInterface* at(std::size_t row);
-    // What was given out before is not to be used any more.
+    // Rows that were returned before must not be used after this.
     void clear();
 
 private:
@@ -33,11 +33,11 @@ private:
     };
 
     MenuPopup& popup_;
-    // The one asked for last at the end.
+    // The row that was asked for last is at the end.
     std::deque<Entry> entries_;
 };
 
-// One level of an open menu as an assistive technology sees it. The toolkit makes it and owns it.
+// One level of an open menu for assistive technologies. The toolkit makes and owns it.
 class MenuAccessible final : public QAccessibleWidget {
 public:
     explicit MenuAccessible(MenuPopup& popup);
@@ -53,15 +53,15 @@ private:
     MenuPopup& popup_;
 };
 
-// Takes what happens to a menu. It is the toolkit's bridge to whoever listens, unless a test gives another.
+// The functions through which events reach assistive technologies: those of the toolkit, unless a test replaces them.
 struct AssistiveTechnology {
     bool (*isListening)() = QAccessible::isActive;
     void (*tell)(QAccessibleEvent* event) = QAccessible::updateAccessibility;
 };
 
-// Tells assistive technologies, in the order a screen reader needs, what happens to an open menu: a level
-// opens, a row gets the focus, a level closes. Owned and called by MenuLevels. Makes nothing and tells nothing
-// while no assistive technology listens.
+// Tells assistive technologies what happens to an open menu, in the order that a screen reader needs: a level opens, a
+// row gets the focus, a level closes. MenuLevels owns it. While no assistive technology listens, it makes and tells
+// nothing.
 class MenuAccessibility {
 public:
     explicit MenuAccessibility(AssistiveTechnology listener);
@@ -70,7 +70,7 @@ public:
     void closing(MenuPopup& popup) const;
     // The submenu of that row was opened or closed.
     void submenuChanged(MenuPopup& popup, std::size_t row) const;
-    // The focus is the popup's own where no row of it is highlighted.
+    // Without a row, the focus is on the popup itself.
     void focusMoved(MenuPopup& popup, std::optional<std::size_t> row) const;
 
 private:

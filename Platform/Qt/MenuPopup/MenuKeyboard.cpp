@@ -11,7 +11,7 @@
 namespace quillbox {
 
 namespace {
-    // What is typed after such a pause begins another name.
+    // A letter that is typed after such a pause begins another name.
     constexpr std::chrono::milliseconds kTypingPause { 1000 };
 } // namespace
 
@@ -27,7 +27,7 @@ bool MenuKeyboard::pressed(const QKeyEvent& event)
         activateSelected();
         return true;
     case Qt::Key_Space:
-        // A name may have spaces.
+        // A name may contain spaces.
         if (!typed_.isEmpty())
             return type(event);
         activateSelected();
@@ -80,7 +80,8 @@ bool MenuKeyboard::enterOrLeave(int key)
     if (isForward)
         openSelected();
     else if (levels_.count() > 1)
-        // A submenu without a selection, as the pointer opens it, goes before the level that has one.
+        // If the last submenu has no selection, because the pointer opened it, it is closed before the level that has
+        // one.
         levels_.closeToCount(levels_.count() - 1);
     return true;
 }
@@ -92,7 +93,7 @@ void MenuKeyboard::step(int direction)
     const std::size_t end = direction > 0 ? 0 : last;
     std::optional<std::size_t> next;
     if (!popup.selection()) {
-        // A list scrolled by the wheel goes on from what is in sight.
+        // In a list that was scrolled with the wheel, the keys continue from the first visible row.
         const bool isDown = direction > 0 && !popup.rows().visibleRows().empty();
         next = selectableFrom(isDown ? popup.rows().visibleRows().front().row : end, direction);
     } else if (*popup.selection() != last - end) {
@@ -127,7 +128,7 @@ void MenuKeyboard::openSelected()
     const std::optional<std::size_t> row = levels_.popup(level).selection();
     if (!row)
         return;
-    // It is placed beside its row.
+    // The submenu is placed beside its row, which must be visible.
     levels_.popup(level).bringIntoSight(*row);
     levels_.openSubmenu(level, *row);
     if (levels_.openRow(level) != row)
@@ -174,10 +175,10 @@ bool MenuKeyboard::type(const QKeyEvent& event)
         }
         return std::nullopt;
     };
-    // A name's first letter goes on to the next such row; more letters may still mean the present one.
+    // The first letter of a name looks for the next such row; further letters may still mean the present one.
     const bool isNewName = typed_.size() == text.size();
     std::optional<std::size_t> row = find(typed_, isNewName && popup.selection() ? here + 1 : here);
-    // The same letter over and over walks through the rows that begin with it.
+    // The same letter again and again steps through the rows that begin with it.
     if (!row && typed_.size() > 1 && typed_.count(typed_.front()) == typed_.size())
         row = find(typed_.left(1), here + 1);
     if (row)

@@ -14,22 +14,22 @@ namespace quillbox {
 
 class MenuLevels;
 
-// What the keyboard does to an open menu: walks, opens, closes, chooses, and finds rows by the beginning of
-// their titles. One is made for each opening of a menu. The pause that ends a typed name runs on the
-// installed clock.
+// What the keyboard does with an open menu: it moves through rows, opens and closes submenus, chooses, and finds rows
+// by the beginning of their titles. One is made for each opening of a menu. The pause that ends a typed name is
+// measured by the installed clock.
 class MenuKeyboard {
 public:
-    // `levels` must outlive it.
+    // `levels` must outlive this object.
     explicit MenuKeyboard(MenuLevels& levels) : levels_(levels) { }
 
-    // True where the key meant something to the menu. The menu may be closed afterwards.
+    // Returns true if the key has a meaning for the menu. The menu may be closed after the call.
     bool pressed(const QKeyEvent& event);
-    // These do what Return and Right do with the highlighted row. The menu may be closed after the first.
+    // These do what Return and Right do with the highlighted row. The menu may be closed after the first of them.
     void activateSelected();
     void openSelected();
     // Does what Home does.
     void selectFirst() { selectNear(0, 1); }
-    // The menu has closed.
+    // Must be called when the menu has closed.
     void stop() { typedTimer_.reset(); }
 
 private:
@@ -39,7 +39,7 @@ private:
     void selectNear(std::size_t row, int direction);
     void selectRow(std::size_t row);
     bool type(const QKeyEvent& event);
-    // The first selectable row from `row` on, in steps of `direction` (1 or -1), without going round.
+    // Returns the first selectable row from `row` on, in steps of `direction` (1 or -1), without wrapping around.
     std::optional<std::size_t> selectableFrom(std::size_t row, int direction) const;
 
     MenuLevels& levels_;

@@ -148,7 +148,7 @@ void MenuLayout::update()
         }
         return top;
     };
-    // No empty space below the last row while there are rows hidden above.
+    // There must be no empty space below the last row while rows above are hidden.
     if (layOut() < viewportHeight_ && canScrollUp()) {
         putLastRowAtBottom(rowCount_ - 1);
         layOut();

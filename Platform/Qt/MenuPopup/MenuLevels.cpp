@@ -14,12 +14,12 @@ namespace quillbox {
 
 namespace {
 
-    // How far a submenu lies over the menu it belongs to, so that the pointer never leaves both on its way.
+    // How far a submenu overlaps its parent menu, so that the pointer never leaves both on the way.
     constexpr int kSubmenuOverlap = 3;
-    // A popup that was opened has been painted by then.
+    // By then a popup that was just opened has been painted.
     constexpr std::chrono::milliseconds kUntilSpare { 50 };
 
-    // The screen nearest to `point`; an icon in a panel may lie at the very edge.
+    // Returns the screen nearest to `point`; an icon in a panel may be at the very edge.
     QScreen& screenFor(QPoint point)
     {
         if (QScreen* screen = QGuiApplication::screenAt(point))
@@ -103,7 +103,7 @@ void MenuLevels::openSubmenu(std::size_t level, std::size_t row)
     updateFocus();
     auto child = spare_ ? std::move(spare_) : std::make_unique<MenuPopup>(events_, available_);
     child->setMenu(submenu);
-    // Away from the levels above while there is room, so that they stay in sight.
+    // Submenus go away from the levels above while there is room, so that those stay visible.
     const Qt::LayoutDirection onward = parent.fixedEdge() == Qt::RightEdge ? Qt::RightToLeft : Qt::LeftToRight;
     const QRect geometry = placeBesideRow(child->wantedSize(), child->firstRowTop(), parent.rowRect(row),
                                           parent.geometry(), available_, kSubmenuOverlap, onward);
@@ -124,7 +124,7 @@ bool MenuLevels::activate(std::size_t level, std::size_t row)
         openSubmenu(level, row);
         return false;
     }
-    // The action may open the menu again, or run an alert: nothing of this object's state is used afterwards.
+    // The action may open the menu again or run an alert, so no state of this object is used after it.
     return tracking_.choose(item);
 }
 
@@ -153,7 +153,7 @@ void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge
 {
     popup->setFixedEdge(fixedEdge);
     popup->setGeometry(geometry);
-    // Wayland places a popup by the window it belongs to: for a submenu, the menu that it was opened from.
+    // Wayland places a popup relative to its parent window: for a submenu, the menu from which it was opened.
     popup->winId();
     popup->windowHandle()->setTransientParent(isOpen() ? popups_.back()->windowHandle() : owner_.data());
     popups_.push_back(std::move(popup));
@@ -162,7 +162,7 @@ void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge
         grab_.take(*popups_.front());
     accessibility_.opened(*popups_.back());
     updateFocus();
-    // What it saves are round trips to an X server.
+    // A spare popup saves round trips to an X server.
     if (QGuiApplication::platformName() == QStringLiteral("xcb"))
         spareTimer_ = Clock::current().after(kUntilSpare, [this] { makeSpare(); });
 }
@@ -209,7 +209,7 @@ void MenuLevels::updateFocus()
         popup(level).setTakesKeys(level == activeLevel_);
     const Focus former = focus_;
     focus_ = isOpen() ? Focus { popups_[activeLevel_].get(), popups_[activeLevel_]->selection() } : Focus {};
-    // A popup whose highlight goes keeps the focus without a word.
+    // If the highlight is removed, the popup keeps the focus and nothing is announced.
     if (focus_ != former && (focus_.row || focus_.popup != former.popup) && isOpen())
         accessibility_.focusMoved(*popups_[activeLevel_], focus_.row);
 }

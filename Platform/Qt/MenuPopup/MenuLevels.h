@@ -16,9 +16,9 @@
 
 namespace quillbox {
 
-// The open menu on the screen: one popup a level, kept level for level with a MenuTracking, which tells the
-// delegates. It places the popups, highlights rows, opens, closes and chooses when the pointer or the
-// keyboard ask for it; when they do is theirs. Levels count from 0, the menu at the top.
+// The open menu on the screen: one popup for each level of a MenuTracking, which tells the delegates. It places the
+// popups, highlights rows, and opens, closes and chooses; MenuPointer and MenuKeyboard decide when. Levels count from
+// 0, the menu at the top.
 class MenuLevels {
 public:
     MenuLevels(MenuPopupEvents& events, AssistiveTechnology listener);
@@ -26,16 +26,16 @@ public:
     MenuLevels(const MenuLevels&) = delete;
     MenuLevels& operator=(const MenuLevels&) = delete;
 
-    // False where nothing was opened: an alert runs, or there is no row to show in either menu. `owner` as
-    // MenuPresenter has it.
+    // Returns false if nothing was opened, because an alert runs or neither menu has a row to show. For `owner` see
+    // MenuPresenter.
     bool open(const std::shared_ptr<NSMenu>& menu, QRect anchor, const std::shared_ptr<NSMenu>& reserve,
               QWindow* owner);
-    // Closes every level past the first `count`, on the screen first. 0 closes all.
+    // Closes every level after the first `count`, on the screen first. 0 closes all.
     void closeToCount(std::size_t count);
-    // Opens the submenu of that row; nothing where it has none, or is open already.
+    // Opens the submenu of that row. Nothing happens if it has none or its submenu is open already.
     void openSubmenu(std::size_t level, std::size_t row);
-    // What a click or Return does: sends the row's action after everything has gone off the screen, or opens the
-    // submenu of a row that has no action. Nothing for other rows. True where an action was sent.
+    // Does what a click or Return does: sends the row's action after all menus have left the screen, or opens the
+    // submenu of a row without an action. Nothing happens for other rows. Returns true if an action was sent.
     bool activate(std::size_t level, std::size_t row);
 
     bool isOpen() const { return !popups_.empty(); }
@@ -43,26 +43,26 @@ public:
     MenuPopup& popup(std::size_t level) { return *popups_[level]; }
     const MenuPopup& popup(std::size_t level) const { return *popups_[level]; }
     QRect anchor() const { return anchor_; }
-    // The topmost popup there; none outside.
+    // Returns the topmost popup at that point; nothing if there is none.
     std::optional<std::size_t> levelAt(QPoint global) const;
-    // The row of `level` whose submenu is the next level; none for the last level.
+    // Returns the row of `level` whose submenu is the next level; nothing for the last level.
     std::optional<std::size_t> openRow(std::size_t level) const
     {
         return level < count() ? popup(level).openRow() : std::nullopt;
     }
 
-    // Highlights a row of `level` (none: takes the highlight away), the rows that lead there, and nothing in
-    // deeper levels. Rows that can't be selected count as none.
+    // Highlights a row of `level` and the rows that lead to it, and removes the highlight from deeper levels. Without a
+    // row, or for one that can't be selected, it removes the highlight from `level`.
     void select(std::size_t level, std::optional<std::size_t> row);
-    // The level that the keys act on: the last one in which a row was highlighted.
+    // The level on which keys act: the last one in which a row was highlighted.
     std::size_t activeLevel() const { return activeLevel_; }
 
-    // Some popup had an event of the pointer.
+    // Must be called when some popup got a pointer event.
     void pointerWasHeardOf() { grab_.pointerWasHeardOf(); }
     // A key has opened the menu.
     void awaitKeyboard() { grab_.awaitKeyboard(); }
 
-    // Called when the last level has gone off the screen, before an action is sent.
+    // Called when the last level has left the screen, before an action is sent.
     std::function<void()> onClosed;
 
 private:
@@ -81,7 +81,7 @@ private:
     MenuAccessibility accessibility_;
     MenuTracking tracking_;
     std::vector<std::unique_ptr<MenuPopup>> popups_;
-    // A popup without a menu that has its window already, for the submenu that is opened next. Null for a moment
+    // A popup without a menu whose window exists already, for the submenu that is opened next. It is null for a moment
     // after each opening.
     std::unique_ptr<MenuPopup> spare_;
     std::unique_ptr<Clock::Timer> spareTimer_;

@@ -6,7 +6,7 @@ namespace quillbox {
 
 namespace {
 
-    // `position` moved into [low, high - length]; the beginning wins where there is no room for both.
+    // Moves `position` into [low, high - length]. If there is not enough room, the beginning stays visible.
     int fitted(int position, int length, int low, int high)
     {
         return std::max(low, std::min(position, high - length));
@@ -18,7 +18,7 @@ QRect placeBesideAnchor(QSize menu, QRect anchor, QRect available, Qt::LayoutDir
 {
     const int availableBottom = available.y() + available.height();
     const int availableRight = available.x() + available.width();
-    // An icon in a panel lies outside the available part.
+    // An icon in a panel is outside the available part.
     const int below = std::clamp(anchor.y() + anchor.height(), available.y(), availableBottom);
     const int above = std::clamp(anchor.y(), available.y(), availableBottom);
     const int roomBelow = availableBottom - below;

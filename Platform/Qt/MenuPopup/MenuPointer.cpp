@@ -17,12 +17,12 @@ namespace {
 
     using std::chrono::milliseconds;
 
-    // A pointer on its way into a submenu that rests this long on another row means that row.
+    // A pointer that is on its way into a submenu, but rests this long on another row, means that row.
     constexpr milliseconds kRestOnTheWay { 300 };
-    // How much a hand may stray on that way, in pixels above and below the submenu.
+    // How far the pointer may stray on that way, in pixels above and below the submenu.
     constexpr int kStray = 8;
     constexpr int kStepsAside = 2;
-    // Scrolling at an edge: a step each so often, faster the longer it lasts.
+    // At an edge the list is scrolled one step at a time, faster the longer it lasts.
     constexpr milliseconds kEdgeStep { 40 };
     constexpr int kStepsToFaster = 25;
     constexpr int kMostRowsPerStep = 50;
@@ -44,7 +44,7 @@ MenuPointer::MenuPointer(MenuLevels& levels, QPoint start)
 
 void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
 {
-    // Popups that come, go and scroll under a resting pointer make the display report it again.
+    // If popups appear, disappear or scroll under a resting pointer, the display reports it again.
     if (position == position_)
         return;
     position_ = position;
@@ -69,7 +69,7 @@ void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
     const MenuPopup::Zone zone = popup.zoneAt(position);
     if (zone == MenuPopup::Zone::upperScroller || zone == MenuPopup::Zone::lowerScroller) {
         const int direction = zone == MenuPopup::Zone::upperScroller ? -1 : 1;
-        // A hand that trembles there does not put the next step off.
+        // Small movements of the pointer there must not delay the next step.
         if (!edgeTimer_ || edgeLevel_ != *level || edgeDirection_ != direction)
             scrollAtEdge(*level, direction);
         return;
@@ -95,7 +95,7 @@ void MenuPointer::pressed(QPoint position)
         return;
     const std::optional<std::size_t> row = levels_.popup(*level).rowAt(position);
     hover(*level, row);
-    // Like every menu: a row that can only be opened opens under the press.
+    // As in every menu, a row that can only be opened opens on the press.
     if (row && levels_.popup(*level).isSelectable(*row) && !levels_.popup(*level).item(*row)->action()) {
         cancelPending();
         levels_.openSubmenu(*level, *row);
@@ -108,7 +108,7 @@ void MenuPointer::released(QPoint position)
     const bool isOfThisMenu = isPressed_ || isDragging_;
     const bool endsDragFromInside = isDragging_ && hasDraggedIn_;
     isPressed_ = isDragging_ = false;
-    // The release that ends the click which opened the menu means nothing here.
+    // The release that ends the click which opened the menu has no meaning.
     if (!isOfThisMenu)
         return;
     const std::optional<std::size_t> level = levels_.levelAt(position);
@@ -193,7 +193,7 @@ void MenuPointer::hover(std::size_t level, std::optional<std::size_t> row)
     hoverTimer_ = Clock::current().after(delay, [this, level, row] { follow(level, row); });
 }
 
-// What the pointer that has rested on a row leads to.
+// Opens and closes submenus for a pointer that has rested on a row.
 void MenuPointer::follow(std::size_t level, std::optional<std::size_t> row)
 {
     if (level >= levels_.count())
@@ -206,8 +206,8 @@ void MenuPointer::follow(std::size_t level, std::optional<std::size_t> row)
         levels_.closeToCount(level + 1);
 }
 
-// Whether the pointer, in the popup of `level`, is heading for its submenu: it is in the triangle between
-// the place where it last meant a row and the submenu's near edge.
+// Whether the pointer, in the popup of `level`, is moving towards its submenu: it is in the triangle between the place
+// where it last meant a row and the near edge of the submenu.
 bool MenuPointer::isOnTheWayToSubmenu(std::size_t level) const
 {
     const QRect parent = levels_.popup(level).geometry();
@@ -215,7 +215,7 @@ bool MenuPointer::isOnTheWayToSubmenu(std::size_t level) const
     if (!parent.contains(wayStart_))
         return false;
     const bool isOnTheRight = submenu.center().x() > parent.center().x();
-    // Single steps of a slanting way may go straight up or down.
+    // On a slanting way, single steps may go straight up or down.
     const int startX = wayStart_.x() + (isOnTheRight ? -kStepsAside : kStepsAside);
     const int distance = isOnTheRight ? submenu.left() - startX : startX - submenu.right();
     const int gone = isOnTheRight ? position_.x() - startX : startX - position_.x();

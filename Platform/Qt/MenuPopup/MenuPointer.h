@@ -14,24 +14,24 @@ namespace quillbox {
 
 class MenuLevels;
 
-// What the pointer does to an open menu: highlights, opens submenus after a pause, scrolls, chooses. One is
-// made for each opening of a menu and given every pointer event, in global logical pixels. Pauses run on
-// the installed clock.
+// What the pointer does with an open menu: it highlights rows, opens submenus after a pause, scrolls and chooses. One
+// is made for each opening of a menu and gets every pointer event, in global logical pixels. Pauses are measured by the
+// installed clock.
 class MenuPointer {
 public:
-    // `levels` must outlive it. `start`: where the pointer was when the menu opened.
+    // `levels` must outlive this object. `start` is where the pointer was when the menu opened.
     MenuPointer(MenuLevels& levels, QPoint start);
 
     void moved(QPoint position, Qt::MouseButtons buttons);
-    // Inside the menus. A press outside is for the caller.
+    // The press must be inside the menus; the caller handles presses outside.
     void pressed(QPoint position);
     void released(QPoint position);
     void wheelTurned(QPoint position, double pixels);
-    // The keyboard took over: what the pointer was about to do no longer happens.
+    // Must be called when the keyboard takes over: cancels what the pointer was about to do.
     void cancelPending();
-    // The menu has closed.
+    // Must be called when the menu has closed.
     void stop();
-    // The row to explain, by pointer or keyboard; its tip comes up after a pause.
+    // The row whose tool tip is wanted, chosen by pointer or keyboard. The tip is shown after a pause.
     void explain(std::size_t level, std::optional<std::size_t> row);
 
 private:
@@ -52,9 +52,10 @@ private:
     const QPoint start_;
     QPoint position_;
     QPoint wayStart_;
-    // Whether a button was pressed inside the menus since it was last released.
+    // Whether a button was pressed inside the menus and has not been released.
     bool isPressed_ = false;
-    // Whether the press that opened the menu is still held and has become a drag, and went into the menus.
+    // Whether the press that opened the menu is still held and has become a drag, and whether that drag went into the
+    // menus.
     bool isDragging_ = false;
     bool hasDraggedIn_ = false;
     double wheelRest_ = 0;

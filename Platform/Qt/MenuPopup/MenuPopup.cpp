@@ -15,18 +15,18 @@ namespace quillbox {
 
 namespace {
 
-    // The part of the screen's width that a menu may take; longer titles are cut in the middle.
+    // The part of the screen's width that a menu may take. Longer titles are cut in the middle.
     constexpr double kWidestPart = 0.4;
     constexpr int kNarrowestInCharacters = 12;
-    // The part of the widest popup's width that is made ahead. The toolkit uses those pixels for popups of half that
-    // width and more.
+    // The share of the widest popup's width for which pixels are made in advance. The toolkit uses them for popups of
+    // at least half that width.
     constexpr double kExpectedPart = 0.75;
-    // A mark shows where a long list stands; these are its measures in logical pixels.
+    // A mark at the side shows the scroll position in a long list; these are its measures in logical pixels.
     constexpr int kMarkWidth = 3;
     constexpr int kShortestMark = 12;
-    // The mark's colour is mixed from the text's, by this part, and the background's.
+    // The mark's colour is a mixture of the text's and the background's; this is the share of the text's.
     constexpr double kMarkShare = 0.4;
-    // What one notch of a wheel scrolls by.
+    // How far one notch of a wheel scrolls.
     constexpr int kRowsPerNotch = 3;
     constexpr double kAngleOfNotch = 120;
 
@@ -49,7 +49,7 @@ MenuPopup::MenuPopup(MenuPopupEvents& events, QRect available)
 
 MenuPopup::~MenuPopup() = default;
 
-// The desktop may change them while the menu is open.
+// The desktop may change its colours while the menu is open.
 void MenuPopup::takeMenuColours()
 {
     const QPalette colours = QApplication::palette("QMenu");
@@ -65,7 +65,7 @@ void MenuPopup::makeWindow()
     QBackingStore& pixels = *backingStore();
     pixels.resize(size());
     pixels.beginPaint(rect());
-    // Memory is there only once it was written to.
+    // The memory becomes available only when it is written to.
     QPainter(pixels.paintDevice()).fillRect(rect(), palette().window());
     pixels.endPaint();
 }
@@ -103,7 +103,7 @@ void MenuPopup::retire(std::unique_ptr<MenuPopup> popup)
     popup->selection_.reset();
     popup->openRow_.reset();
     popup->menu_.reset();
-    // The event that led here may be one of its own.
+    // The event that led here may have been sent to this popup.
     popup.release()->deleteLater();
 }
 
@@ -191,7 +191,7 @@ void MenuPopup::request(std::size_t row, RowRequest request)
 
 bool MenuPopup::event(QEvent* event)
 {
-    // No shortcut of a window of ours may take a key from an open menu.
+    // No shortcut of our windows may take a key from an open menu.
     if (event->type() == QEvent::ShortcutOverride)
         event->accept();
     return QWidget::event(event);
@@ -204,7 +204,7 @@ void MenuPopup::paintEvent(QPaintEvent* event)
     panel.initFrom(this);
     style()->drawPrimitive(QStyle::PE_PanelMenu, &panel, &painter, this);
 
-    // A popup that may still grow is wide enough for what is in sight.
+    // A popup that may still grow is wide enough for its visible rows.
     const bool mayBeCut = width() >= widestWidth();
     painter.setClipRect(rowsRect());
     for (const MenuLayout::VisibleRow& visible : layout_.visibleRows()) {
@@ -359,13 +359,14 @@ void MenuPopup::paintPositionMark(QPainter& painter) const
     const QRect rows = rowsRect();
     const MenuLayout::Extent extent = layout_.extent();
     const int length = std::max(kShortestMark, static_cast<int>((extent.end - extent.begin) * rows.height()));
-    // The part of the way that is left to a mark of that length.
+    // The fraction of the scrollable distance that has been scrolled.
     const double hidden = 1 - (extent.end - extent.begin);
     const double progress = hidden > 0 ? extent.begin / hidden : 0;
     const int top = rows.top() + static_cast<int>(progress * (rows.height() - length));
     const QRect mark(rows.right() - kMarkWidth - 1, top, kMarkWidth, length);
 
-    // Transparency and smooth edges are left out: the toolkit would paint them with threads that it keeps for a while.
+    // Transparency and smooth edges are avoided, because the toolkit would paint them with threads that it keeps for a
+    // while.
     const QColor text = palette().color(QPalette::Text);
     const QColor base = palette().color(QPalette::Base);
     const auto mixed = [](int one, int other) { return static_cast<int>(one * kMarkShare + other * (1 - kMarkShare)); };

@@ -14,18 +14,18 @@ namespace quillbox {
 
 class MenuPopup;
 
-// What an assistive technology may ask of a row.
+// What an assistive technology may ask for.
 enum class RowRequest { select, choose, openSubmenu };
 
-// What happens to the open popups, whichever of them the display gave the event to: the display gives
-// all to the one opened last. Positions are global logical pixels.
+// Gets the events of all open popups. The display may send an event to another popup than the one it is for: it sends
+// all to the popup that was opened last. Positions are in global logical pixels.
 class MenuPopupEvents {
 public:
     virtual ~MenuPopupEvents() = default;
     virtual void pointerMoved(QPoint position, Qt::MouseButtons buttons) = 0;
     virtual void pointerPressed(QPoint position) = 0;
     virtual void pointerReleased(QPoint position) = 0;
-    // The pixels to scroll by, downward where positive.
+    // `pixels` is the distance to scroll, downwards if positive.
     virtual void wheelTurned(QPoint position, double pixels) = 0;
     virtual void keyPressed(QKeyEvent& event) = 0;
     virtual void rowRequested(MenuPopup& popup, std::size_t row, RowRequest request) = 0;
@@ -33,36 +33,36 @@ public:
     virtual void wasHidden(MenuPopup& popup) = 0;
 };
 
-// One level of an open menu on the screen. Draws the rows in sight of an NSMenu and never touches another;
-// passes what the person does to its MenuPopupEvents and decides nothing. Keeps the menu alive until it is
-// retired. Row positions are indexes into the menu's items.
+// One level of an open menu on the screen. It draws the visible rows of an NSMenu and looks at no others. It passes
+// what the user does to its MenuPopupEvents and makes no decisions. It keeps the menu alive until it is retired. Rows
+// are indexes into the menu's items.
 class MenuPopup final : public QWidget {
 public:
-    // Where the pointer is in the popup.
+    // The part of the popup in which the pointer is.
     enum class Zone { outside, frame, rows, upperScroller, lowerScroller };
 
-    // `events` must outlive the popup or its retirement. `available`: the part of the screen that the popup
-    // may cover.
+    // `events` must outlive the popup, or its retirement. `available` is the part of the screen that the popup may
+    // cover.
     MenuPopup(MenuPopupEvents& events, QRect available);
     ~MenuPopup() override;
-    // Makes the window and the pixels of a long list before there is a menu to show, which takes as long as painting
-    // one.
+    // Makes the window and its pixels before there is a menu to show. For a long list that takes as long as painting
+    // it.
     void makeWindow();
-    // Once, before anything else is asked of it.
+    // Must be called once, before anything below.
     void setMenu(std::shared_ptr<NSMenu> menu);
 
-    // The size that shows everything, as far as the screen has room, for whoever places it; this looks at as many
-    // rows as fit on the screen. Then setGeometry and show.
+    // Returns the size that shows everything, as far as the screen has room. It looks at as many rows as fit on the
+    // screen. Whoever places the popup calls this, then setGeometry() and show().
     QSize wantedSize() const;
-    // The distance from the upper edge of the popup to that of the first row.
+    // Returns the distance from the upper edge of the popup to that of the first row.
     int firstRowTop() const;
-    // The edge that stays where it is when wider rows come in sight: the one beside the anchor or the parent.
+    // The edge that stays in place if wider rows come into view: the one beside the anchor or the parent.
     Qt::Edge fixedEdge() const { return fixedEdge_; }
     void setFixedEdge(Qt::Edge edge) { fixedEdge_ = edge; }
-    // Takes it off the screen for good and lets go of the menu and of the events; the widget itself
-    // goes when the present event has ended.
+    // Takes the popup off the screen for good and releases the menu and the events. The widget itself is deleted when
+    // the present event has ended.
     static void retire(std::unique_ptr<MenuPopup> popup);
-    // What a person who can't see it hears of it: the menu's title, else that of the row which opened it.
+    // The name for assistive technologies: the menu's title, otherwise that of the row that opened it.
     const QString& name() const { return name_; }
     void setName(QString name) { name_ = std::move(name); }
 
@@ -74,7 +74,7 @@ public:
 
     Zone zoneAt(QPoint global) const;
     std::optional<std::size_t> rowAt(QPoint global) const;
-    // The part of the row that is in sight, in global coordinates; empty for a row out of sight.
+    // Returns the visible part of the row, in global coordinates; empty if the row is not visible.
     QRect rowRect(std::size_t row) const;
 
     // The highlighted row.
@@ -83,21 +83,21 @@ public:
     // The row whose submenu is open.
     std::optional<std::size_t> openRow() const { return openRow_; }
     void setOpenRow(std::optional<std::size_t> row) { openRow_ = row; }
-    // Whether the keys act on this level.
+    // Whether keys act on this level.
     bool takesKeys() const { return takesKeys_; }
     void setTakesKeys(bool takesKeys) { takesKeys_ = takesKeys; }
-    // Scrolls as far as needed; false where nothing moved.
+    // Scrolls as far as needed. Returns false if nothing moved.
     bool bringIntoSight(std::size_t row);
     bool scrollBy(int pixels);
     int ordinaryRowHeight() const { return painter_.ordinaryHeight(); }
 
-    // What the tool tip of a row says: its own tip, and its title where that is cut. Empty for none.
+    // Returns the text of a row's tool tip: its own, and its title if that is cut off. Empty if there is none.
     QString tipOf(std::size_t row) const;
 
     // For assistive technologies.
     MenuAccessibleRows& accessibleRows() { return accessibleRows_; }
-    // Passes it on once the present event has ended: whoever asks over the bus has its answer before a choice
-    // closes the menu or shows an alert.
+    // Passes on the request after the present event has ended, so that a caller on the bus has its answer before a
+    // choice closes the menu or shows an alert.
     void request(std::size_t row, RowRequest request);
 
 protected:
@@ -120,7 +120,7 @@ private:
     };
     void takeMenuColours();
     Margins margins() const;
-    // The room for rows in local coordinates: the width and the height between margins and scrollers.
+    // Returns the area for rows between margins and scrollers, in local coordinates.
     QRect rowsRect() const;
     QRect localRect(const MenuLayout::VisibleRow& row) const;
     int widestWidth() const;

@@ -18,7 +18,7 @@ namespace quillbox {
 
 namespace {
 
-    // How far from an anchor without a size a press still counts as a press on the icon there.
+    // If the anchor has no size, a press within this distance counts as one on the icon.
     constexpr int kNearAnchor = 24;
 
     QRect inDevicePixels(const QRect& rect, const QScreen& screen)
@@ -38,8 +38,8 @@ namespace {
 
 } // namespace
 
-// The popups and what steers them. The steering objects live from one opening to the next, so that an
-// event in which the menu closes can still return through them.
+// The popups, and the objects that control them. These are kept until the next opening, so that an event in which the
+// menu closes can still return through them.
 class MenuPresenter::Session final : public MenuPopupEvents {
 public:
     Session(const MenuPresenter& presenter, AssistiveTechnology listener) : levels(*this, listener)

@@ -15,9 +15,9 @@ class QWindow;
 
 namespace quillbox {
 
-// Shows menus of the model as popups of our own and turns what the person does with them into calls of a
-// MenuTracking, which holds the rules. One menu is open at a time; opening another closes the first.
-// Owns its popups, one a level; keeps the menu alive while it is open.
+// Shows menus of the model as popups of our own, and turns what the user does with them into calls of a MenuTracking,
+// which holds the rules. One menu is open at a time; opening another one closes it. It owns its popups and keeps the
+// menu alive while it is open.
 class MenuPresenter {
 public:
     explicit MenuPresenter(AssistiveTechnology listener = {});
@@ -25,29 +25,29 @@ public:
     MenuPresenter(const MenuPresenter&) = delete;
     MenuPresenter& operator=(const MenuPresenter&) = delete;
 
-    // Opens `menu` beside `anchor` (global logical pixels; the icon's rectangle, or an empty rectangle at
-    // the pointer), on the side that has room. Where the menu is empty once it was brought up to date,
-    // `reserve` (may be null) is opened in its place. False where nothing was opened: both are empty, an
-    // alert runs, or the call comes from the very click that has just closed the menu. An open menu takes the
-    // pointer, so a second click on the icon closes it first, as a click outside, and the host passes the click
-    // on a moment later: a call within kSameClick of such a press, with that press in the anchor (or near an
-    // empty one), opens nothing.
-    // `owner` is the window of ours that the anchor lies in, null where it lies in a panel; Wayland shows no popup
-    // without one.
+    // Opens `menu` beside `anchor`, on the side that has room. The anchor is in global logical pixels: the icon's
+    // rectangle, or an empty rectangle at the pointer. If the menu is still empty after it was updated, `reserve`
+    // (which may be null) is opened in its place. `owner` is our window that contains the anchor, or null if a panel
+    // does; on Wayland no popup is shown without one.
+    //
+    // Returns false if nothing was opened: because both menus are empty, an alert runs, or the call comes from the
+    // click that has just closed the menu. An open menu takes the pointer, so a second click on the icon is first a
+    // click outside of the menu, which closes it; the host reports the click a moment later. Therefore a call within
+    // kSameClick of such a press opens nothing if the press was in the anchor (or near an empty one).
     bool popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner = nullptr);
-    // For a menu that a key has just opened: highlights the first row, and goes on asking for the keyboard, which
-    // whoever was told of that key may hold until it is released. Nothing where no menu is open.
+    // Must be called when a key has opened a menu: highlights the first row, and continues to ask for the keyboard,
+    // which another program may hold until the key is released. Nothing happens if no menu is open.
     void beginByKeyboard();
     bool isOpen() const;
     void close();
 
     static constexpr std::chrono::milliseconds kSameClick { 300 };
 
-    // Called each time the last level has gone off the screen.
+    // Called each time the last level has left the screen.
     std::function<void()> onClosed;
 
-    // The open levels as text for whoever works on the program: per level a line "level N: x,y WxH", then
-    // per visible row "  x,y WxH <title>" with its rectangle on the screen (device pixels), in row order.
+    // Describes the open levels as text, for developers: for each level a line "level N: x,y WxH", then for each
+    // visible row in order "  x,y WxH <title>" with its rectangle on the screen (in device pixels).
     std::string describeOpenLevels() const;
 
 private:

@@ -15,14 +15,14 @@ namespace quillbox {
 
 namespace {
 
-    // The side of the icons that rows have, in points. Rows have room for one whether they show one or not.
+    // The side of the icons in rows, in points. Every row has room for an icon, whether it shows one or not.
     constexpr int kIconSide = 16;
 
-    // The length of the text that a style is asked about, in characters.
+    // The number of characters in the text for which a style is measured.
     constexpr qsizetype kSampleLength = 100;
 
-    // Whole pixels that hold every line: with unhinted fonts and fractional scales lines end between pixels, and
-    // a line that is cut to less than it takes loses letters.
+    // Returns the number of whole pixels that hold every line. With unhinted fonts and fractional scales lines end
+    // between pixels, and a line that gets too little room loses letters.
     int widestLine(const QFontMetricsF& metrics, const QStringList& lines)
     {
         int widest = 0;
@@ -31,8 +31,9 @@ namespace {
         return widest;
     }
 
-    // `text` for a style: cut in the middle to `room`, where it has to be; a lone '&' would mark a mnemonic; a name
-    // written the other way than the menu keeps its full stops at its own end.
+    // Returns `text` as a style needs it: cut in the middle to `room` if it is too long, and with "&" doubled, because
+    // a single one would mark a mnemonic. A name in the other writing direction than the menu keeps its full stops at
+    // its own end.
     QString forStyle(const QString& text, const QStyleOptionMenuItem& option, std::optional<int> room)
     {
         QString shown = room ? option.fontMetrics.elidedText(text, Qt::ElideMiddle, *room) : text;
@@ -54,8 +55,8 @@ MenuRowPainter::MenuRowPainter(const QWidget& popup) : popup_(&popup)
     QStyleOptionMenuItem row = option({});
     row.menuItemType = QStyleOptionMenuItem::SubMenu;
     row.icon = QIcon(QPixmap(kIconSide, kIconSide));
-    // Some styles go by the size of the contents, others measure the text by themselves: both have to say the same.
-    // It is wider than any least width of a style.
+    // Some styles use the size of the contents, others measure the text themselves, so both must agree. The text is
+    // wider than the least width of any style.
     row.text = QString(kSampleLength, QChar('x'));
     const int textWidth = widestLine(QFontMetricsF(row.font), { row.text });
     const QSize size = style.sizeFromContents(QStyle::CT_MenuItem, &row, { textWidth, lineHeight_ }, &popup);
@@ -64,7 +65,7 @@ MenuRowPainter::MenuRowPainter(const QWidget& popup) : popup_(&popup)
 
     QStyleOptionMenuItem separator = option({});
     separator.menuItemType = QStyleOptionMenuItem::Separator;
-    // What QMenu proposes to a style.
+    // QMenu gives these values to a style.
     separatorHeight_ = std::max(1, style.sizeFromContents(QStyle::CT_MenuItem, &separator, { 2, 2 }, &popup).height());
 }
 
@@ -147,7 +148,7 @@ void MenuRowPainter::paintSeveralLines(QPainter& painter, const QStringList& lin
     const QRect row = option.rect;
     const QStyle& style = *popup_->style();
     style.drawControl(QStyle::CE_MenuItem, &option, &painter, popup_);
-    // Each line is a row of its own to the style, so that it begins where the titles of the others do.
+    // The style draws each line as a separate row, so that it begins where the titles of other rows begin.
     QStyleOptionMenuItem line = option;
     line.icon = {};
     line.menuItemType = QStyleOptionMenuItem::Normal;

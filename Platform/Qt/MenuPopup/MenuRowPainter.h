@@ -14,21 +14,21 @@ class QWidget;
 
 namespace quillbox {
 
-// Draws one row of a menu as the desktop's style draws menus, and tells how much room it wants. A
-// MenuPopup owns one; it reads style, font and palette of that widget, so it is made anew when they change.
-// Keeps nothing of the rows.
+// Draws one row of a menu as the desktop's style draws menus, and tells how much room the row needs. A MenuPopup owns
+// one. It reads the style, font and palette of that widget when it is made, so it has to be replaced when they change.
+// It keeps nothing of the rows.
 class MenuRowPainter {
 public:
     explicit MenuRowPainter(const QWidget& popup);
 
-    // Looks at no titles or images of ordinary rows.
+    // Does not look at the titles or images of ordinary rows.
     int heightOf(const NSMenuItem& item) const;
     int widthOf(const NSMenuItem& item) const;
     int ordinaryHeight() const { return ordinaryHeight_; }
     // Whether the title is too long for a row of that width.
     bool isElided(const NSMenuItem& item, int rowWidth) const;
 
-    // `mayBeCut`: whether the row may be too narrow for its title; telling that costs as much as drawing it.
+    // `mayBeCut` says whether the row may be too narrow for its title; to find out costs as much as drawing the title.
     void paint(QPainter& painter, const QRect& row, const NSMenuItem& item, bool isSelected, bool mayBeCut) const;
 
 private:
@@ -40,7 +40,7 @@ private:
     int lineHeight_ = 0;
     int ordinaryHeight_ = 0;
     int separatorHeight_ = 0;
-    // What the style adds to the text of a row: margins, icon, arrow.
+    // The width that the style adds to the text of a row: margins, icon and arrow.
     int widthBesideText_ = 0;
 };
 

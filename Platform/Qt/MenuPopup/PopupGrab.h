@@ -8,16 +8,16 @@ class QWidget;
 
 namespace quillbox {
 
-// Sees that a popup gets pointer and keyboard on X11. A panel that opens our menu while the button is still
-// down holds the pointer until the button is released. The toolkit asks for the grab once and takes a refusal
-// for success, and a popup without the pointer never hears of a click outside. So this asks again until the
-// pointer is heard of, for a few seconds at most. Whoever was told of a key that opens our menu holds the keyboard in
-// the same way until the key is released. Does nothing on displays that have no such grabs.
+// Ensures that a popup gets pointer and keyboard on X11. A panel that opens our menu on the press of a button holds the
+// pointer until the button is released. The toolkit asks for the pointer once and takes a refusal for success, and a
+// popup without the pointer never hears of a click outside. Therefore this class asks again until a pointer event
+// arrives, for a few seconds at most. In the same way, a program that has grabbed the key which opens our menu holds
+// the keyboard until the key is released. The class does nothing on displays without such grabs.
 class PopupGrab {
 public:
-    // `popup` is on the screen, and stays so until release.
+    // `popup` must be on the screen, and stay there until release().
     void take(QWidget& popup);
-    // Some popup had an event of the pointer, so nobody else holds it any more.
+    // Must be called when some popup got a pointer event, which shows that nobody else holds the pointer.
     void pointerWasHeardOf();
     // The popup was opened by a key: an event of the pointer is no reason to stop asking.
     void awaitKeyboard() { awaitsKeyboard_ = true; }

@@ -16,7 +16,7 @@ namespace {
 
     constexpr quint32 kMostWindows = 4096;
 
-    // The 32-bit values of an answer; none where there is no such property.
+    // Returns the 32-bit values of a property; none if there is no such property.
     std::vector<quint32> valuesOf(xcb_connection_t* connection, xcb_get_property_cookie_t cookie)
     {
         const auto reply = owned(xcb_get_property_reply(connection, cookie, nullptr));
@@ -33,7 +33,7 @@ namespace {
         const auto list =
             valuesOf(connection, xcb_get_property(connection, 0, root, clients, XCB_ATOM_WINDOW, 0, kMostWindows));
         constexpr quint32 kCount = std::tuple_size_v<PanelReserve>;
-        // All questions go out before the first answer is waited for.
+        // All questions are sent before the first answer is waited for.
         std::vector<xcb_get_property_cookie_t> asked;
         asked.reserve(list.size());
         for (const xcb_window_t window : list)
@@ -60,7 +60,7 @@ QRect workAreaOf(const QScreen& screen)
     if (!all)
         return screen.geometry();
 
-    // A screen's origin is the same in logical and in device pixels.
+    // The origin of a screen is the same in logical and in device pixels.
     const QRect logical = screen.geometry();
     const double scale = screen.devicePixelRatio();
     const QRect device(logical.topLeft(), (logical.size().toSizeF() * scale).toSize());
@@ -76,7 +76,8 @@ QRect withoutPanels(QRect screen, QSize all, const std::vector<PanelReserve>& pa
 {
     QRect free = screen;
     const auto cut = [&](QRect reserved, QRect rest) {
-        // A panel between two screens may reserve one of them whole; better a menu over the panel than none.
+        // A panel between two screens may reserve one of them as a whole; covering the panel is better than showing no
+        // menu.
         if (reserved.intersects(free) && 2 * rest.width() >= screen.width() && 2 * rest.height() >= screen.height())
             free = rest;
     };

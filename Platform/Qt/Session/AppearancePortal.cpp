@@ -13,11 +13,11 @@ namespace {
     const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
     const QString kNamespace = QStringLiteral("org.freedesktop.appearance");
 
-    // The portal may have to be started first.
+    // In milliseconds; the portal may have to be started first.
     constexpr int kAnswerTimeout = 10'000;
 
-    // Zero, which stands for no preference, where there is no such setting and no answer. Every version of the portal
-    // has this method, which wraps the value once more than the newer one does.
+    // Returns 0, which stands for no preference, if there is no such setting or no answer. Every version of the portal
+    // has this method, which wraps the value once more than a newer one does.
     unsigned numberIn(const QDBusMessage& answer)
     {
         QVariant value = answer.arguments().value(0);
@@ -36,7 +36,7 @@ AppearancePortal::AppearancePortal(QDBusConnection connection)
     changed_.setInterval(0);
     QObject::connect(&changed_, &QTimer::timeout, &changed_, [this] { ask(); });
     QObject::connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, &changed_, [this] { changed_.start(); });
-    // From any sender: to name one, the library would wait for the bus to say who that is.
+    // Signals of any sender are accepted: to name one, the library would wait until the bus tells who that is.
     connection_.connect(QString(), kPath, kInterface, QStringLiteral("SettingChanged"), { kNamespace }, QString(),
                         &changed_, SLOT(start()));
     ask();
@@ -52,7 +52,7 @@ void AppearancePortal::ask()
         return std::make_unique<QDBusPendingCallWatcher>(connection_.asyncCall(question, kAnswerTimeout));
     };
     askedScheme_ = read("color-scheme");
-    // Answered in their order.
+    // The two answers come in the order of the questions.
     askedContrast_ = read("contrast");
     QObject::connect(askedContrast_.get(), &QDBusPendingCallWatcher::finished, askedContrast_.get(), [this] {
         if (askedScheme_->isFinished())

@@ -11,9 +11,9 @@ class QDBusPendingCallWatcher;
 
 namespace quillbox {
 
-// What the person has set for all programs of the desktop, as the desktop portal tells it (org.freedesktop.appearance):
-// light or dark, and whether they need strong contrast. Asks when it is made, when the portal starts and when the
-// portal says that something has changed; never waits for an answer.
+// The user's settings for all programs of the desktop, from the desktop portal (org.freedesktop.appearance): light or
+// dark, and strong contrast. They are asked for when this is made, when the portal starts, and when the portal says
+// that something has changed; nothing waits for the answer.
 class AppearancePortal {
 public:
     explicit AppearancePortal(QDBusConnection connection);
@@ -21,9 +21,9 @@ public:
     AppearancePortal(const AppearancePortal&) = delete;
     AppearancePortal& operator=(const AppearancePortal&) = delete;
 
-    // The portal's own numbers.
+    // The numbers are those of the portal.
     enum class Scheme : unsigned { noPreference = 0, dark = 1, light = 2 };
-    // No preference until the portal has answered, and without one.
+    // No preference until the portal has answered, or if there is no portal.
     Scheme scheme() const { return scheme_; }
     bool wantsHighContrast() const { return wantsHighContrast_; }
 
@@ -36,7 +36,7 @@ private:
 
     QDBusConnection connection_;
     QDBusServiceWatcher watcher_;
-    // The bus library calls slots by their name; this offers one.
+    // The bus library calls slots by their name; this timer provides one.
     QTimer changed_;
     std::unique_ptr<QDBusPendingCallWatcher> askedScheme_;
     std::unique_ptr<QDBusPendingCallWatcher> askedContrast_;

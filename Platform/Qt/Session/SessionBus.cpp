@@ -16,11 +16,13 @@ namespace quillbox {
 
 namespace {
 
-    // Milliseconds until the bus that seems to have returned is tried; twice as long each time.
+    // Milliseconds until a bus that seems to have returned is tried for the first time; each further attempt waits
+    // twice as long.
     constexpr int kFirstRetry = 50;
     constexpr int kRetries = 6;
 
-    // The library would start a bus of its own where it finds none; one that nobody else is on helps nobody.
+    // Returns an empty text if no bus runs. The library would then start one, but a bus without other programs is
+    // useless.
     QString addressOfRunningBus()
     {
         QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
@@ -36,13 +38,13 @@ namespace {
         return address.isEmpty() ? QDBusConnection(name) : QDBusConnection::connectToBus(address, name);
     }
 
-    // The parts of "unix:path=/run/user/1000/bus,guid=...", without their kind.
+    // Returns the parts of an address such as "unix:path=/run/user/1000/bus,guid=...", without its transport.
     QStringList partsOf(const QString& address)
     {
         return address.section(QLatin1Char(';'), 0, 0).section(QLatin1Char(':'), 1).split(QLatin1Char(','));
     }
 
-    // The restarted bus is another server on the same socket.
+    // The id is removed because a restarted bus is another server on the same socket.
     QString withoutServerId(const QString& address)
     {
         QStringList parts = partsOf(address);
@@ -52,7 +54,7 @@ namespace {
             : address.section(QLatin1Char(':'), 0, 0) + QLatin1Char(':') + parts.join(QLatin1Char(','));
     }
 
-    // Empty where the bus has no socket in a file system.
+    // Returns an empty text if the bus has no socket in a file system.
     QString socketOf(const QString& address)
     {
         const QString key = QStringLiteral("path=");
@@ -63,7 +65,8 @@ namespace {
         return {};
     }
 
-    // Tells one socket at a path from the next one, which may get the same inode. None where there is none.
+    // Tells a socket from its successor at the same path, which may have the same inode. Nothing is returned if there
+    // is no socket.
     std::optional<std::pair<ino_t, qint64>> identityOf(const QString& socket)
     {
         struct stat status { };
@@ -120,7 +123,7 @@ void SessionBus::connectAgain()
 
 void SessionBus::waitForReturn()
 {
-    // A socket is made before anybody listens on it, so what was refused is tried again a few times.
+    // A socket exists before anybody listens on it, so a refused connection is tried again a few times.
     if (retriesLeft_ > 0) {
         retry_.start(kFirstRetry << (kRetries - retriesLeft_));
         --retriesLeft_;
@@ -129,7 +132,7 @@ void SessionBus::waitForReturn()
     if (socketWatcher_ || socket.isEmpty())
         return;
     socketWatcher_ = std::make_unique<QFileSystemWatcher>(QStringList { QFileInfo(socket).absolutePath() });
-    // Other files of its directory may come and go all the time, and are no reason to try.
+    // Other files in the directory may come and go at any time; only a new socket is a reason to try.
     QObject::connect(socketWatcher_.get(), &QFileSystemWatcher::directoryChanged, &retry_,
                      [this, socket, tried = identityOf(socket)]() mutable {
                          const auto now = identityOf(socket);
@@ -138,7 +141,7 @@ void SessionBus::waitForReturn()
                          retriesLeft_ = kRetries;
                          retry_.start(kFirstRetry);
                      });
-    // It may have come back before it was watched.
+    // The bus may have returned before the directory was watched.
     retriesLeft_ = kRetries;
     retry_.start(kFirstRetry);
 }

@@ -13,10 +13,10 @@
 
 namespace quillbox {
 
-// A connection of its own to the session bus, closed when it goes. Each of our objects on the bus has one:
-// whoever watches for its unique name then sees it leave. Never starts a bus where there is none. When the bus goes
-// and comes back, as on its restart, it is connected to again; until then nothing is asked and no timer runs. Where
-// there was no bus in the beginning, none is waited for.
+// A separate connection to the session bus, closed with this object. Each of our objects on the bus has one, so that
+// whoever watches its unique name sees it leave. No bus is started if there is none. If the bus disappears and returns,
+// as when it is restarted, the connection is made again; until then nothing is asked and no timer runs. If there was no
+// bus in the beginning, none is waited for.
 class SessionBus {
 public:
     SessionBus();
@@ -24,13 +24,13 @@ public:
     SessionBus(const SessionBus&) = delete;
     SessionBus& operator=(const SessionBus&) = delete;
 
-    // False without a session bus; nothing else may be asked then.
+    // Returns false without a session bus; nothing else may be called then.
     bool isConnected() const { return connection_.isConnected(); }
-    // Another one after each return of the bus: whoever keeps a copy has to take a new one then.
+    // The connection is replaced each time the bus returns; copies must be replaced too.
     QDBusConnection& connection() { return connection_; }
 
-    // Called from the event loop when the bus has come back. It knows nothing of us: objects, names and signals are to
-    // be registered again.
+    // Called from the event loop when the bus has returned. The new bus knows nothing of us, so objects, names and
+    // signals must be registered again.
     std::function<void()> onReturned;
 
 private:
@@ -44,24 +44,24 @@ private:
     QTimer lost_;
     QTimer retry_;
     int retriesLeft_ = 0;
-    // Of the directory in which the bus has its socket; null while the bus is there.
+    // Watches the directory in which the bus has its socket; null while the bus is there.
     std::unique_ptr<QFileSystemWatcher> socketWatcher_;
 };
 
-// A method of one of our objects: its name, the signature of its arguments and what answers it.
+// A method of one of our objects: its name, the signature of its arguments, and the function that answers it.
 struct BusMethod {
     const char* member;
     const char* signature;
     std::function<QDBusMessage(const QDBusMessage& call)> answer;
 };
 
-// Answers `call` by the method of that name, where it is for `interface` (or for none, which the bus
-// allows). Wrong arguments and unknown methods get an error. False where the call is for something else.
+// Answers `call` with the method of that name, if the call is for `interface` (or for none, which the bus allows).
+// Wrong arguments and unknown methods get an error. Returns false if the call is for another interface.
 bool answerCall(const QDBusMessage& call, const QDBusConnection& connection, const QString& interface,
                 std::initializer_list<BusMethod> methods);
 
-// Answers Get, GetAll and Set of the standard property interface for `interface`, whose properties can be
-// read only. `properties` is asked once a call. False where `call` is none of these.
+// Answers Get, GetAll and Set of the standard property interface for `interface`, whose properties are read-only.
+// `properties` is called once for each call. Returns false if `call` is none of these.
 bool answerProperties(const QDBusMessage& call, const QDBusConnection& connection, const QString& interface,
                       const std::function<QVariantMap()>& properties);
 

@@ -20,7 +20,7 @@ namespace {
     const QString kCreateToken = QStringLiteral("quillbox_create");
     const QString kBindToken = QStringLiteral("quillbox_bind");
 
-    // The portal may have to be started first.
+    // In milliseconds; the portal may have to be started first.
     constexpr int kAnswerTimeout = 10'000;
 
     // The portal's answers to a request.
@@ -29,7 +29,7 @@ namespace {
 
 } // namespace
 
-// A shortcut as the portal takes it: its name and what is to be known of it.
+// A shortcut in the form that the portal takes: its name and its properties.
 struct OfferedShortcut {
     QString name;
     QVariantMap properties;
@@ -62,7 +62,7 @@ ShortcutPortal::ShortcutPortal(std::string identifier, std::string name, std::st
       name_(QString::fromStdString(name)),
       description_(QString::fromStdString(description))
 {
-    // A slot is found by the names of its types, which the library has not given to all its own at this time.
+    // A slot is found by the names of its types, and the library has not registered all of its own types yet.
     qRegisterMetaType<QDBusObjectPath>();
     qDBusRegisterMetaType<OfferedShortcut>();
     qDBusRegisterMetaType<QList<OfferedShortcut>>();
@@ -79,14 +79,14 @@ void ShortcutPortal::listen()
     watcher_ =
         std::make_unique<QDBusServiceWatcher>(kService, bus_.connection(), QDBusServiceWatcher::WatchForRegistration);
     connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this, [this] { begin(); });
-    // From any sender: to name one, the library would wait for the bus to say who that is. Only the portal knows the
-    // session's name, which is looked at.
+    // Signals of any sender are accepted: to name one, the library would wait until the bus tells who that is. Only the
+    // portal knows the name of the session, which is checked.
     bus_.connection().connect(QString(), kPath, kShortcuts, QStringLiteral("Activated"), this,
                               SLOT(shortcutPressed(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     begin();
 }
 
-// Portals that know of programs outside of sandboxes are told which one this is, before anything else.
+// Portals that support programs outside of sandboxes must first be told which program this is.
 void ShortcutPortal::begin()
 {
     session_.clear();
@@ -95,7 +95,7 @@ void ShortcutPortal::begin()
         if (asked == call_.get() && call_->error().type() != QDBusError::ServiceUnknown)
             createSession();
     };
-    // Queued, since the next call takes the place of this one.
+    // The connection is queued, since the next call replaces this one.
     connect(call_.get(), &QDBusPendingCallWatcher::finished, this, registered, Qt::QueuedConnection);
 }
 
@@ -133,7 +133,7 @@ void ShortcutPortal::shortcutPressed(const QDBusObjectPath& session, const QStri
         onPressed(options.value(QStringLiteral("activation_token")).toString().toStdString());
 }
 
-// The answer may come before that to the call, so the path of what sends it is made up here, as the portal does it.
+// The answer may come before the reply to the call, so the path of its sender is computed here as the portal does.
 void ShortcutPortal::awaitAnswer(const QString& token, const char* slot)
 {
     QString sender = bus_.connection().baseService().mid(1);

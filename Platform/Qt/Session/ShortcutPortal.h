@@ -15,22 +15,22 @@ class QDBusPendingCallWatcher;
 
 namespace quillbox {
 
-// One key for one action, from anywhere in the session, as the desktop portal gives it
-// (org.freedesktop.portal.GlobalShortcuts). The desktop asks the person for the key and shows it in its settings. Asks
-// when it is made and when the portal starts, never waits for an answer, and does nothing where there is no such
-// portal: keys are bound to the program's command line there. Has a connection of its own, since the portal tells
-// programs apart by theirs.
+// One key for one action, from anywhere in the session, which the desktop portal gives
+// (org.freedesktop.portal.GlobalShortcuts). The desktop asks the user for the key and shows it in its settings. The
+// portal is asked when this is made and when the portal starts; nothing waits for an answer. Without such a portal this
+// does nothing, and users bind a key to the program's command line. It has its own connection, since the portal
+// distinguishes programs by theirs.
 class ShortcutPortal final : public QObject {
     Q_OBJECT
 
 public:
-    // `identifier` names the program's desktop entry, `name` the shortcut; `description` is what the person reads.
+    // `identifier` names the program's desktop entry, `name` the shortcut; the user reads `description`.
     ShortcutPortal(std::string identifier, std::string name, std::string description);
     ~ShortcutPortal() override;
 
-    // Called from the event loop when the key was pressed, with the right to take the focus, or an empty text.
+    // Called from the event loop when the key was pressed, with an activation token or an empty text.
     std::function<void(const std::string& activationToken)> onPressed;
-    // Called from the event loop when the person wants no key for it.
+    // Called from the event loop when the user wants no key for the action.
     std::function<void()> onRefused;
 
 private slots:
@@ -53,7 +53,7 @@ private:
     SessionBus bus_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
     std::unique_ptr<QDBusPendingCallWatcher> call_;
-    // Empty until the portal has made one.
+    // The path of the portal's session; empty until the portal has made one.
     QString session_;
 };
 

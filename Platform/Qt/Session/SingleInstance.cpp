@@ -19,7 +19,7 @@ namespace {
     const QString kActivationToken = QStringLiteral("activation-token");
     const QString kStartupId = QStringLiteral("desktop-startup-id");
 
-    // A Quillbox that lists a slow directory answers late; one that hangs never does.
+    // In milliseconds. A Quillbox that lists a slow directory answers late; one that hangs never does.
     constexpr int kAnswerTimeout = 10'000;
 
     const char* const kBusMarks[] = { "DBUS_STARTER_ADDRESS", "DBUS_STARTER_BUS_TYPE" };
@@ -46,12 +46,12 @@ SingleInstance::StartEnvironment SingleInstance::StartEnvironment::take()
     return environment;
 }
 
-// The object at the application's path, on a connection of its own that holds the name.
+// The object at the application's path, with the connection that owns the name.
 class SingleInstance::Service final : public QDBusVirtualObject {
 public:
     explicit Service(bool isStartedByBus) : isStartingCallDue_(isStartedByBus)
     {
-        // The object is there before the name is ours, since calls may follow at once.
+        // The object is registered before the name is requested, since calls may follow at once.
         if (bus_.isConnected())
             bus_.connection().registerVirtualObject(kPath, this);
         bus_.onReturned = [this] { comeBack(); };
@@ -77,7 +77,7 @@ private:
     void later(const QVariantMap& platformData, std::function<void()> handler);
 
     SessionBus bus_;
-    // Until the calls that wait for the name have been delivered.
+    // Set until the calls that wait for the name have been delivered.
     bool isStartingCallDue_;
     std::unique_ptr<QDBusPendingCallWatcher> delivered_;
 };
@@ -92,9 +92,9 @@ SingleInstance::Service::Taker SingleInstance::Service::requestName()
     return reply.value() == Interface::ServiceRegistered ? Taker::us : Taker::other;
 }
 
-// The bus keeps a call that starts a process until that takes the name, and delivers it then: before the answer to
-// anything that is asked afterwards. The mark that the bus sets is no proof of such a call, since programs which the
-// bus started, terminals among them, hand it on to what they start.
+// The bus keeps a call that starts a process until the process takes the name, and delivers it then, before the answer
+// to any later question. The variables that the bus sets are no proof of such a call: programs that the bus started,
+// terminals among them, pass them on to what they start.
 void SingleInstance::Service::awaitStartingCall()
 {
     if (!isStartingCallDue_)
@@ -110,7 +110,7 @@ void SingleInstance::Service::awaitStartingCall()
 void SingleInstance::Service::comeBack()
 {
     bus_.connection().registerVirtualObject(kPath, this);
-    // A Quillbox that was started meanwhile keeps the name, and this one goes on without it.
+    // If another Quillbox has been started in the meantime, it keeps the name, and this one continues without it.
     requestName();
 }
 
@@ -126,7 +126,7 @@ QDBusMessage SingleInstance::Service::callFirst(const std::string& activationTok
     if (!action.empty())
         call << QString::fromStdString(action) << QVariantList();
     call << platformData;
-    // If the first one ends this moment, this process takes its place; the bus need not start a third.
+    // If the first process ends at this moment, this one takes its place; the bus need not start a third.
     call.setAutoStartService(false);
     return bus_.connection().call(call, QDBus::Block, kAnswerTimeout);
 }
@@ -135,7 +135,7 @@ SingleInstance::Outcome SingleInstance::Service::claim(const std::string& activa
 {
     if (!bus_.isConnected())
         return Outcome::unguarded;
-    // Twice at most: the one that has the name may end before it is asked.
+    // There are at most two attempts, because the process that has the name may end before it is asked.
     for (int attempt = 0; attempt < 2; ++attempt) {
         const Taker taker = requestName();
         if (taker == Taker::us)
@@ -187,7 +187,7 @@ bool SingleInstance::Service::handleMessage(const QDBusMessage& message, const Q
     const auto activateCall = [this](const QDBusMessage& call) {
         return activate(call, qdbus_cast<QVariantMap>(call.arguments().at(0)));
     };
-    // Quillbox opens no documents, so files bring it forward as well.
+    // Quillbox opens no documents, so a call to open files also brings it to the front.
     const auto open = [this](const QDBusMessage& call) {
         return activate(call, qdbus_cast<QVariantMap>(call.arguments().at(1)));
     };

@@ -7,41 +7,41 @@
 
 namespace quillbox {
 
-// Sees to it that one Quillbox runs per desktop: asks for the application's name on the session bus, and
-// answers org.freedesktop.Application there. main asks it before anything is loaded; a process that does
-// not get the name has nothing to load. Losing the name or the bus later changes nothing; when the bus comes
-// back, it takes the name again where nobody else has it.
+// Ensures that only one Quillbox runs on a desktop. It asks for the application's name on the session bus and answers
+// org.freedesktop.Application there. main() asks it before anything is loaded, and a process that does not get the name
+// loads nothing. Losing the name or the bus later has no effect; when the bus returns, the name is taken again unless
+// another process has it.
 class SingleInstance {
 public:
-    // What the process was started with. Taken first of all, before the toolkit clears it.
+    // How the process was started. It must be taken first, before the toolkit clears it from the environment.
     struct StartEnvironment {
-        // The right to bring a window to the front, which whoever started the process gave it; or empty.
+        // The right to bring a window to the front, from whoever started the process; empty if there is none.
         std::string activationToken;
-        // The bus may have started the process in order to deliver a call.
+        // Whether the bus may have started the process to deliver a call.
         bool isStartedByBus = false;
 
-        // Takes the bus's mark out of the environment, so that no program started from here inherits it.
+        // Also removes the bus's variables from the environment, so that programs started from here don't inherit them.
         static StartEnvironment take();
     };
 
     enum class Outcome {
         // This process has the name.
         first,
-        // There is no session bus; more than one Quillbox may run.
+        // There is no session bus, so more than one Quillbox may run.
         unguarded,
-        // The Quillbox that runs was told; this process ends with success.
+        // The running Quillbox was told. This process ends with success.
         handedOver,
-        // A Quillbox runs but did not answer, or does not know the action; this process ends with a failure.
+        // A Quillbox runs but did not answer, or does not know the action. This process ends with a failure.
         notAnswered,
     };
 
-    // Called from the event loop, after the caller has its answer.
+    // These are called from the event loop, after the caller has its answer.
     struct Handlers {
         // Quillbox was started again.
         std::function<void()> onActivate;
-        // By the action's name.
+        // The key is the action's name.
         std::map<std::string, std::function<void()>> actions;
-        // Comes just before the call it belongs to.
+        // Called just before the handler of the call to which the token belongs.
         std::function<void(const std::string&)> onActivationToken;
     };
 
@@ -50,13 +50,13 @@ public:
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    // Asks for the name, once; waits for the bus, and some seconds at most for the Quillbox that runs, which is asked
-    // for its action of that name, or to come forward where the name is empty.
+    // Asks for the name; must be called once. It waits for the bus, and at most some seconds for a running Quillbox,
+    // which is asked to perform `action`, or to come forward if that is empty.
     Outcome claim(const std::string& action = {});
 
-    // Calls that came since claim() wait in the event loop: set before it runs, all of them are handled.
-    // The call that made the bus start the process opens nothing where it is a bare activation; none that comes later
-    // is taken for it.
+    // Calls that arrived after claim() wait in the event loop, so none is lost if this is called before the loop runs.
+    // If the bus started the process only to deliver an activation, that call opens nothing; a later call is never
+    // mistaken for it.
     void setHandlers(Handlers handlers);
 
 private:

@@ -14,10 +14,10 @@ namespace quillbox {
 
 namespace {
 
-    // Of the property, in units of four bytes; real ones have a few kilobytes.
+    // The longest property that is read, in units of four bytes. Real ones have a few kilobytes.
     constexpr quint32 kMostUnits = 1 << 16;
 
-    // Goes through the bytes from their beginning; once they have ended, all that is read is zero.
+    // Reads the bytes from their beginning. After their end, everything that is read is zero.
     class Reader {
     public:
         explicit Reader(const QByteArray& bytes) : bytes_(bytes), isBigEndian_(bytes.startsWith('\1')) { }
@@ -31,7 +31,7 @@ namespace {
             at_ += count;
             return bytes_.mid(at_ - count, count);
         }
-        // A text fills its last four bytes.
+        // A text is padded to a multiple of four bytes.
         QByteArray takeText(quint32 length)
         {
             QByteArray text = take(length);
@@ -60,14 +60,14 @@ QMap<QByteArray, QByteArray> XSettings::parse(const QByteArray& bytes)
     constexpr qsizetype kColourSize = 8;
     QMap<QByteArray, QByteArray> texts;
     Reader reader(bytes);
-    reader.take(4); // The byte order and what fills the unit.
-    reader.takeNumber<quint32>(); // The state's serial number.
+    reader.take(4); // the byte order and padding
+    reader.takeNumber<quint32>(); // the serial number of the settings
     const auto count = reader.takeNumber<quint32>();
     for (quint32 i = 0; i < count && !reader.hasEnded(); ++i) {
         const auto kind = reader.takeNumber<quint8>();
         reader.take(1);
         const QByteArray name = reader.takeText(reader.takeNumber<quint16>());
-        reader.takeNumber<quint32>(); // The setting's serial number.
+        reader.takeNumber<quint32>(); // the serial number of the setting
         QByteArray value;
         if (kind == text)
             value = reader.takeText(reader.takeNumber<quint32>());
@@ -87,14 +87,14 @@ struct XSettings::Server {
     xcb_atom_t selection;
     xcb_atom_t settings;
     xcb_atom_t manager;
-    // The window that has the settings; 0 for none.
+    // The window that has the settings, or 0.
     xcb_window_t owner = XCB_WINDOW_NONE;
 
     void watch(xcb_window_t window, quint32 events) const
     {
         const auto cookie = xcb_get_window_attributes(connection, window);
         const auto attributes = owned(xcb_get_window_attributes_reply(connection, cookie, nullptr));
-        // The toolkit shares the connection; what it selected on the window stays.
+        // The toolkit shares the connection, so the events that it selected on the window are kept.
         const quint32 mask = (attributes ? attributes->your_event_mask : 0) | events;
         const auto change = xcb_change_window_attributes_checked(connection, window, XCB_CW_EVENT_MASK, &mask);
         const auto error = owned(xcb_request_check(connection, change));
@@ -122,7 +122,7 @@ std::unique_ptr<XSettings> XSettings::create()
     auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11 || !x11->connection())
         return nullptr;
-    // One manager for all screens: displays of today have one.
+    // One manager serves all screens, because today's displays have only one.
     xcb_connection_t* connection = x11->connection();
     std::unique_ptr<XSettings> settings(new XSettings);
     settings->server_ = std::make_unique<Server>(Server {

@@ -11,21 +11,23 @@
 
 namespace quillbox {
 
-// The texts among the settings that desktops of the GTK family share with all programs on an X server, by the name of
-// the setting ("Net/ThemeName"). Follows them, and the program that manages them, by the X server's events.
+// The texts among the settings that desktops of the GTK family share with all programs on an X server (XSETTINGS), by
+// the name of the setting ("Net/ThemeName"). It follows changes of the settings and of the program that manages them by
+// events of the X server.
 class XSettings final : private QAbstractNativeEventFilter {
 public:
-    // Null where the application has no X server.
+    // Returns null if the application has no X server.
     static std::unique_ptr<XSettings> create();
     ~XSettings() override;
 
-    // Empty where nobody manages settings.
+    // Empty if no program manages settings.
     const QMap<QByteArray, QByteArray>& texts() const { return texts_; }
 
     // Called from the event loop when texts() has changed.
     std::function<void()> onChanged;
 
-    // The texts in the bytes of the property that holds the settings; of damaged bytes, what comes before the damage.
+    // Returns the texts in the bytes of the property that holds the settings; of damaged bytes, those before the
+    // damage.
     static QMap<QByteArray, QByteArray> parse(const QByteArray& bytes);
 
 private:
@@ -36,7 +38,7 @@ private:
     struct Server;
     std::unique_ptr<Server> server_;
     QMap<QByteArray, QByteArray> texts_;
-    // Calls that wait in the event loop go with it.
+    // Deferred calls are cancelled when this is destroyed.
     QObject context_;
 };
 

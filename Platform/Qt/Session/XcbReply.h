@@ -9,7 +9,7 @@
 
 namespace quillbox {
 
-// Answers of the X server, which the receiver frees.
+// Frees an answer of the X server, which belongs to its receiver.
 struct FreeReply {
     void operator()(void* reply) const { std::free(reply); }
 };
@@ -20,7 +20,7 @@ std::unique_ptr<T, FreeReply> owned(T* reply)
     return std::unique_ptr<T, FreeReply>(reply);
 }
 
-// The atom of that name, made where there is none; XCB_ATOM_NONE where the server doesn't answer.
+// Returns the atom of that name, which is made if needed; XCB_ATOM_NONE if the server does not answer.
 inline xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name)
 {
     const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());

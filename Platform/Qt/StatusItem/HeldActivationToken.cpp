@@ -19,7 +19,7 @@ bool HeldActivationToken::hold(const QDBusMessage& call, const QDBusConnection& 
 
 void HeldActivationToken::clickCame()
 {
-    // The action may wait for the person, with an alert.
+    // The action may wait for the user, for example with an alert.
     if (held_)
         timer_ = Clock::current().after(kUntilWindow, [this] { answer(!isTaken || isTaken()); });
 }

@@ -10,24 +10,25 @@
 
 namespace quillbox {
 
-// The answer to a host that has handed over the right to bring a window to the front. GNOME's shell shows a busy
-// pointer from then on until a program uses the right, or for fifteen seconds: but the click may be on a row that
-// starts nothing. A refused right ends the busy pointer at once, so the host gets its answer when it is known whether
-// the right was used. The status item's presenter keeps one; it is at most one call behind.
+// Holds back the answer to a host that has passed an activation token, the right to bring a window to the front. GNOME
+// Shell then shows a busy pointer until a program uses the token, or for fifteen seconds; but the click may be on a row
+// that starts nothing. A refused token ends the busy pointer at once, so the host gets its answer when it is known
+// whether the token was used. The status item's presenter owns one; it holds at most one answer at a time.
 class HeldActivationToken {
 public:
-    // Whether what the click did has used the right.
+    // Returns whether what the click did has used the token.
     std::function<bool()> isTaken;
 
-    // Keeps the answer to `call`; true. A click that is not one on a row follows only once it was answered.
+    // Holds the answer to `call` and returns true. If the click is not on a row, the host sends it only after the
+    // answer.
     bool hold(const QDBusMessage& call, const QDBusConnection& connection);
-    // A row was clicked, and its action is about to run; the action has ended.
+    // clickCame() must be called before the action of a clicked row runs, actionEnded() after it.
     void clickCame();
     void actionEnded();
 
 private:
     static constexpr std::chrono::milliseconds kUntilClick { 300 };
-    // A window of ours that the action has opened comes to the front by then.
+    // A window of ours that the action opens is in front by then.
     static constexpr std::chrono::milliseconds kUntilWindow { 2000 };
 
     void answer(bool isUsed);

@@ -13,7 +13,7 @@ namespace quillbox {
 
 namespace {
 
-    // Hosts may tell of any point of the icon; this is the side of a large one, in logical pixels.
+    // Hosts may report any point of the icon; this is the side of a large one, in logical pixels.
     constexpr int kIconSide = 64;
 
 } // namespace
@@ -31,7 +31,7 @@ std::optional<QPoint> toldPoint(QPoint devicePixels)
     return std::nullopt;
 }
 
-// An X server knows where the pointer is, other displays only while it is over a window of ours.
+// An X server knows where the pointer is; other displays know it only while it is over a window of ours.
 QPoint pointOfClick(QPoint devicePixels)
 {
     const QPoint pointer = QCursor::pos();

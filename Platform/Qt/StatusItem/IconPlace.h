@@ -6,17 +6,17 @@
 
 namespace quillbox {
 
-// Where on the screen the icon is, as far as hosts tell: in logical pixels, of all screens together.
+// Where the icon is on the screen, as far as hosts tell. Results are in logical pixels, of all screens together.
 
-// From a host's device pixels to logical ones; a screen's origin is the same in both. None where there is no screen
-// there, and at (0, 0), which comes from hosts that don't say where the click was.
+// Converts a host's device pixels to logical pixels; the origin of a screen is the same in both. Nothing is returned if
+// there is no screen at that point, and for (0, 0), which hosts send if they don't know where the click was.
 std::optional<QPoint> toldPoint(QPoint devicePixels);
 
-// Where the icon was clicked, by what the host says of it: some panels tell of another place than that.
+// Returns where the icon was clicked. `devicePixels` is what the host says, but some panels report another place.
 QPoint pointOfClick(QPoint devicePixels);
 
-// A guess for an icon that was never clicked: status bars are mostly at that end of the panel at which lines of text
-// end, and at the lower end of an upright panel.
+// Guesses the place of an icon that was never clicked: status bars are mostly at the end of the panel at which lines of
+// text end, and at the lower end of a vertical panel.
 QPoint usualPlaceOfIcons();
 
 } // namespace quillbox

@@ -4,17 +4,17 @@
 
 namespace quillbox {
 
-// Who draws the status item's menu. In a Wayland session a popup without a window of its own can't be placed, not even
-// by a program that shows its windows through X, and GNOME opens nothing but menus of its own.
+// Who draws the status item's menu. The host does in a Wayland session, where a popup without a parent window can't be
+// placed, even by a program that shows its windows through X; and on GNOME, whose shell opens only menus of its own.
 enum class MenuDrawing { byUs, byHost };
 
-// `platform` is the display platform's name, `sessionType` and `desktops` what XDG_SESSION_TYPE and the colon-separated
-// list in XDG_CURRENT_DESKTOP say.
+// `platform` is the name of the toolkit's display platform. `sessionType` and `desktops` are the values of
+// XDG_SESSION_TYPE and of XDG_CURRENT_DESKTOP, which is a colon-separated list.
 MenuDrawing menuDrawing(const QString& platform, const QString& sessionType, const QString& desktops);
 MenuDrawing menuDrawingOfSession();
 
-// Whether that desktop's host, once it knows of an item that can be activated, waits at each click whether a second one
-// follows. Clicks must seem not to exist there.
+// Whether the desktop's host, if an item can be activated, waits after each click for a second one. On such desktops
+// the item must offer no activation.
 bool waitsForSecondClick(const QString& desktops);
 
 } // namespace quillbox

@@ -25,7 +25,8 @@ namespace quillbox {
 
 namespace {
 
-    // A panel that starts with the session, or restarts, is there by then; the strip need not flash up.
+    // A panel that starts with the session, or restarts, is there by then, and the strip need not be shown for a
+    // moment.
     constexpr std::chrono::seconds kGrace { 3 };
 
     const QString kMenuPath = QStringLiteral("/StatusNotifierItem/Menu");
@@ -38,8 +39,8 @@ namespace {
 
 } // namespace
 
-// Where the icon is follows from three facts: whether a host shows the notifier item, whether a tray has
-// docked the icon, and whether neither has been so for the time of grace.
+// Where the icon is shown depends on whether a host shows the notifier item, whether a tray has taken the icon, and
+// whether neither has been so for the time kGrace.
 struct StatusItemPresenter::State {
     State(NSStatusItem& shownItem, MenuPresenter& presenter, std::shared_ptr<NSMenu> shortMenuOfItem,
           MenuDrawing menuDrawing);
@@ -73,25 +74,25 @@ struct StatusItemPresenter::State {
 
     StatusIcon icon;
     SessionBus bus;
-    // Null without a session bus.
+    // Null if there is no session bus.
     std::unique_ptr<StatusNotifierItem> notifierItem;
-    // Null where there is no menu to export either.
+    // Null if there is also no menu to export.
     std::unique_ptr<MenuExporter> exporter;
     std::unique_ptr<StatusNotifierRegistration> registration;
-    // Null without an X server.
+    // Null if there is no X server.
     std::unique_ptr<TrayIcon> tray;
-    // Null while something else shows the icon.
+    // Null while the icon is shown elsewhere.
     std::unique_ptr<StatusStrip> strip;
     std::unique_ptr<Clock::Timer> grace;
     enum class Host { none, statusBar, tray };
     Host host = Host::none;
-    // Where the short menu was opened last by a click on the icon.
+    // Where a click on the icon last opened the short menu.
     std::optional<QRect> shortMenuAnchor;
-    // Where a host's icon was clicked last.
+    // Where the host's icon was last clicked.
     std::optional<QRect> clickedPlace;
-    // A key was pressed before there was an icon.
+    // Whether the key that opens the menu was pressed before there was an icon.
     bool isMenuDue = false;
-    // What waits in the event loop goes with it.
+    // Deferred calls are cancelled when this is destroyed.
     QObject context;
 };
 
@@ -111,7 +112,7 @@ StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presen
     if (tray) {
         tray->onChanged = [this] { hostsChanged(); };
         tray->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
-        // The tray is the best place there will be where there is no bus.
+        // If there is no bus, the tray is the best place for the icon.
         tray->setWanted(!registration);
     }
     hostsChanged();
@@ -133,7 +134,7 @@ void StatusItemPresenter::State::showOnBus()
             openShortMenu(*clickedPlace);
         };
     } else if (!waitsForSecondClick(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
-        // Some hosts tell of a click and open nothing, whatever the item says of itself.
+        // Some hosts report a click and open nothing, whatever the item says about clicks.
         notifierItem->onActivate = [this](QPoint) { openAtStrip(); };
     }
     notifierItem->onActivationToken = [this](const QDBusMessage& call) {
@@ -151,7 +152,7 @@ void StatusItemPresenter::State::showOnBus()
     registration->onShownChanged = [this] { hostsChanged(); };
 }
 
-// All that was on the old connection went with it.
+// Everything on the old connection is gone.
 void StatusItemPresenter::State::busReturned()
 {
     if (exporter)
@@ -170,7 +171,7 @@ void StatusItemPresenter::State::hostsChanged()
         tray->setWanted(false);
     const Host now = isInStatusBar ? Host::statusBar : tray && tray->isDocked() ? Host::tray : Host::none;
     if (std::exchange(host, now) != now) {
-        menus.close(); // What is open was opened by the icon that goes.
+        menus.close(); // The open menu belongs to the icon that disappears.
         clickedPlace.reset();
     }
     if (exporter && !isInStatusBar)
@@ -192,7 +193,7 @@ void StatusItemPresenter::State::graceIsOver()
     if (tray && !tray->isWanted()) {
         tray->setWanted(true);
         if (tray->isPresent()) {
-            hostsChanged(); // The tray has as long to take the icon.
+            hostsChanged(); // The tray has the same time to take the icon.
             return;
         }
     }
@@ -209,7 +210,7 @@ void StatusItemPresenter::State::showStrip()
     strip->show();
 }
 
-// Popups of ours need a window to belong to where the session's hosts draw menus; this is the one we have.
+// In sessions whose hosts draw menus, popups of ours need a parent window; the strip is the only one there is.
 void StatusItemPresenter::State::openAtStrip(bool isByKeyboard)
 {
     if (menus.isOpen() || NSAlert::isAnyRunning()) {
@@ -231,7 +232,7 @@ void StatusItemPresenter::State::menuHasClosed()
         return;
     if (exporter)
         exporter->fillIfDue();
-    // It was there for the menu alone.
+    // The strip was shown only for the menu.
     if (host != Host::none)
         strip.reset();
 }
@@ -261,7 +262,7 @@ void StatusItemPresenter::State::openMenuAgain()
 void StatusItemPresenter::State::openMenuByKeyboard()
 {
     isMenuDue = host == Host::none && !strip;
-    // A key that is held comes again and again.
+    // A key that is held down is reported again and again.
     if (isMenuDue || menus.isOpen())
         return;
     if (drawing == MenuDrawing::byHost) {
@@ -281,7 +282,7 @@ void StatusItemPresenter::State::openMenuIfDue()
         });
 }
 
-// Hosts tell where their icon is when it is clicked, and not before.
+// Hosts tell where their icon is only when it is clicked.
 QRect StatusItemPresenter::State::iconPlace() const
 {
     if (strip)
@@ -307,7 +308,7 @@ void StatusItemPresenter::State::open(const std::shared_ptr<NSMenu>& menu, QRect
         return;
     }
     if (NSAlert::isAnyRunning())
-        NSApplication::shared().activate(true); // The alert wants its answer first.
+        NSApplication::shared().activate(true); // The alert waits for its answer.
     else if (menu)
         menus.popUp(menu, anchor, reserve, strip ? strip->windowHandle() : nullptr);
 }
@@ -346,7 +347,7 @@ void StatusItemPresenter::showStripAgain()
 void StatusItemPresenter::alertHasEnded()
 {
     State& state = *state_;
-    // The alert counts as running until its caller goes on.
+    // The alert counts as running until its caller continues.
     QTimer::singleShot(0, &state.context, [&state] {
         if (state.exporter)
             state.exporter->fillIfDue();

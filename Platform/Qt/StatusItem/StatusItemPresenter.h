@@ -11,32 +11,32 @@ namespace quillbox {
 
 class MenuPresenter;
 
-// Keeps the status item's icon on the screen: as a StatusNotifierItem while a watcher runs, else in the
-// older tray where the X server has one, else on a strip of our own; and opens the menu by
-// MenuPresenter when the icon is clicked, or exports it for hosts that draw it themselves: one of the two at a
-// time. Follows hosts as they come and go for as long as it lives.
-// Keeps neither the item nor the presenter alive.
+// Keeps the status item's icon on the screen: as a StatusNotifierItem while a watcher runs, otherwise in the older tray
+// if the X server has one, otherwise on a strip of our own. When the icon is clicked, it opens the menu with
+// MenuPresenter; for hosts that draw the menu themselves it exports it instead. It follows hosts as they come and go,
+// and keeps neither the item nor the menu presenter alive.
 class StatusItemPresenter {
 public:
-    // `shortMenu` is shown by a right click where we draw the menu, and where the item's own menu is empty.
+    // `shortMenu` is shown on a right click if we draw the menu, and whenever the item's own menu is empty.
     StatusItemPresenter(NSStatusItem& item, MenuPresenter& menus, std::shared_ptr<NSMenu> shortMenu,
                         MenuDrawing drawing);
     ~StatusItemPresenter();
     StatusItemPresenter(const StatusItemPresenter&) = delete;
     StatusItemPresenter& operator=(const StatusItemPresenter&) = delete;
 
-    // `take` gets the activation token that a host hands over before a click, for what the click starts; `isTaken` says
+    // `take` gets the activation token that a host passes before a click, for what the click starts. `isTaken` returns
     // whether something has used it since.
     void setActivationTokenHandlers(std::function<void(const std::string&)> take, std::function<bool()> isTaken);
 
-    // Does what a click on the icon does; for the short menu, which opens where that was opened.
+    // Does what a click on the icon does. If the short menu was opened last, it opens the menu in that place.
     void openMenu();
-    // What a key does that opens the menu: opens it at the icon with its first row highlighted, once there is an icon;
-    // leaves an open one as it is. Hosts can't be told to open the menu that they draw: there it opens at the strip.
+    // Opens the menu for the keyboard: at the icon, as soon as there is one, with the first row highlighted. An open
+    // menu stays as it is. A host that draws the menu can't be told to open it; in that case our own menu opens at the
+    // strip.
     void openMenuByKeyboard();
-    // The strip that the person has closed comes back; nothing where something else shows the icon.
+    // Shows the strip again that the user has closed. Nothing happens if the icon is shown elsewhere.
     void showStripAgain();
-    // Hosts may have asked for the menu while the alert did not let it open.
+    // Must be called after an alert, because hosts may have asked for the menu while the alert did not let it open.
     void alertHasEnded();
 
 private:

@@ -13,7 +13,7 @@ namespace {
     const QString kInterface = QStringLiteral("org.kde.StatusNotifierItem");
     const QString kObjectPath = QStringLiteral("/StatusNotifierItem");
 
-    // What panels use, from small ones to twice the size of large ones.
+    // The sizes that panels use, from small ones to twice the size of large ones.
     constexpr int kPixmapSizes[] = { 16, 22, 24, 32, 48, 64 };
 
     NotifierPixmap encode(const QPixmap& pixmap)
@@ -160,7 +160,7 @@ bool StatusNotifierItem::handleMessage(const QDBusMessage& message, const QDBusC
 
 QString StatusNotifierItem::introspect(const QString&) const
 {
-    // Hosts look here for what a click may call.
+    // Hosts look here to find out which methods a click may call.
     const QString clicks = drawing_ == MenuDrawing::byHost ? QString() : QStringLiteral(R"xml(
   <method name="Activate"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>
   <method name="ContextMenu"><arg name="x" type="i" direction="in"/><arg name="y" type="i" direction="in"/></method>)xml");

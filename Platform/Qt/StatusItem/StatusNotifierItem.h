@@ -10,7 +10,7 @@
 
 namespace quillbox {
 
-// One size of an icon on the bus: ARGB32, not premultiplied, rows from the top, bytes in network order.
+// One size of an icon on the bus: ARGB32, not premultiplied, with rows from the top and bytes in network order.
 struct NotifierPixmap {
     int width = 0;
     int height = 0;
@@ -30,25 +30,26 @@ const QDBusArgument& operator>>(const QDBusArgument& in, NotifierPixmap& pixmap)
 QDBusArgument& operator<<(QDBusArgument& out, const NotifierToolTip& toolTip);
 const QDBusArgument& operator>>(const QDBusArgument& in, NotifierToolTip& toolTip);
 
-// The status item as hosts see it on the session bus: org.kde.StatusNotifierItem at /StatusNotifierItem.
-// Clicks are answered at once and reported from the event loop, so that no host waits for a menu.
-// Registering it with a watcher is StatusNotifierRegistration's work.
+// The status item on the session bus, for hosts: org.kde.StatusNotifierItem at /StatusNotifierItem. Clicks are answered
+// at once and reported from the event loop, so that no host waits for a menu. StatusNotifierRegistration registers it
+// with a watcher.
 //
-// Where the host draws the menu, clicks are said not to exist: that is what makes hosts open the menu that would ask us
-// first, or would wait for a second click. Hosts that tell of a click all the same are heard where someone listens.
+// If the host draws the menu, the item says that it offers no clicks; otherwise some hosts would ask us before they
+// open the menu, or wait for a second click. A click that a host reports nevertheless is passed to the handlers, if
+// they are set.
 class StatusNotifierItem final : public QDBusVirtualObject {
 public:
-    // `menuPath` is the object that exports a menu on the same connection: the whole one where the host
-    // draws it, else the short one.
+    // `menuPath` is the object that exports a menu on the same connection: the whole menu if the host draws it,
+    // otherwise the short one.
     StatusNotifierItem(QDBusConnection connection, StatusIcon icon, QString menuPath, MenuDrawing drawing);
     ~StatusNotifierItem() override;
 
-    // A click, with the host's position in device pixels; (0, 0) from hosts that know none. Without a handler the
-    // method is refused as one that is not there; so is a context menu where the host draws menus.
+    // Called on a click with the host's position in device pixels, or (0, 0) from hosts that know none. Without a
+    // handler the method is refused as unknown; so is a context menu if the host draws menus.
     std::function<void(QPoint)> onActivate;
     std::function<void(QPoint)> onContextMenu;
-    // The right to bring a window to the front, the call's only argument, handed over just before the click it belongs
-    // to. True where the call is answered later, by whoever took it.
+    // Called with the message that passes an activation token, just before the click to which it belongs. Returns true
+    // if the handler answers the message later.
     std::function<bool(const QDBusMessage&)> onActivationToken;
 
     QString introspect(const QString& path) const override;

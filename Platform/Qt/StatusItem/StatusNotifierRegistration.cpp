@@ -17,7 +17,7 @@ namespace {
     {
         QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, interface, method);
         call.setArguments(arguments);
-        // A watcher that nobody runs is none: starting one from here would bring no panel.
+        // If no watcher runs, none should be started: that would bring no panel.
         call.setAutoStartService(false);
         return call;
     }
@@ -53,7 +53,7 @@ StatusNotifierRegistration::~StatusNotifierRegistration() = default;
 void StatusNotifierRegistration::follow(std::unique_ptr<QDBusPendingCallWatcher>& slot, const QDBusPendingCall& call,
                                         std::function<void(QDBusPendingCallWatcher&)> onFinished)
 {
-    // A pending answer that is replaced is never heard: it came from a watcher that may be gone.
+    // The answer to an earlier call is dropped, because its watcher may be gone.
     slot = std::make_unique<QDBusPendingCallWatcher>(call);
     QObject::connect(
         slot.get(), &QDBusPendingCallWatcher::finished, slot.get(),
@@ -62,7 +62,7 @@ void StatusNotifierRegistration::follow(std::unique_ptr<QDBusPendingCallWatcher>
 
 void StatusNotifierRegistration::registerItem()
 {
-    // The unique name needs no permission to own a name, which sandboxes refuse.
+    // The unique name is used because it needs no permission to own a name, which sandboxes refuse.
     const QDBusMessage call =
         callToWatcher(kInterface, QStringLiteral("RegisterStatusNotifierItem"), { connection_.baseService() });
     follow(registering_, connection_.asyncCall(call),

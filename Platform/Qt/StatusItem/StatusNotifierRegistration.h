@@ -12,8 +12,8 @@ class QDBusPendingCallWatcher;
 
 namespace quillbox {
 
-// Keeps the connection's StatusNotifierItem registered with the watcher of the session: now, when a watcher
-// starts later, and again when it is replaced. Waits for signals of the bus and asks nothing otherwise.
+// Keeps the connection's StatusNotifierItem registered with the session's watcher: now, when a watcher starts later,
+// and again when it is replaced. It waits for signals of the bus and asks nothing otherwise.
 class StatusNotifierRegistration {
 public:
     explicit StatusNotifierRegistration(QDBusConnection connection);
@@ -21,7 +21,7 @@ public:
     StatusNotifierRegistration(const StatusNotifierRegistration&) = delete;
     StatusNotifierRegistration& operator=(const StatusNotifierRegistration&) = delete;
 
-    // Whether the watcher took the item and has a host that shows its items.
+    // Whether the watcher has accepted the item and has a host that shows its items.
     bool isShown() const { return isRegistered_ && hasHost_; }
     // Called from the event loop when isShown() has changed.
     std::function<void()> onShownChanged;
@@ -36,7 +36,7 @@ private:
 
     QDBusConnection connection_;
     QDBusServiceWatcher watcher_;
-    // The bus library calls slots by their name; these two offer theirs.
+    // The bus library calls slots by their name; these two timers provide them.
     QTimer hostsChanged_;
     QTimer busClosed_;
     std::unique_ptr<QDBusPendingCallWatcher> registering_;

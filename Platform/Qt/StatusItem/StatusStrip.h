@@ -11,18 +11,18 @@ class QToolButton;
 
 namespace quillbox {
 
-// A small window with the icon, for desktops that have no status bar: at the upper right edge of the
-// screen and above other windows where windows can be placed, an ordinary window elsewhere. The person may close it;
-// whoever owns it shows it again.
+// A small window with the icon, for desktops without a status bar. If windows can be placed, it is at the upper right
+// edge of the screen and above other windows; otherwise it is an ordinary window. The user may close it; its owner
+// shows it again.
 class StatusStrip final : public QWidget {
 public:
     explicit StatusStrip(const StatusIcon& icon);
 
-    // Of the icon, in global logical pixels.
+    // Returns the icon's rectangle, in global logical pixels.
     QRect iconRect() const;
-    // A click with the button and the icon's rectangle (global logical pixels).
+    // Called on a click, with the button and the icon's rectangle (in global logical pixels).
     std::function<void(Qt::MouseButton, QRect)> onClick;
-    // Calls `action` once with the icon's rectangle, from the event loop, as soon as it is on the screen.
+    // Calls `action` once from the event loop, with the icon's rectangle, as soon as the strip is on the screen.
     void whenDrawn(std::function<void(QRect)> action);
 
 protected:

@@ -28,7 +28,7 @@ namespace {
 
 } // namespace
 
-// What lies in the tray. The tray sets its size.
+// The window in the tray, which sets its size.
 class TrayWindow final : public QWidget {
 public:
     TrayWindow(const StatusIcon& icon, const TrayProtocol& protocol, xcb_window_t owner)
@@ -68,7 +68,7 @@ protected:
 
     void mouseReleaseEvent(QMouseEvent* event) override
     {
-        // The event knows where on the screen the window is; an embedded window itself does not.
+        // The event knows where the window is on the screen; an embedded window itself does not.
         const QPoint corner = (event->globalPosition() - event->position()).toPoint();
         if (onClick && rect().contains(event->position().toPoint()))
             onClick(event->button(), QRect(corner, size()));
@@ -150,7 +150,7 @@ void TrayIcon::findOwner()
         onChanged();
 }
 
-// The library must be done with an event before windows are made or destroyed because of it.
+// The library must have finished with an event before windows are made or destroyed because of it.
 void TrayIcon::later(std::function<void()> action)
 {
     QTimer::singleShot(0, &context_, std::move(action));
@@ -170,7 +170,7 @@ bool TrayIcon::nativeEventFilter(const QByteArray&, void* message, qintptr*)
             later([this] { findOwner(); });
         break;
     case XCB_EXPOSE:
-        // The parent's background can be read only now that the window is on the screen.
+        // The background of the parent can be read only now that the window is on the screen.
         if (window_ && reinterpret_cast<const xcb_expose_event_t*>(event)->window == window_->id())
             window_->update();
         break;

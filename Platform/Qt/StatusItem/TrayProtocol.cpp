@@ -25,7 +25,7 @@ namespace {
         return screens.data;
     }
 
-    // The depth of a visual of the screen; 0 where it has none of that id.
+    // Returns the depth of a visual of the screen, or 0 if it has none with that id.
     int depthOfVisual(xcb_connection_t* connection, xcb_window_t root, xcb_visualid_t id)
     {
         for (auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection)); screens.rem;
@@ -43,7 +43,7 @@ namespace {
         return 0;
     }
 
-    // `count` 32-bit values of a property, or null where it has fewer.
+    // Returns `count` 32-bit values of a property, or null if it has fewer.
     auto property(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t name, xcb_atom_t type, quint32 count)
     {
         const auto cookie = xcb_get_property(connection, 0, window, name, type, 0, count);
@@ -84,14 +84,14 @@ void TrayProtocol::watchStructure(xcb_window_t window) const
 {
     const auto cookie = xcb_get_window_attributes(connection, window);
     const auto attributes = owned(xcb_get_window_attributes_reply(connection, cookie, nullptr));
-    // The toolkit shares the connection; what it selected on the window stays.
+    // The toolkit shares the connection, so the events that it selected on the window are kept.
     const quint32 mask = (attributes ? attributes->your_event_mask : 0) | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     ignoreError(connection, xcb_change_window_attributes_checked(connection, window, XCB_CW_EVENT_MASK, &mask));
 }
 
 xcb_window_t TrayProtocol::findOwner() const
 {
-    // Grabbed, so that an owner can't die between being found and being watched.
+    // The server is grabbed, so that an owner can't end between being found and being watched.
     xcb_grab_server(connection);
     const auto cookie = xcb_get_selection_owner(connection, selection);
     const auto reply = owned(xcb_get_selection_owner_reply(connection, cookie, nullptr));
@@ -149,7 +149,7 @@ std::optional<QPoint> TrayProtocol::placeOf(xcb_window_t window) const
 
 std::optional<QColor> TrayProtocol::symbolColour(xcb_window_t owner) const
 {
-    // Red, green and blue of the ordinary colour come first, 16 bits each.
+    // The property begins with red, green and blue of the ordinary colour, 16 bits each.
     const auto reply = property(connection, owner, colours, XCB_ATOM_CARDINAL, 3);
     if (!reply)
         return std::nullopt;

@@ -10,23 +10,23 @@
 
 namespace quillbox {
 
-// The X requests of the older tray protocol, on the application's own connection. Every request may meet a
-// tray that has just died; such errors are taken in here and mean "none".
+// The X requests of the older tray protocol, on the application's own connection. A request may be sent to a tray that
+// has just ended; such errors are ignored here and give "none".
 struct TrayProtocol {
-    // Null where the application is not on an X server.
+    // Returns null if the application has no X server.
     static std::unique_ptr<TrayProtocol> create();
 
-    // The window that owns the tray's selection, watched for its end from now on; 0 for none.
+    // Returns the window that owns the tray's selection, or 0. From now on its end is reported by an event.
     xcb_window_t findOwner() const;
-    // Asks the tray to take `window`, which becomes visible once it has.
+    // Asks the tray to take `window`, which becomes visible after that.
     void requestDock(xcb_window_t owner, xcb_window_t window) const;
-    // Makes the window show through to what its parent shows, and clears it to that.
+    // Makes the window show the background of its parent, and clears it.
     void showParentBackground(xcb_window_t window) const;
     // Whether the tray wants windows with an alpha channel.
     bool wantsAlpha(xcb_window_t owner) const;
-    // Where on the screen the window is, in device pixels; an embedded window is not told of it.
+    // Returns where the window is on the screen, in device pixels; an embedded window does not know this itself.
     std::optional<QPoint> placeOf(xcb_window_t window) const;
-    // The colour that the tray draws symbols in, where it says so.
+    // The colour in which the tray draws symbols, if it tells.
     std::optional<QColor> symbolColour(xcb_window_t owner) const;
 
     // Whether `event` says that a new tray has started.

@@ -13,7 +13,7 @@ namespace quillbox {
 
 namespace {
 
-    // GNOME's switch, which styles of the toolkit do not know. Other desktops have theirs in the style.
+    // Asks for GNOME's switch, which the toolkit's styles do not know. Other desktops have theirs in the style.
     void askDesktop(bool& isOn)
     {
         const QDBusConnection bus = QDBusConnection::sessionBus();
@@ -31,7 +31,7 @@ namespace {
             if (reply.isError())
                 return;
             QVariant value = reply.value().variant();
-            // It comes wrapped twice.
+            // The value is wrapped twice.
             if (value.canConvert<QDBusVariant>())
                 value = value.value<QDBusVariant>().variant();
             isOn = value.toBool();

@@ -6,8 +6,8 @@ class QWidget;
 
 namespace quillbox {
 
-// How long things move in this widget; 0 where the style or the desktop wants nothing to move. The desktop is asked
-// once, when the first widget asks here, and its answer is not waited for.
+// Returns how long movements in this widget take; 0 if the style or the desktop wants no animations. The desktop is
+// asked once, when the first widget asks here, and nothing waits for its answer.
 std::chrono::milliseconds animationDuration(const QWidget& widget);
 
 } // namespace quillbox

@@ -16,7 +16,7 @@ namespace {
         return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     }
 
-    // Return presses it as Space does.
+    // A button that Return presses as Space does.
     class PushButton final : public QPushButton {
     public:
         using QPushButton::QPushButton;
@@ -61,7 +61,7 @@ QWidget* ButtonPresenter::makeWidget(const std::shared_ptr<NSButton>& button, QW
         const auto known = pressed.lock();
         if (!known)
             return;
-        // The action may close the window; the widget is there until the event is over.
+        // The action may close the window, but the widget exists until the event has ended.
         known->performClick();
         if (widget->isCheckable())
             widget->setChecked(known->isOn());

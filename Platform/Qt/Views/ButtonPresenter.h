@@ -5,7 +5,7 @@
 
 namespace quillbox {
 
-// Shows a push button, a checkbox, or a button that is nothing but its picture.
+// Shows a push button, a checkbox, or a button that consists of a picture only.
 class ButtonPresenter final : public ViewPresenter {
 public:
     ButtonPresenter(const std::shared_ptr<NSButton>& button, QWidget& parent);

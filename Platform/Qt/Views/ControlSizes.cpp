@@ -19,7 +19,7 @@ namespace quillbox {
 
 namespace {
 
-    // Logical pixels.
+    // In logical pixels.
     constexpr int kRowPadding = 8;
     constexpr int kLowestRow = 22;
     constexpr double kSmallScrollerPart = 0.75;

@@ -16,8 +16,8 @@ class NSButton;
 class NSPopUpButton;
 class NSTextField;
 
-// How large the style makes controls. The layout asks it; presenters show the same controls. It asks one control
-// of each kind that is never shown, made when it is first needed; forget() lets go of them.
+// Tells how large the style makes controls, for the layout; presenters show the same controls. It measures one control
+// of each kind that is never shown. These are made when they are first needed, and forget() deletes them.
 class ControlSizes {
 public:
     NSSize of(const NSTextField& field, double widthLimit);
@@ -28,7 +28,7 @@ public:
     double scrollViewBorder();
     NSEdgeInsets tabViewInsets();
 
-    // The style or the fonts have changed, or no window is open.
+    // Must be called when the style or the fonts have changed, and when no window is open any more.
     void forget();
 
 private:

@@ -15,7 +15,7 @@ namespace {
 
     constexpr int kMostRows = 12;
     constexpr double kOpacity = 0.65;
-    // Around the number, in logical pixels.
+    // The space around the number, in logical pixels.
     constexpr int kNumberMargin = 8;
     constexpr int kNumberInset = 3;
 
@@ -25,7 +25,7 @@ namespace {
             inSight->render(&painter, at + QPoint(inSight->x(), 0), QRegion(), QWidget::DrawChildren);
             return;
         }
-        // Shown for this one picture, on a widget that nobody sees.
+        // The row is shown only for this picture, on a widget that is never visible.
         QWidget stage;
         stage.setPalette(widget.palette());
         const std::shared_ptr<NSView> view = table.makeRowView(row);
@@ -37,7 +37,7 @@ namespace {
         shown.render(&painter, at + QPoint(shownRect(view->frame()).x(), 0), QRegion(), QWidget::DrawChildren);
     }
 
-    // In a rounded field at the right end of the first row.
+    // Paints the number of rows in a rounded field at the right end of the first row.
     void paintNumber(QPainter& painter, const QWidget& widget, std::size_t count, QSize row)
     {
         const QString text = QLocale().toString(static_cast<qulonglong>(count));

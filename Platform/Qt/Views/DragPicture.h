@@ -8,14 +8,16 @@ namespace quillbox {
 
 class TableViewWidget;
 
-// What hangs on the pointer while rows are dragged: the first of them, in sight or not, and how many there are.
+// The picture at the pointer while rows are dragged: the first rows, whether they are visible or not, and how many
+// there are.
 class DragPicture {
 public:
-    // Of the rows that the table's last drag has; `pressedRow` is where the pointer is.
+    // Shows the rows of the table's last drag. `pressedRow` is the row under the pointer.
     DragPicture(TableViewWidget& widget, NSTableView& table, int pressedRow);
 
     const QPixmap& pixmap() const { return pixmap_; }
-    // Logical pixels from the top of the picture. A row that is not in the picture counts as the last one that is.
+    // In logical pixels from the top of the picture. If the row is not in the picture, it is the position of the last
+    // one that is.
     int topOfPressedRow() const { return topOfPressedRow_; }
 
 private:

@@ -32,7 +32,7 @@ void ImageButton::paintEvent(QPaintEvent*)
     paintImage(painter, image_, scaling_, rect(), palette().color(foregroundRole()));
     painter.setOpacity(1);
     if (hasFocus()) {
-        // The style's own is for larger things, and is lost on a picture.
+        // The style's own focus frame is made for larger controls and can't be seen on a picture.
         const bool isOnSelection = backgroundRole() == QPalette::Highlight;
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(palette().color(isOnSelection ? QPalette::HighlightedText : QPalette::Highlight));

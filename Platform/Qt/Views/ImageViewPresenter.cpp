@@ -10,7 +10,7 @@ namespace quillbox {
 
 namespace {
 
-    // Inside a photo's frame, in logical pixels.
+    // The width of the frame around a photo, in logical pixels.
     constexpr double kPhotoFrame = 1;
 
     QSizeF scaledSize(QSizeF own, NSButton::ImageScaling scaling, QSizeF room)

@@ -7,7 +7,7 @@ class QPainter;
 
 namespace quillbox {
 
-// Paints the image into the middle of `room`, at its own size or scaled as told. A template takes the colour.
+// Paints the image into the middle of `room`, in its own size or scaled. A template is painted in `templateColour`.
 void paintImage(QPainter& painter, NSImage image, NSButton::ImageScaling scaling, const QRectF& room,
                 const QColor& templateColour);
 
@@ -23,7 +23,7 @@ private:
     std::weak_ptr<NSImageView> view_;
 };
 
-// Shows a picture.
+// Shows an image view.
 class ImageViewPresenter final : public ViewPresenter {
 public:
     ImageViewPresenter(const std::shared_ptr<NSImageView>& imageView, QWidget& parent);

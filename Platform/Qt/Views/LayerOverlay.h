@@ -8,13 +8,13 @@
 
 namespace quillbox {
 
-// Draws a view's layer over its widget, of which it is a child: the border, and what an animation shows. Takes no
-// input.
+// Draws a view's layer over its widget, of which it is a child: the border, and the present image of an animation. It
+// takes no input.
 class LayerOverlay final : public QWidget {
 public:
     LayerOverlay(std::weak_ptr<NSView> view, QWidget& over);
 
-    // The layer has changed.
+    // Must be called when the layer has changed.
     void showLayer();
 
     bool eventFilter(QObject* watched, QEvent* event) override;

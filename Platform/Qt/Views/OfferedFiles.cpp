@@ -49,7 +49,7 @@ std::vector<std::string> droppedFiles(const QMimeData& drag, unsigned long windo
 std::vector<std::string> copiedFiles(unsigned long windowId)
 {
     const QClipboard& clipboard = *QGuiApplication::clipboard();
-    // Asking the toolkit which types there are would wait for the other program too.
+    // The toolkit would wait for the other program to tell which types it has, so it is not asked.
     if (isX11())
         return clipboard.ownsClipboard() ? std::vector<std::string>() : addresses(selectedFiles("CLIPBOARD", windowId));
     const QMimeData* copied = clipboard.mimeData();

@@ -7,14 +7,14 @@ class QMimeData;
 
 namespace quillbox {
 
-// Files that another program offers, by a drag or on the clipboard. What a drag offers is looked at while it hovers,
-// which costs nothing; data is asked for once, when the person has dropped or pasted.
+// Files that another program offers, by a drag or on the clipboard. While a drag hovers, only the types that it offers
+// are looked at, which costs nothing. The data is asked for once, after the user has dropped or pasted.
 
 bool offersFiles(const QMimeData& drag);
 
-// The texts of the files' addresses, with the bytes that came; `windowId` is the native window that they come to. Waits
-// a second for a program that does not answer and a few for one that is still at it; empty then. On other displays than
-// X11 the toolkit has bounds of its own.
+// Returns the texts of the files' URLs, byte for byte. `windowId` is the native window that receives them. A program
+// that does not answer is waited for one second, and one that is still sending for a few; the result is empty then. On
+// displays other than X11 the toolkit has its own limits.
 std::vector<std::string> droppedFiles(const QMimeData& drag, unsigned long windowId);
 std::vector<std::string> copiedFiles(unsigned long windowId);
 

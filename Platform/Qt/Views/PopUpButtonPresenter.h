@@ -8,7 +8,7 @@
 
 namespace quillbox {
 
-// Shows a list of titles of which one is chosen.
+// Shows a pop-up button: a list of titles of which one is chosen.
 class PopUpButtonPresenter final : public ViewPresenter {
 public:
     PopUpButtonPresenter(const std::shared_ptr<NSPopUpButton>& button, QWidget& parent);

@@ -19,7 +19,7 @@ void RowDrag::run(NSPasteboard pasteboard, NSDragOperation outside, const QPixma
 {
     auto* carried = new RowDrag(std::move(pasteboard), outside);
     const std::shared_ptr<DragTracking> tracking = carried->tracking();
-    // No widget's: the one that the drag began on may be gone when it ends.
+    // The drag belongs to no widget, because the one on which it began may be gone when it ends.
     auto* drag = new QDrag(QCoreApplication::instance());
     drag->setMimeData(carried);
     drag->setPixmap(picture);
@@ -28,7 +28,8 @@ void RowDrag::run(NSPasteboard pasteboard, NSDragOperation outside, const QPixma
         const bool isCopy = operation == NSDragOperation::copy || operation == NSDragOperation::none;
         if (!drag || isCopy)
             return;
-        // The toolkit is told of a copy and shows the theme's pointer for that, once it has its answer.
+        // The toolkit is told of a copy, and shows the theme's pointer for that when it has its answer. So the pointer
+        // is changed after that.
         QMetaObject::invokeMethod(
             drag,
             [] {

@@ -27,7 +27,7 @@ void RowSlide::rowsWillChange(const Presenters& shown)
 void RowSlide::rowsShown(const NSTableView& table, const Presenters& shown)
 {
     for (Row& row : rows_) {
-        // It has just been put in its place.
+        // The widget has just been put in its final place.
         if (row.widget)
             row.to = row.widget->y();
     }
@@ -57,15 +57,15 @@ void RowSlide::begin(const NSTableView& table, const Presenters& shown)
         if (const auto own = offsets.find(row); own != offsets.end()) {
             offset = own->second;
         } else if (const auto below = offsets.upper_bound(row); below != offsets.end() && below->second != 0) {
-            // A new row comes along with those that make room for it, and one that comes into sight with its
+            // A new row moves with those that make room for it, and a row that comes into view moves with its
             // neighbours.
             offset = below->second;
         } else if (const auto above = offsets.lower_bound(row); above != offsets.begin()) {
-            // At the end it comes out from under the row above.
+            // At the end of the list, a new row comes out from under the row above.
             offset = std::prev(above)->second != 0 ? std::prev(above)->second : -height;
         }
         rows_.push_back({ widget, widget->y() + offset, widget->y() });
-        // Rows that pass one another hide one another; new ones come out from under those that stay.
+        // Rows that pass each other cover each other; new rows come out from under those that stay.
         widget->setAutoFillBackground(true);
         if (!offsets.contains(row))
             widget->lower();

@@ -14,9 +14,9 @@
 
 namespace quillbox {
 
-// Lets the rows of a table be seen going where they belong: those after new rows make room downwards, those after
-// removed ones close up, and moved rows go past the others. The model is there at once; only the widgets are on their
-// way. Owned by the table's presenter.
+// Shows rows of a table sliding to their new places: rows after new ones make room, rows after removed ones close the
+// gap, and moved rows pass the others. The model has changed already; only the widgets move. The table's presenter owns
+// it.
 class RowSlide {
 public:
     using Presenters = std::vector<std::unique_ptr<ViewPresenter>>;
@@ -26,10 +26,10 @@ public:
     RowSlide(const RowSlide&) = delete;
     RowSlide& operator=(const RowSlide&) = delete;
 
-    // Before the widgets are made what the views are: where the rows are seen now.
+    // Must be called before the widgets are updated; records where the rows are shown now.
     void rowsWillChange(const Presenters& shown);
-    // The widgets have their places. After rowsWillChange() a slide begins, if the desktop animates; one that runs goes
-    // on.
+    // Must be called when the widgets have been placed. After rowsWillChange() a slide begins, if the desktop wants
+    // animations; a running one continues.
     void rowsShown(const NSTableView& table, const Presenters& shown);
 
 private:

@@ -69,7 +69,7 @@ void ScrollViewWidget::wheelEvent(QWheelEvent* event)
         event->ignore();
         return;
     }
-    // Touchpads tell how far in pixels; wheels in parts of a notch, which may be small.
+    // Touchpads report the distance in pixels; wheels report fractions of a notch, which may be small.
     const double notches = event->angleDelta().y() / kAngleOfNotch;
     const double down = event->pixelDelta().isNull()
         ? -notches * QApplication::wheelScrollLines() * scroller_->singleStep()

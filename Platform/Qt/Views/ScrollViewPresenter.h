@@ -28,7 +28,7 @@ private:
     QScrollBar* scroller_;
     QFrame* border_;
     std::weak_ptr<NSScrollView> view_;
-    // What a slow wheel or touchpad has scrolled of the next pixel.
+    // The fraction of a pixel that a slow wheel or touchpad has scrolled.
     double rest_ = 0;
 };
 

@@ -81,7 +81,7 @@ void SelectableText::resizeEvent(QResizeEvent* event)
 
 void SelectableText::wheelEvent(QWheelEvent* event)
 {
-    // What is around it scrolls.
+    // The surrounding scroll view scrolls.
     if (verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOff)
         event->ignore();
     else
@@ -90,7 +90,7 @@ void SelectableText::wheelEvent(QWheelEvent* event)
 
 int SelectableText::heightForWidth(int width) const
 {
-    // A document of its own: this one's width is what is shown.
+    // A separate document is measured, because the width of this one is what is shown.
     QTextDocument measured;
     setDocumentText(measured, text_, font(), Qt::black);
     measured.setTextWidth(width);

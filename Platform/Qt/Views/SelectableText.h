@@ -6,9 +6,9 @@
 
 namespace quillbox {
 
-// Text that can be selected and copied, on the colour of what is behind it. Wraps anywhere where a word is too
-// long; takes the theme's colours when it is given a text. Links send anchorClicked() and open nothing by themselves.
-// It has no scroll bars unless it is given some: whoever lays it out gives it the height that heightForWidth() wants.
+// Text that can be selected and copied, on the background of its parent. A word that is too long wraps anywhere. The
+// text takes the theme's colours. Links emit anchorClicked() and open nothing by themselves. Unless scroll bars are
+// turned on, there are none, and whoever lays it out must give it the height that heightForWidth() returns.
 class SelectableText final : public QTextBrowser {
 public:
     explicit SelectableText(QWidget* parent);

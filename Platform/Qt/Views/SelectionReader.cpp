@@ -11,7 +11,7 @@ namespace {
 
     using Time = std::chrono::steady_clock;
 
-    // One transfer: a window that receives it, below the one that the drop was for, and the events of that window.
+    // One transfer: a window that receives the data, below the one that got the drop, and the events of that window.
     class Transfer {
     public:
         Transfer(xcb_connection_t& connection, xcb_window_t below) : connection_(connection)
@@ -37,7 +37,8 @@ namespace {
             std::string data;
             if (take(data) != atomOf(&connection_, "INCR"))
                 return data;
-            // In pieces: each is announced once the one before it was taken; an empty one is the last.
+            // The data comes in pieces. Each is announced after the previous one was taken, and an empty one is the
+            // last.
             data.clear();
             while (const auto event = waitFor(XCB_PROPERTY_NOTIFY)) {
                 const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
@@ -52,7 +53,7 @@ namespace {
         }
 
     private:
-        // Appends what the property holds and deletes it; gives its type.
+        // Appends the contents of the property, deletes the property and returns its type.
         xcb_atom_t take(std::string& data)
         {
             constexpr std::uint32_t kAll = 1U << 28;

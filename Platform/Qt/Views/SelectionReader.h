@@ -6,18 +6,19 @@
 
 namespace quillbox {
 
-// Asks the program that owns a selection of the X server for its data, over a connection of its own. The toolkit's way
-// of asking waits five seconds for an owner that is stopped, and can't be told to wait less.
+// Asks the program that owns a selection of the X server for its data, over a separate connection. The toolkit's own
+// function waits five seconds for an owner that does not respond, and this limit can't be changed.
 class SelectionReader {
 public:
-    // The window, of ours, to which the data was dropped. Some owners give it to no other, or to one below it.
+    // `window` is the window of ours that received the drop. Some owners send the data only to it, or to a window below
+    // it.
     explicit SelectionReader(unsigned long window) : window_(window) { }
 
-    // How long the owner may take to begin, and to end.
+    // How long the owner may take until it begins to send, and until it has finished.
     std::chrono::milliseconds longestSilence { 1000 };
     std::chrono::milliseconds longest { 4000 };
 
-    // None where there is no owner, where it has no data of that type, or where it takes too long.
+    // Returns nothing if there is no owner, if it has no data of that type, or if it takes too long.
     std::optional<std::string> read(const std::string& selection, const std::string& type) const;
 
 private:

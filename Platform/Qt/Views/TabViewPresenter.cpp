@@ -10,7 +10,7 @@ namespace quillbox {
 
 namespace {
 
-    // Tab bar and frame lie where the style puts those of its tab widget.
+    // Puts the tab bar and the frame where the style puts those of its tab widget.
     class TabViewWidget final : public QWidget {
     public:
         TabViewWidget(std::weak_ptr<NSTabView> view, QWidget* parent)

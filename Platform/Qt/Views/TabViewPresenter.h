@@ -7,7 +7,7 @@ class QTabBar;
 
 namespace quillbox {
 
-// Shows the tabs as the style's tab bar, and the frame around what they show.
+// Shows the tabs as the style's tab bar, and the frame around their contents.
 class TabViewPresenter final : public ViewPresenter {
 public:
     TabViewPresenter(const std::shared_ptr<NSTabView>& tabView, QWidget& parent);

@@ -28,7 +28,7 @@ namespace {
         return state;
     }
 
-    // Selects the row alone, as a click would, or does with it what else can be done by a key.
+    // Selects only this row, as a click would, or performs one of the commands that keys perform.
     class RowActions : public QAccessibleActionInterface {
     public:
         QStringList actionNames() const override
@@ -109,7 +109,7 @@ namespace {
         int row() const override { return row_; }
         const TableViewWidget& tableOfRow() const override { return table_; }
         bool isValid() const override { return !state().invalid; }
-        // No object of the toolkit.
+        // Such a row is no QObject.
         QObject* object() const override { return nullptr; }
         QWindow* window() const override { return table_.window()->windowHandle(); }
         QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(&table_); }
@@ -223,7 +223,7 @@ void tellAnnouncement(TableViewWidget& widget, const std::string& text)
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
     QAccessibleAnnouncementEvent event(&widget, QString::fromStdString(text));
 #else
-    // Screen readers read out the new description of what has the keyboard.
+    // Screen readers read the new description of the widget with the keyboard focus.
     static_cast<void>(text);
     QAccessibleEvent event(&widget, QAccessible::DescriptionChanged);
 #endif

@@ -9,8 +9,8 @@
 
 namespace quillbox {
 
-// A table as an assistive technology sees it: a list with all of its rows, those out of sight too. Rows in sight
-// are their widgets; for another row an interface is made when it is asked for. The toolkit owns this.
+// A table for assistive technologies: a list of all its rows, visible or not. A visible row is represented by its
+// widget; for another one an interface is made when it is asked for. The toolkit owns this object.
 class TableViewAccessible final : public QAccessibleWidget {
 public:
     explicit TableViewAccessible(TableViewWidget& widget);
@@ -22,7 +22,7 @@ public:
     QAccessibleInterface* childAt(int x, int y) const override;
     QAccessibleInterface* focusChild() const override;
     QAccessible::State state() const override;
-    // The last thing that was done with the rows counts as the description.
+    // The last thing that was done with the rows is given as the description.
     QString text(QAccessible::Text kind) const override;
 
 private:
@@ -31,12 +31,12 @@ private:
     mutable std::map<int, QAccessible::Id> outOfSight_;
 };
 
-// Of a row's widget.
+// Makes the interface of a row's widget.
 QAccessibleInterface* makeRowAccessible(QWidget& row);
 
-// Something was done with the rows that the person may not see.
+// Tells assistive technologies what was done with the rows.
 void tellAnnouncement(TableViewWidget& widget, const std::string& text);
-// The keyboard has moved to that row.
+// Tells assistive technologies that the keyboard focus has moved to that row.
 void tellRowFocus(TableViewWidget& widget, int row);
 
 } // namespace quillbox

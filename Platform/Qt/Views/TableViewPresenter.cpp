@@ -8,7 +8,7 @@ namespace quillbox {
 
 namespace {
 
-    // What is on the row takes the colour that goes with this background.
+    // The contents of the row take the text colour that goes with this background.
     void showSelected(QWidget& row, bool isSelected)
     {
         const QPalette::ColorRole role = isSelected ? QPalette::Highlight : QPalette::Base;
@@ -23,7 +23,7 @@ TableViewPresenter::TableViewPresenter(const std::shared_ptr<NSTableView>& table
       slide_(*widget()),
       shownSlides_(table->slideCount())
 {
-    // The desktop's answer is there by the time that something moves.
+    // The desktop is asked now, so that its answer is there when something moves.
     static_cast<void>(animationDuration(*widget()));
 }
 

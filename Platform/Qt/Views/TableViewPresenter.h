@@ -6,8 +6,8 @@
 
 namespace quillbox {
 
-// Shows a table: one widget paints selection, focus and drop line and takes the mouse and the keys; the rows in
-// sight are widgets on it.
+// Shows a table. One widget paints the selection, the focus and the drop line, and handles mouse and keys; the visible
+// rows are widgets on it.
 class TableViewPresenter final : public ViewPresenter {
 public:
     TableViewPresenter(const std::shared_ptr<NSTableView>& table, QWidget& parent);

@@ -21,7 +21,7 @@ namespace quillbox {
 
 namespace {
 
-    // Logical pixels.
+    // In logical pixels.
     constexpr double kDropLine = 2;
     constexpr double kDropRing = 3;
     constexpr int kPictureGap = 14;
@@ -151,7 +151,7 @@ void TableViewWidget::paintFocus(QPainter& painter, const NSTableView& shown)
 {
     const int row = shown.leadRow();
     if (row < 0 || row >= shown.numberOfRows()) {
-        // While the keyboard is on no row, the whole list shows that it has it.
+        // While no row has the keyboard focus, the frame of the whole list shows it.
         painter.setPen(palette().color(QPalette::Highlight));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(visibleRegion().boundingRect().adjusted(0, 0, -1, -1));
@@ -168,7 +168,7 @@ void TableViewWidget::paintFocus(QPainter& painter, const NSTableView& shown)
 
 void TableViewWidget::paintDropLine(QPainter& painter, const NSTableView& shown, int row) const
 {
-    // Between the rows, and whole also at both ends.
+    // The line is between the rows, and completely visible at both ends of the list.
     const double reach = kDropRing + kDropLine / 2;
     const double y = std::clamp(row * shown.rowHeight(), reach, std::max(reach, height() - reach));
     painter.setRenderHint(QPainter::Antialiasing);
@@ -212,7 +212,7 @@ void TableViewWidget::mouseMoveEvent(QMouseEvent* event)
     if (pressedRow_ < 0 || !(event->buttons() & Qt::LeftButton)
         || moved.manhattanLength() < QApplication::startDragDistance())
         return;
-    // The last thing here: the drag may outlive this widget.
+    // This comes last, because the drag may outlive this widget.
     beginDrag(std::exchange(pressedRow_, -1));
 }
 
@@ -246,7 +246,7 @@ void TableViewWidget::beginDrag(int row)
         return;
     const DragPicture picture(*this, *shown, row);
     const int inRow = mapFromGlobal(pressedAt_).y() - shownRect(shown->rectOfRow(row)).top();
-    // Right of the pointer, where it leaves the drop line to be seen.
+    // The picture is to the right of the pointer, so that the drop line can be seen.
     RowDrag::run(std::move(*pasteboard), shown->draggingSourceOperationMaskOutside(), picture.pixmap(),
                  QPoint(-kPictureGap, picture.topOfPressedRow() + inRow));
 }

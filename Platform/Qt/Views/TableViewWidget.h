@@ -10,17 +10,17 @@
 
 namespace quillbox {
 
-// The area of a table's rows. The widgets of the rows in sight are its children; they leave mouse and keys to it
-// except where a control of theirs takes them.
+// The area of a table's rows. The widgets of visible rows are its children; they leave mouse and keys to it, except in
+// controls of their own.
 class TableViewWidget final : public QWidget {
 public:
     TableViewWidget(std::weak_ptr<NSTableView> table, QWidget* parent);
 
     std::shared_ptr<NSTableView> table() const { return table_.lock(); }
-    // The widgets by row, for the picture of a drag and for assistive technology.
+    // The widgets by row, for the picture of a drag and for assistive technologies.
     void setRowWidgets(std::map<int, QPointer<QWidget>> widgets);
     QWidget* rowWidget(int row) const;
-    // -1 for what is no row of it.
+    // Returns -1 if the widget is no row of this table.
     int rowOf(const QWidget* widget) const;
 
 protected:
@@ -38,14 +38,14 @@ private:
     void press(const QMouseEvent& event);
     void beginDrag(int row);
     void paintRows(QPainter& painter, const NSTableView& table, const QRect& damaged);
-    // Where the row is, which may be on its way to its place.
+    // Returns where the row is shown, which may be on the way to its place.
     QRect seenRect(const NSTableView& table, int row) const;
     void paintFocus(QPainter& painter, const NSTableView& table);
     void paintDropLine(QPainter& painter, const NSTableView& table, int row) const;
 
     std::weak_ptr<NSTableView> table_;
     std::map<int, QPointer<QWidget>> rowWidgets_;
-    // Where the button went down, and on which row; -1 while it is up or a drag runs.
+    // Where the button was pressed and on which row; the row is -1 while no button is pressed or a drag runs.
     QPoint pressedAt_;
     int pressedRow_ = -1;
 };

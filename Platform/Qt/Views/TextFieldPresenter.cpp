@@ -13,7 +13,7 @@ namespace quillbox {
 
 namespace {
 
-    // Places in a text are bytes in the model, UTF-16 units in the toolkit.
+    // Converts a position in a text: the model counts bytes, the toolkit UTF-16 units.
     int shownPlace(const std::string& text, std::size_t place)
     {
         return static_cast<int>(
@@ -35,7 +35,7 @@ namespace {
         }
     }
 
-    // The caret is where the person is at work.
+    // Scrolls to the caret, where the user is working.
     void scrollToCaret(NSView& view, const QTextEdit& text)
     {
         const QRect caret = text.cursorRect();
@@ -60,7 +60,8 @@ namespace {
     QWidget* makeEditable(const std::shared_ptr<NSTextField>& field, QWidget& parent)
     {
         auto* line = new QLineEdit(&parent);
-        // Also what an assistive technology or an on-screen keyboard puts there, which counts as no edit to the widget.
+        // This signal also comes for text from assistive technologies and on-screen keyboards, which the widget does
+        // not count as edits.
         QObject::connect(line, &QLineEdit::textChanged, line,
                          [shown = std::weak_ptr<NSTextField>(field)](const QString& text) {
                              const auto known = shown.lock();
@@ -124,7 +125,7 @@ void TextFieldPresenter::showContent(NSView& view)
     case Kind::editable: {
         auto* line = static_cast<QLineEdit*>(widget());
         line->setFrame(field.isBezeled());
-        // What the person has typed keeps its steps of undoing.
+        // Text that the user has typed is not set again, so that it keeps its undo steps.
         if (const QString shown = QString::fromStdString(text.string()); line->text() != shown)
             line->setText(shown);
         break;

@@ -5,8 +5,7 @@
 
 namespace quillbox {
 
-// Shows a text: painted where it is only read, as SelectableText where it can be selected, as a line edit where it
-// can be edited.
+// Shows a text field: a label is painted, a selectable text is a SelectableText, and an editable one is a line edit.
 class TextFieldPresenter final : public ViewPresenter {
 public:
     TextFieldPresenter(const std::shared_ptr<NSTextField>& field, QWidget& parent);

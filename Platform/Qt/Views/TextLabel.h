@@ -8,13 +8,14 @@
 
 namespace quillbox {
 
-// Text that is only read: painted in the colour that goes with what is behind it unless it has one of its own.
+// Text that can only be read. It is painted in the palette's colour for its background, unless it has a colour of its
+// own.
 class TextLabel final : public QWidget {
 public:
     explicit TextLabel(QWidget* parent) : QWidget(parent) { }
 
     void showText(const AttributedString& text, bool isOneLine);
-    // Null: the palette's.
+    // Without a colour, the palette's is used.
     void setOwnColour(std::optional<QColor> colour);
     const QString& text() const { return plain_; }
 

@@ -4,8 +4,8 @@
 
 namespace quillbox {
 
-// The presenter for the view's class: a control's own kind, else the one for plain views. Its widget is in `parent`,
-// not shown yet.
+// Makes the presenter for the view's class: the one for its kind of control, otherwise the one for plain views. Its
+// widget is a child of `parent` and not shown yet.
 std::unique_ptr<ViewPresenter> makeViewPresenter(const std::shared_ptr<NSView>& view, QWidget& parent);
 
 } // namespace quillbox

@@ -75,7 +75,7 @@ void ViewPresenter::forgetShown()
 
 void ViewPresenter::showContent(NSView& view)
 {
-    // What only draws lets the mouse through to what it lies over.
+    // A view that only draws a layer lets the mouse through to what is under it.
     widget_->setAttribute(Qt::WA_TransparentForMouseEvents, view.layer() && view.subviews().empty());
 }
 
@@ -97,7 +97,7 @@ void ViewPresenter::syncSubviews(NSView& view, MakeViewPresenter makePresenter)
         if (known != before.end()) {
             below_.push_back(std::move(*known));
         } else if (!subview->isHidden()) {
-            // What has never been seen costs nothing until it is.
+            // A view that has never been visible has no presenter.
             below_.push_back(makePresenter(subview, *widget_));
             made.push_back(below_.back().get());
         }
@@ -130,7 +130,7 @@ void ViewPresenter::place(NSPoint boundsOrigin, MakeViewPresenter makePresenter)
     widget_->setGeometry(shownRect(frame));
     if (!shown->isHidden())
         sync(makePresenter);
-    // Last, so that it appears complete.
+    // It is shown last, so that it appears complete.
     widget_->setVisible(!shown->isHidden());
 }
 
@@ -145,7 +145,7 @@ void ViewPresenter::syncLayer(NSView& view)
 
 void ViewPresenter::syncCursor(NSView& view)
 {
-    // Areas are whole views: that is all a widget has one cursor for.
+    // A cursor area is always a whole view, because a widget has only one cursor.
     const auto& areas = view.updatedCursorRects();
     const std::optional<NSCursor> wanted = areas.empty() ? std::nullopt : std::optional(areas.back().cursor);
     if (wanted == shownCursor_)

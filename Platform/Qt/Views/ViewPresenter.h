@@ -14,21 +14,22 @@ namespace quillbox {
 class LayerOverlay;
 class ViewPresenter;
 
-// Makes the presenter for a view, with its widget in `parent`, not shown yet.
+// Makes the presenter for a view. Its widget is a child of `parent` and not shown yet.
 using MakeViewPresenter = std::unique_ptr<ViewPresenter> (*)(const std::shared_ptr<NSView>& view, QWidget& parent);
 
-// Shows one view with one widget, and its subviews with presenters of their own, which it owns. This class shows
-// plain views; each kind of control has a presenter derived from it. The window's presenter syncs the topmost one
+// Shows one view with one widget, and its subviews with presenters of their own, which it owns. This class shows plain
+// views; each kind of control has a presenter derived from it. The window's presenter calls sync() of the topmost one
 // whenever something has changed.
 //
-// Views come and go while a widget handles an event: presenters and widgets refer to them weakly, and a widget is
-// deleted only after the event.
+// Views come and go while a widget handles an event. Therefore presenters and widgets refer to them weakly, and a
+// widget is deleted only after the event.
 class ViewPresenter {
 public:
-    // Takes the widget off the screen; the keyboard goes to the nearest widget above it that takes it.
+    // Takes the widget off the screen. If it had the keyboard focus, the nearest widget above that can take the focus
+    // gets it.
     static void retire(std::unique_ptr<ViewPresenter> presenter);
 
-    // `widget` is the parent widget's.
+    // The parent of `widget` owns it.
     ViewPresenter(const std::shared_ptr<NSView>& view, QWidget* widget);
     virtual ~ViewPresenter();
     ViewPresenter(const ViewPresenter&) = delete;
@@ -36,32 +37,32 @@ public:
 
     std::shared_ptr<NSView> view() const { return view_.lock(); }
     QWidget* widget() const { return widget_; }
-    // The one that takes the keyboard for the view.
+    // The widget that takes the keyboard focus for the view.
     virtual QWidget* keyWidget() const { return widget_; }
 
-    // Makes the widgets below, and this one's content, what the views are. Views seen for the first time get their
-    // presenters from `makePresenter`.
+    // Updates this widget's content and the widgets below it to the state of the views. `makePresenter` makes the
+    // presenters of views that are shown for the first time.
     void sync(MakeViewPresenter makePresenter);
-    // The contents are shown anew by the next sync(), changed or not: the desktop looks different now.
+    // Makes the next sync() show all contents again, changed or not, because the desktop's look has changed.
     void forgetShown();
 
-    // Of this presenter or one below it; null where there is none.
+    // Returns the presenter of the view, which may be this one or one below it; null if there is none.
     ViewPresenter* find(const NSView& view);
-    // The view that the widget, or one around it, shows.
+    // Returns the presenter whose widget contains `widget`, or is it.
     ViewPresenter* find(const QWidget* widget);
 
 protected:
-    // The view is another one than it was, or is shown for the first time.
+    // Called when the view has changed, or is shown for the first time.
     virtual void showContent(NSView& view);
-    // After each sync of the views below.
+    // Called after each sync of the views below.
     virtual void subviewsShown(NSView& view) { static_cast<void>(view); }
-    // False: the view has changed so much that it needs a new presenter.
+    // Returns false if the view has changed so much that it needs a new presenter.
     virtual bool suits(const NSView& view) const
     {
         static_cast<void>(view);
         return true;
     }
-    // In the order of the views; what has never been seen is left out.
+    // In the order of the views. Views that have never been visible have no presenter.
     const std::vector<std::unique_ptr<ViewPresenter>>& below() const { return below_; }
 
 private:

@@ -19,7 +19,7 @@ namespace quillbox {
 
 namespace {
 
-    // Logical pixels.
+    // In logical pixels.
     constexpr int kIconSide = 64;
     constexpr int kNaturalWidth = 420;
     constexpr int kNarrowest = 280;
@@ -54,7 +54,7 @@ namespace {
             down->addWidget(buttons);
         }
 
-        // Of that width, as tall as the texts need there, moved onto the screen.
+        // Returns a frame of that width, as tall as the texts need, moved onto the screen.
         QRect frame(QPoint origin, int wantedWidth, int leastHeight, const QRect& available)
         {
             const int width = std::clamp(wantedWidth, std::min(kNarrowest, available.width()), available.width());
@@ -70,7 +70,7 @@ namespace {
         QWidget* makeText(const std::string& text, bool isBold)
         {
             auto* shown = new SelectableText(this);
-            // What is too tall for the screen scrolls.
+            // A text that is too tall for the screen scrolls.
             shown->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
             shown->setFocusPolicy(Qt::ClickFocus);
             QFont font = shown->font();

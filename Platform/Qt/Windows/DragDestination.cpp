@@ -13,13 +13,13 @@ namespace quillbox {
 
 namespace {
 
-    // How near to an edge the pointer makes a scroll view scroll, in points, and how fast.
+    // The distance from an edge, in points, at which the pointer makes a scroll view scroll, and the speed.
     constexpr double kEdge = 20;
     constexpr double kLargestEdgePart = 0.25;
     constexpr double kLargestStep = 12;
     constexpr std::chrono::milliseconds kScrollInterval(25);
 
-    // What the drag may be told that is dropped: it stays where it is, whatever happens to it here.
+    // Returns the action that the other program is told. It is one after which that program keeps the original.
     Qt::DropAction harmlessAction(Qt::DropActions offered)
     {
         if (offered & Qt::CopyAction)
@@ -47,7 +47,7 @@ namespace {
 
 void DragDestination::enter(QDragMoveEvent& event)
 {
-    // The one before may have ended without a word.
+    // An earlier drag may have ended without notice.
     if (tracking_)
         finish();
     move(event);
@@ -56,7 +56,7 @@ void DragDestination::enter(QDragMoveEvent& event)
 void DragDestination::track(const QDropEvent& event)
 {
     const auto* own = dynamic_cast<const RowDrag*>(event.mimeData());
-    // Texts that are dragged out of our own windows are no files.
+    // Texts that are dragged out of our own windows are not files.
     const bool hasFiles = !own && !event.source() && offersFiles(*event.mimeData());
     if (tracking_ && (own ? tracking_ == own->tracking() : !isOwn_ && hasFiles == hasFiles_))
         return;
@@ -90,7 +90,8 @@ Qt::DropAction DragDestination::answer(QDropEvent& event, NSPoint point)
     const NSDragOperation operation = moveTo(point);
     if (ownDrag_)
         ownDrag_->showOperation(operation);
-    // What scrolls under a pointer that rests may come to take the drop, and nobody asks again until the pointer moves.
+    // While the view scrolls under a resting pointer, rows that accept the drop may come under it, but nobody asks
+    // again until the pointer moves.
     return operation == NSDragOperation::none && !timer_ ? Qt::IgnoreAction : action;
 }
 
@@ -131,7 +132,7 @@ void DragDestination::scrollStep(double step)
         return;
     clip->scroll(clip->bounds().minY() + step);
     window->layoutIfNeeded();
-    // Other rows have come under the pointer.
+    // Other rows are under the pointer now.
     const NSDragOperation operation = moveTo(point_);
     if (ownDrag_)
         ownDrag_->showOperation(operation);
@@ -156,7 +157,7 @@ void DragDestination::drop(QDropEvent& event)
     timer_.reset();
     event.setDropAction(action);
     event.ignore();
-    // Asked of the program that drops now, whoever promised what before.
+    // The data is asked of the program that drops now, whatever was promised before.
     if (!isOwn_ && hasFiles_ && action != Qt::IgnoreAction)
         tracking_->setPasteboard(NSPasteboard::ofFiles(droppedFiles(*event.mimeData(), widget_.winId())));
     if (tracking_->drop())
@@ -168,7 +169,7 @@ void DragDestination::finish()
 {
     timer_.reset();
     tracking_->move(nullptr, {});
-    // A drag of our own ends when its source is done with it.
+    // A drag of our own ends when its source has finished with it.
     if (!isOwn_)
         tracking_->end();
     tracking_.reset();

@@ -36,7 +36,7 @@ namespace {
         for (QWidget* widget : inside) {
             if (widget->focusPolicy() & Qt::TabFocus)
                 found.push_back(widget);
-            // The parts of the toolkit's own controls are its own matter.
+            // The toolkit handles the parts of its own controls.
             if (!widget->focusProxy() && !widget->inherits("QAbstractScrollArea") && !widget->inherits("QComboBox")
                 && !widget->inherits("QTabBar"))
                 collect(*widget, found);

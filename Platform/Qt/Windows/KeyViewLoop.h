@@ -6,16 +6,16 @@ class QWidget;
 
 namespace quillbox {
 
-// In which order Tab, and an assistive technology, goes through a window: as people read, line by line, what is inside
-// a widget before what comes after it.
+// The order in which Tab and assistive technologies go through a window: line by line as people read, with the contents
+// of a widget before what follows the widget.
 
-// Widgets that lie beside one another in one.
+// Sorts widgets with the same parent.
 void sortAsRead(std::vector<QWidget*>& widgets);
 
-// The widgets that take the keyboard by Tab, in that order.
+// Returns the widgets that take the keyboard focus by Tab, in that order.
 std::vector<QWidget*> keyWidgets(const QWidget& window);
-// The widget that takes the keyboard after `from` (before it, where `forward` is false), around the
-// ends. Null where none does.
+// Returns the widget that gets the focus after `from`, or before it if `forward` is false, wrapping around at the ends.
+// Returns null if there is none.
 QWidget* nextKeyWidget(const QWidget& window, const QWidget* from, bool forward);
 
 } // namespace quillbox

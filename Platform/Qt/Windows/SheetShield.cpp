@@ -67,7 +67,7 @@ bool SheetShield::event(QEvent* event)
         return true;
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-        // Typed before the keyboard has come to the sheet.
+        // The key was pressed before the keyboard focus came to the sheet.
         bringSheetForward();
         if (sheet_)
             QCoreApplication::sendEvent(sheet_->focusWidget() ? sheet_->focusWidget() : sheet_.data(), event);

@@ -5,9 +5,10 @@
 
 namespace quillbox {
 
-// Lies over a window while a sheet is on it and takes all input: a click brings the sheet forward, and what is typed
-// goes to it. The toolkit's own modality would drop such a click, and some window managers would leave the keyboard
-// with the window that takes no keys. Gives the keyboard back to where it was when it goes. A child of the window.
+// Covers a window while a sheet is on it and takes all its input: a click brings the sheet forward, and keys go to the
+// sheet. The toolkit's own modality would drop such a click, and some window managers would leave the keyboard with the
+// window, which accepts no keys. When it is destroyed, the widget that had the focus before gets it again. It is a
+// child of the window.
 class SheetShield final : public QWidget {
 public:
     SheetShield(QWidget& window, QWidget& sheet);

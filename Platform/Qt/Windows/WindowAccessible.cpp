@@ -32,7 +32,7 @@ namespace {
         }
     };
 
-    // The toolkit's own says the chosen value in place of the name.
+    // The toolkit's own interface gives the chosen value instead of the name.
     class PopUpAccessible final : public QAccessibleWidget {
     public:
         explicit PopUpAccessible(QComboBox& box) : QAccessibleWidget(&box, QAccessible::ComboBox) { }
@@ -71,7 +71,8 @@ namespace {
         QComboBox& box() const { return *static_cast<QComboBox*>(widget()); }
     };
 
-    // A window, a sheet, or an area of one: what is in it comes as people read, not as it was made.
+    // A window, a sheet, or an area of one. Its children are in the order in which people read, not in that of their
+    // making.
     class AreaAccessible final : public QAccessibleWidget {
     public:
         using QAccessibleWidget::QAccessibleWidget;
@@ -121,7 +122,7 @@ namespace {
             return makeRowAccessible(*widget);
         if (auto* label = dynamic_cast<TextLabel*>(object))
             return new LabelAccessible(*label);
-        // Not the frame that it looks like.
+        // A scroll view is reported as a pane, though its widget is a frame.
         if (auto* area = dynamic_cast<ScrollViewWidget*>(object))
             return new QAccessibleWidget(area, QAccessible::Pane);
         if (auto* image = dynamic_cast<ImageWidget*>(object))
@@ -134,7 +135,7 @@ namespace {
             return nullptr;
         if (auto* box = qobject_cast<QComboBox*>(widget))
             return new PopUpAccessible(*box);
-        // What shows a view that is no control.
+        // This widget shows a plain view that is no control.
         if (widget->metaObject() == &QWidget::staticMetaObject && !dynamic_cast<SheetShield*>(widget))
             return new AreaAccessible(widget, QAccessible::Grouping);
         return nullptr;

@@ -2,8 +2,8 @@
 
 namespace quillbox {
 
-// Tells assistive technologies what the windows' own widgets are: windows and sheets, labels, pictures, tables and
-// their rows. The toolkit's controls tell it themselves. Makes nothing until something asks.
+// Describes the windows' own widgets to assistive technologies: windows and sheets, labels, pictures, tables and their
+// rows. The toolkit's controls describe themselves. Nothing is made until something asks.
 void installWindowAccessibility();
 
 } // namespace quillbox

@@ -27,7 +27,7 @@ namespace {
     const QEvent::Type kDisplayEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
     constexpr double kIconSides[] = { 16, 24, 32, 48, 64, 128 };
 
-    // Only the buttons that the style mask names; window managers leave out what is not asked for.
+    // Asks only for the buttons that the style mask names; window managers leave out the others.
     Qt::WindowFlags flagsOf(const NSWindow& window, bool isSheet)
     {
         Qt::WindowFlags flags = (isSheet ? Qt::Dialog : Qt::Window) | Qt::CustomizeWindowHint;
@@ -52,7 +52,7 @@ namespace {
         return icon;
     }
 
-    // The button that the key presses, wherever the keyboard is.
+    // Returns the button that the key presses, wherever the keyboard focus is.
     std::shared_ptr<NSButton> buttonOf(const std::shared_ptr<NSView>& view, char key)
     {
         if (view->isHidden())
@@ -78,7 +78,7 @@ namespace {
         return nullptr;
     }
 
-    // What keys do to the window as a whole; false for other keys.
+    // Performs what a key does to the window as a whole. Returns false for other keys.
     bool performsCommand(NSWindow& window, const QKeyEvent& event)
     {
         const bool isTab = event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
@@ -155,7 +155,8 @@ bool WindowPresenter::event(QEvent* event)
         display();
         return true;
     }
-    // Not told as a change of this window's font, which is its own.
+    // The toolkit reports this change only to the window and not as one of its font, because the window has a font of
+    // its own.
     if (event->type() == QEvent::ApplicationFontChange)
         layOutAnew();
     return QWidget::event(event);
@@ -166,7 +167,7 @@ void WindowPresenter::display()
     const auto window = window_.lock();
     if (!window)
         return;
-    // What laying out changes is shown now, so it need not ask for more.
+    // Changes that the layout makes are shown now, so they must not ask for another display.
     isDisplayPosted_ = true;
     window->layoutIfNeeded();
     isDisplayPosted_ = false;
@@ -200,7 +201,7 @@ void WindowPresenter::showFrame(const NSWindow& window)
 
 void WindowPresenter::showFirstResponder(NSWindow& window, bool isLost)
 {
-    // Under a sheet the keyboard waits until the sheet has ended.
+    // While a sheet is on the window, the focus waits until the sheet has ended.
     if (shield_ || (!isLost && shownFirstResponder_ == window.firstResponderCount()))
         return;
     shownFirstResponder_ = window.firstResponderCount();
@@ -235,7 +236,7 @@ void WindowPresenter::orderFront()
 
 void WindowPresenter::focusFirst()
 {
-    // What is to be filled in, else the first control; texts are for reading.
+    // The first field to fill in gets the focus, otherwise the first control that is no text.
     QWidget* control = nullptr;
     for (QWidget* widget : keyWidgets(*this)) {
         if (auto* line = qobject_cast<QLineEdit*>(widget)) {
@@ -269,7 +270,7 @@ void WindowPresenter::followScreen()
     setNeedsDisplay();
 }
 
-// What the desktop and the person do
+// What the desktop and the user do
 
 void WindowPresenter::changeEvent(QEvent* event)
 {
@@ -300,7 +301,7 @@ void WindowPresenter::layOutAnew()
 
 void WindowPresenter::closeEvent(QCloseEvent* event)
 {
-    // The window decides, and tells when it is closed.
+    // The model's window decides, and reports when it is closed.
     event->ignore();
     if (const auto window = window_.lock())
         window->performClose(nullptr);
@@ -342,7 +343,7 @@ bool WindowPresenter::focusNextPrevChild(bool next)
 
 void WindowPresenter::focusChanged(QWidget* now)
 {
-    // The toolkit tells of a window that gets or loses the keyboard outside of the events it delivers.
+    // The toolkit reports that a window gets or loses the keyboard focus outside of the events that it delivers.
     const NSApplication::EventScope event;
     const auto window = window_.lock();
     if (isShowing_ || !window || !now || now->window() != this)
@@ -370,7 +371,7 @@ bool WindowPresenter::eventFilter(QObject* watched, QEvent* event)
 void WindowPresenter::dragEnterEvent(QDragEnterEvent* event)
 {
     dragDestination_.enter(*event);
-    // Elsewhere on the window may be a view that takes it.
+    // Another place on the window may have a view that accepts the drag.
     if (!event->isAccepted()) {
         event->setDropAction(Qt::IgnoreAction);
         event->accept();

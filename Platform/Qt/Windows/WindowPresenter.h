@@ -14,24 +14,25 @@ namespace quillbox {
 
 class SheetShield;
 
-// Shows one window or sheet: the top-level widget with the views' widgets in it. Changes of the model are shown
-// all together, before the next wait for events. What the window as a whole takes is here: its size, the close
-// button, Return and Escape, the keyboard's way through the controls, drags, changes of the theme. Made and kept by
-// QtWindowDisplay until the window is closed; it is deleted only after the event that closed it.
+// Shows one window or sheet: it is the top-level widget with the views' widgets in it. All changes of the model are
+// shown together, before the program next waits for events. Everything that concerns the window as a whole is here: its
+// size, the close button, Return and Escape, the order of keyboard focus, drags, and changes of the theme.
+// QtWindowDisplay makes it and keeps it until the window is closed; it is deleted only after the event that closed the
+// window.
 class WindowPresenter final : public QWidget {
 public:
     // `lookChanged` is called when the style, the fonts or the colours have changed, before the views are laid out
-    // again. A sheet has the window that it is on as its parent.
+    // again. The parent of a sheet is the window that it is on.
     WindowPresenter(NSWindow& window, WindowPresenter* parent, std::function<void()> lookChanged);
     ~WindowPresenter() override;
 
-    // Shows it where it is not shown, and brings it to the front.
+    // Shows the window if it is not shown, and brings it to the front.
     void orderFront();
     void setNeedsDisplay();
-    // Takes no input until sheetEnded(); the sheet does.
+    // Takes no input until sheetEnded(); the sheet takes it instead.
     void holdFor(WindowPresenter& sheet);
     void sheetEnded();
-    // Off the screen, and deleted later.
+    // Takes the window off the screen, and deletes it later.
     void retire();
 
     bool event(QEvent* event) override;
@@ -53,7 +54,8 @@ protected:
 private:
     void display();
     void showFrame(const NSWindow& window);
-    // The keyboard goes where the model says, if it says so newly or if what had the keyboard is gone.
+    // Moves the keyboard focus to where the model says, if the model has changed it or if the widget with the focus is
+    // gone.
     void showFirstResponder(NSWindow& window, bool isLost);
     void focusFirst();
     void placeFirst(const NSWindow& window);
@@ -66,7 +68,7 @@ private:
     std::function<void()> lookChanged_;
     std::unique_ptr<ViewPresenter> content_;
     DragDestination dragDestination_;
-    // Owned by this widget; while a sheet is on the window.
+    // Set while a sheet is on the window. This widget owns it.
     QPointer<SheetShield> shield_;
     bool isDisplayPosted_ = false;
     bool isPlaced_ = false;
