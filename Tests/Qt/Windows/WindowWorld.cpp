@@ -116,7 +116,7 @@ WindowWorld::WindowWorld(int rowCount) : desktop(*qApp), recorder_(std::make_sha
     made->setTitle("Trial");
     made->setStyleMask(NSWindow::titled | NSWindow::closable | NSWindow::resizable);
     made->setContentMinSize({ kWidth, kHeight });
-    made->setContentMaxSize({ kWidth, kHeight + 400 });
+    made->setContentMaxSize({ kWidth, kHeight + 300 });
     made->orderFrontRegardless();
     window = made;
     settle();
