@@ -43,7 +43,7 @@ namespace {
         {
         }
 
-        // What the items want along this axis; below zero: nothing.
+        // How long the items want to be along this axis. A negative length means that an item has no wish.
         struct Wishes {
             std::function<double(std::size_t item)> natural;
             std::function<double(std::size_t item)> least;
@@ -95,7 +95,7 @@ namespace {
         }
 
     private:
-        // From which neighbour, by which equation, a line of an extent became known.
+        // Says from which neighbour and by which equation a line of an extent became known.
         struct Cause {
             Extent::Line line;
             std::size_t constraint;
@@ -269,13 +269,13 @@ namespace {
         const LayoutProblem& problem_;
         bool horizontal_;
         std::vector<Extent> extents_;
-        // Of each extent.
+        // One list for each extent.
         std::vector<std::vector<Cause>> causes_;
         // How much further apart each equation puts its lines than it says.
         std::vector<double> stretch_;
     };
 
-    // What the items want, each asked once for the same width.
+    // Remembers what the items want, so that each is asked once for the same width.
     class Sizes {
     public:
         explicit Sizes(const LayoutProblem& problem)

@@ -19,9 +19,9 @@ struct LayoutProblem {
         // Returns the size that the view's content wants within a width (infinite for as wide as it likes). A width or
         // height below zero means that the content has no wish for it.
         std::function<NSSize(double widthLimit)> naturalSize;
-        // What it needs to be usable; where nothing else says how high it is, it is that high.
+        // Returns what the view needs to be usable. If nothing else says how high it is, it is that high.
         std::function<NSSize()> leastSize;
-        // It scrolls: others have their lengths before it, and it takes what is left.
+        // True for a view that scrolls. The others get their lengths before it, and it takes what is left.
         bool isScrolling = false;
     };
 
@@ -40,15 +40,14 @@ struct LayoutSolution {
     std::vector<NSRect> frames;
 };
 
-// The frames that the constraints give. Widths are settled first, then heights, since text is as tall as its
-// width makes it. Equations are followed from what is known; where they lead no further, a view takes the size of
-// its content, as far as its inequalities let it. Of two equations that contradict each other the first one
-// holds. A view that nothing places lies at the container's top left. Where an inequality does not hold, the nearest
-// stretchable equation is stretched until it does.
+// Returns the frames that follow from the constraints. Widths are settled first, then heights, since text is as tall as
+// its width makes it. If two equations contradict each other, the first one holds. A view that no constraint places
+// lies at the container's top left. If an inequality does not hold, the nearest stretchable equation is stretched until
+// it does.
 LayoutSolution solveLayout(const LayoutProblem& problem);
 
-// The narrowest container, of `from` points or more, in which the inequalities hold and no item is narrower than it
-// can be. The problem's own width does not count.
+// Returns the width of the narrowest container, of `from` points or more, in which the inequalities hold and no item is
+// narrower than it can be. The problem's own width does not count.
 double leastContainerWidth(LayoutProblem problem, double from);
 
 } // namespace quillbox

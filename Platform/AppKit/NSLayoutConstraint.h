@@ -19,7 +19,7 @@ struct NSLayoutAnchor {
     NSLayoutConstraint constraintEqualTo(NSLayoutAnchor other, double constant = 0) const;
     NSLayoutConstraint constraintLessThanOrEqualTo(NSLayoutAnchor other, double constant = 0) const;
     NSLayoutConstraint constraintGreaterThanOrEqualTo(NSLayoutAnchor other, double constant = 0) const;
-    // Of a width or a height.
+    // May be called only for a width or a height.
     NSLayoutConstraint constraintEqualToConstant(double constant) const;
 };
 
@@ -43,8 +43,8 @@ public:
     // Its view is null if the constraint sets the first anchor, a length, to the constant.
     NSLayoutAnchor second() const { return second_; }
     double constant() const { return constant_; }
-    // Of an equation: it puts its lines further apart where inequalities need the room, never closer together. A length
-    // becomes longer where its view needs more.
+    // A stretchable equation puts its lines further apart if inequalities need the room, but never closer together. A
+    // length becomes longer if its view needs more.
     bool isStretchable() const { return isStretchable_; }
     NSLayoutConstraint stretchable() const
     {

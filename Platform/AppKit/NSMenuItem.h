@@ -14,8 +14,8 @@ class NSMenu;
 
 enum class NSControlStateValue { off, on };
 
-// One row of a menu. It owns its submenu; the menu it is in owns it. A row is enabled if it has an action
-// or a submenu: without an action it can be opened, not chosen; with neither it is shown disabled.
+// One row of a menu. It owns its submenu, and is owned by the menu that it is in. A row with neither action nor submenu
+// is shown disabled. A row that has a submenu but no action can be opened, but not chosen.
 class NSMenuItem : public NSObject {
 public:
     NSMenuItem() = default;
@@ -52,11 +52,11 @@ public:
     const std::string& toolTip() const { return toolTip_; }
     void setToolTip(std::string toolTip) { toolTip_ = std::move(toolTip); }
 
-    // None for a row without a check mark.
+    // Returns nothing for a row that has no check mark.
     const std::optional<NSControlStateValue>& state() const { return state_; }
     void setState(NSControlStateValue state) { state_ = state; }
 
-    // The menu this item is in; null while it is in none. The menu clears it when the item leaves.
+    // Returns the menu that holds this item, or null. The menu clears it when the item leaves.
     NSMenu* menu() const { return menu_; }
 
 private:

@@ -23,7 +23,7 @@ void NSClipView::layout()
     if (!documentView_)
         return;
     if (documentView_->translatesAutoresizingMaskIntoConstraints()) {
-        // As wide as its window and as high as its content.
+        // A document without constraints is as wide as its clip view and at least as high as its content.
         const double width = frame().size.width;
         documentView_->setFrame({ {}, { width, std::max(documentHeight(width), frame().size.height) } });
     } else {

@@ -15,12 +15,12 @@ public:
     void setDocumentView(std::shared_ptr<NSView> view);
     // Scrolls to this offset in the document's coordinates, limited to what can be reached.
     void scroll(double toY);
-    // So far that the rectangle of the document shows, and no further. Of one that is too high its top shows, unless
-    // nothing but it is in sight already.
+    // Scrolls just as far as needed to show the rectangle of the document. If the rectangle is too high, its top is
+    // shown, unless it fills the clip view already.
     void scrollToVisible(NSRect rect);
     // Returns the largest offset that it can be scrolled to, in points.
     double maximumScroll() const;
-    // How high the document is in a window of that width.
+    // Returns how high the document is in a clip view of that width, in points.
     double documentHeight(double width) const;
 
 private:
@@ -53,13 +53,13 @@ public:
     void setHasVerticalScroller(bool has);
     ControlSize verticalScrollerControlSize() const { return scrollerSize_; }
     void setVerticalScrollerControlSize(ControlSize size);
-    // For contents that mostly have room: the scroller is there only while there is something to scroll, and the
+    // Meant for contents that mostly have room. The scroller is there only while there is something to scroll, and the
     // scroll view wants to be as large as its document.
     bool autohidesScrollers() const { return autohidesScrollers_; }
     void setAutohidesScrollers(bool autohides);
-    // Of the last layout.
+    // Says whether the last layout had room for a scroller and a need of it.
     bool showsVerticalScroller() const { return hasVerticalScroller_ && (!autohidesScrollers_ || isScrollable_); }
-    // Where the scroller is; of width 0 without one.
+    // Returns the scroller's frame; its width is 0 if there is no scroller.
     NSRect verticalScrollerFrame() const;
 
 private:

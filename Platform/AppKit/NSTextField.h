@@ -50,8 +50,8 @@ public:
     // 0 means as many lines as the text needs.
     int maximumNumberOfLines() const { return maximumNumberOfLines_; }
     void setMaximumNumberOfLines(int count);
-    // Of prose whose lines were broken for one width: in a paragraph that has a line too long for the field, single
-    // line breaks count as spaces. A blank line ends a paragraph.
+    // Meant for prose whose lines were broken for one width. In a paragraph that has a line too long for the field,
+    // single line breaks count as spaces. A blank line ends a paragraph.
     bool reflowsParagraphs() const { return reflowsParagraphs_; }
     void setReflowsParagraphs(bool reflows);
 

@@ -78,21 +78,22 @@ public:
     // Returns the size that the content wants within a width, in points. A length below zero means that there is no
     // wish.
     virtual NSSize naturalSize(double widthLimit) const;
-    // What the view needs to be usable, whatever size it would like; 0 where it makes do with anything.
+    // Returns what the view needs to be usable, whatever size it would like; 0 if it makes do with anything.
     virtual NSSize leastSize() const;
-    // The size that the constraints give this view, with a width or a height that is given beforehand.
+    // Returns the size that the constraints give this view if the given width or height is fixed.
     NSSize fittingSize(std::optional<double> width, std::optional<double> height) const;
-    // The smallest size, from `size` on, in which what is in it has room. It grows in width for what can't wrap.
+    // Returns the smallest size, from `size` on, in which the subviews have room. It grows in width for what can't
+    // wrap.
     NSSize roomySize(NSSize size) const;
-    // The frames below this view are laid out again before they are next shown.
+    // Has the frames below this view laid out again before they are next shown.
     void setNeedsLayout();
     bool needsLayout() const { return needsLayout_; }
     void layoutIfNeeded();
     // Sets the frames of the subviews; this view's own frame is final by then.
     virtual void layout();
-    // Scrolls whatever it is in so that the rectangle of this view shows, as far as there is room for it.
+    // Scrolls the scroll views around this view until the rectangle shows, as far as there is room for it.
     void scrollRectToVisible(NSRect rect);
-    // The same for the whole view; a document, which scrolls by itself, shows with the scroll view that it is in.
+    // Does the same for the whole view. For a document, which scrolls by itself, it shows the scroll view around it.
     void scrollToVisible();
 
     // --- Showing

@@ -11,7 +11,7 @@ class UserDefaults;
 struct OpenPanelSettings {
     enum class Order { name, size, modified };
 
-    // Of the panel's contents, in points; 0 by 0 as long as the person has not resized one.
+    // The size of the panel's contents, in points; 0 by 0 as long as the person has not resized a panel.
     NSSize size;
     Order order = Order::name;
     bool isAscending = true;

@@ -36,7 +36,7 @@ public:
     virtual void beginOpenPanel(std::shared_ptr<NSOpenPanel> panel, NSWindow& parent,
                                 std::function<void(int response)> completion) = 0;
 
-    // The largest content that the window can have on its screen, beside its own frame and what panels take.
+    // Returns the largest content that the window can have on its screen, less its own frame and what panels take.
     virtual NSSize roomFor(const NSWindow& window) = 0;
 
     // Natural sizes, in points. A text, also a checkbox's, is as wide as the limit or narrower, and as high as that

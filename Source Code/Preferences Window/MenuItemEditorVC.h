@@ -36,7 +36,7 @@ private:
     MenuItemEditorVC() = default;
 
     void buildView(const MainMenuItem& item);
-    // Where the sections go; the buttons stay below it.
+    // Adds the view that the sections go into; the buttons stay below it.
     void addPage();
     void addHeading(const MainMenuItem& item);
     void addName(const MainMenuItem& item);

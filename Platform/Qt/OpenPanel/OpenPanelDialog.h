@@ -34,11 +34,11 @@ public:
     // directory.
     OpenPanelDialog(const NSOpenPanel& panel, const std::vector<Place>& places, std::string directory, QWidget* parent);
 
-    // Once it was accepted: what was chosen, in the order shown.
+    // Returns what was chosen, in the order shown, once the dialog was accepted.
     const std::vector<URL>& urls() const { return urls_; }
-    // How the person has arranged it.
+    // Returns how the person has arranged the panel.
     OpenPanelSettings settings() const;
-    // None where the directory could not be read.
+    // Returns nothing if the directory could not be read.
     std::optional<std::string> directoryShown() const;
 
 protected:
@@ -55,7 +55,7 @@ private:
 
     // Shows the directory, with the entries of these names selected.
     void showDirectory(const std::string& directory, const std::vector<std::string>& selected = {});
-    // The same, and the one before can be gone back to.
+    // Does the same, and lets the person go back to the directory before.
     void enter(const std::string& directory);
     void goBack();
     void goUp();
@@ -65,12 +65,12 @@ private:
     void search(const QString& text);
     void showEmptyNote();
 
-    // Whether nothing else can be meant than the directory shown.
+    // Says whether nothing else can be meant than the directory shown.
     bool isDirectoryChosen() const;
     std::vector<std::string> chosenPaths() const;
     void selectionHasChanged();
     void pathWasEdited();
-    // By Return or a double click.
+    // Called when the person presses Return or clicks twice.
     void openSelection();
     void openTypedPath();
     void confirm(const std::vector<std::string>& paths);

@@ -72,9 +72,9 @@ private:
     QPointer<SheetShield> shield_;
     bool isDisplayPosted_ = false;
     bool isPlaced_ = false;
-    // What the screen had for the content.
+    // The room that the screen had for the content when the window was last fitted to it.
     QSize room_;
-    // While the widgets become what the views are: where the keyboard goes meanwhile is nobody's choice.
+    // True while the widgets become what the views are; where the keyboard focus goes meanwhile is nobody's choice.
     bool isShowing_ = false;
     unsigned shownFirstResponder_ = 0;
 };
