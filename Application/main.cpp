@@ -159,11 +159,10 @@ namespace {
                                  { "print-windows", [&desktop] { printWindows(desktop); } } },
                                takeToken });
 
-        const MenuKey key(kOpenMenu, XdgEnvironment::ofProcess(searchPaths).dataHome + "/quillbox/no-menu-key",
-                          [&](const std::string& token) {
-                              takeToken(token);
-                              openMenu();
-                          });
+        const MenuKey key(kOpenMenu, environment.dataHome + "/quillbox/no-menu-key", [&](const std::string& token) {
+            takeToken(token);
+            openMenu();
+        });
 
         application.setDelegate(std::make_shared<AppDelegate>());
         if (request == CommandLine::Request::openMenu)

@@ -50,7 +50,8 @@ namespace {
         switch (value.type()) {
         case QJsonValue::Array: {
             PropertyList::Array array;
-            for (const QJsonValue& element : value.toArray())
+            const QJsonArray elements = value.toArray();
+            for (const auto& element : elements)
                 array.push_back(listOf(element));
             return array;
         }
