@@ -57,7 +57,7 @@ Q_DECLARE_METATYPE(quillbox::OfferedShortcut)
 
 namespace quillbox {
 
-ShortcutPortal::ShortcutPortal(std::string identifier, std::string name, std::string description)
+ShortcutPortal::ShortcutPortal(const std::string& identifier, const std::string& name, const std::string& description)
     : identifier_(QString::fromStdString(identifier)),
       name_(QString::fromStdString(name)),
       description_(QString::fromStdString(description))

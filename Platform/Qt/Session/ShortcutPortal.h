@@ -25,7 +25,7 @@ class ShortcutPortal final : public QObject {
 
 public:
     // `identifier` names the program's desktop entry, `name` the shortcut; the user reads `description`.
-    ShortcutPortal(std::string identifier, std::string name, std::string description);
+    ShortcutPortal(const std::string& identifier, const std::string& name, const std::string& description);
     ~ShortcutPortal() override;
 
     // Called from the event loop when the key was pressed, with an activation token or an empty text.
