@@ -15,9 +15,10 @@ static void installDefaultApplications(const quillbox::TemporaryDirectory& home)
                            "#!/bin/sh\nfor word in " + name + " \"$@\"; do printf '%s\\n' \"$word\"; done > \""
                                + home.path("answers") + "\"\n");
         chmod(script.c_str(), 0755);
-        home.writeFile("system/applications/" + name + ".desktop",
-                       "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + script
-                           + " %f\nMimeType=text/plain;application/x-desktop;inode/directory;\n");
+        std::string entry = "[Desktop Entry]\nType=Application\n";
+        entry.append("Name=").append(name).append("\nExec=").append(script);
+        entry.append(" %f\nMimeType=text/plain;application/x-desktop;inode/directory;\n");
+        home.writeFile("system/applications/" + name + ".desktop", entry);
     }
     home.writeFile("config/mimeapps.list",
                    "[Default Applications]\ntext/plain=viewer.desktop\napplication/x-desktop=viewer.desktop\n"
