@@ -16,7 +16,10 @@ namespace {
     using testing::ElementsAre;
     using testing::SizeIs;
 
-    const auto app = XdgTree::app;
+    std::string app(std::string_view title)
+    {
+        return XdgTree::app(title);
+    }
 
     std::uint64_t inodeOf(const XdgTree& tree, const std::string& bundle)
     {

@@ -32,7 +32,10 @@ std::string update(XdgTree& tree)
     return std::to_string(tree.errors.size());
 }
 
-const auto app = XdgTree::app;
+std::string app(std::string_view title)
+{
+    return XdgTree::app(title);
+}
 
 // With none the update is killed.
 class FaultyBundleUpdate : public testing::TestWithParam<std::optional<int>> { };
