@@ -178,7 +178,7 @@ class VirtualDesktop:
             self.start(["lxqt-panel"])
         else:
             settings = self.home / ".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
-            settings.parent.mkdir(parents=True)
+            settings.parent.mkdir(parents=True, exist_ok=True)
             settings.write_text(PANEL_SETTINGS)
             self.start(["xfce4-panel", "--disable-wm-check"])
         if self.has_watcher():
