@@ -5,6 +5,7 @@
 #include "CanonicalPath.h"
 #include "CommandLine.h"
 #include "Debug.h"
+#include "FileManager.h"
 #include "Installed.h"
 #include "LibrarySearchPaths.h"
 #include "LinuxPlaces.h"
@@ -27,9 +28,12 @@
 
 #include <QTimer>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 // Puts the parts together: it makes and installs the desktop's side and the display, runs the application on them, and
 // releases everything in the reverse order.
@@ -109,6 +113,20 @@ namespace {
         return done ? EXIT_SUCCESS : EXIT_FAILURE;
     }
 
+    // Desktops show a window under the name in the program's desktop entry, and under the bare identifier where no such
+    // entry is installed, as when the program runs where it was built.
+    void nameWindows(const XdgEnvironment& environment)
+    {
+        const std::string identifier = Bundle::main().bundleIdentifier().value_or("org.quillbox.Quillbox");
+        std::vector<std::string> directories = environment.dataDirectories;
+        directories.push_back(environment.dataHome);
+        const bool isInstalled = std::any_of(directories.begin(), directories.end(), [&](const std::string& directory) {
+            return FileManager::defaultManager().fileExists(directory + "/applications/" + identifier + ".desktop");
+        });
+        QApplication::setDesktopFileName(isInstalled ? QString::fromStdString(identifier)
+                                                     : QApplication::applicationName());
+    }
+
     // The bus's name for what a key does that opens the menu.
     constexpr const char* kOpenMenu = "open-menu";
 
@@ -121,6 +139,7 @@ namespace {
         const Installed<Desktop> installedDesktop(desktop);
 
         const XdgEnvironment environment = XdgEnvironment::ofProcess(searchPaths);
+        nameWindows(environment);
         ApplicationBundles bundles(environment, logBundleError);
         LinuxStandardDirectories directories(bundles);
         const Installed<StandardDirectories> installedDirectories(directories);
@@ -195,8 +214,6 @@ int main(int argc, char** argv)
     auto startEnvironment = SingleInstance::StartEnvironment::take();
     QtApplication qt(argc, argv);
     QApplication::setApplicationName("Quillbox");
-    if (const auto identifier = Bundle::main().bundleIdentifier())
-        QApplication::setDesktopFileName(QString::fromStdString(*identifier));
 
     SingleInstance instance(std::move(startEnvironment));
     switch (instance.claim(commandLine.request == Request::openMenu ? kOpenMenu : "")) {

@@ -15,7 +15,7 @@ BACKGROUND = bytes((51, 102, 153))
 SWAY_SETTINGS = f"""
 output * resolution {{width}}x{{height}} background #{BACKGROUND.hex()} solid_color
 xwayland disable
-for_window [app_id="org.quillbox.Quillbox"] move position 0 0
+for_window [app_id="Quillbox$"] move position 0 0
 """
 WAYBAR_SETTINGS = {"layer": "top", "position": "top", "height": PANEL_HEIGHT,
                    "modules-left": ["tray"], "tray": {"icon-size": 20}}
@@ -96,7 +96,7 @@ class WaylandDesktop(VirtualDesktop):
     def strip_area(self):
         """The rectangle of the strip's contents on the screen, None while there is no strip."""
         for node in self.nodes():
-            if node.get("app_id") == "org.quillbox.Quillbox" and node["name"] == "Quillbox":
+            if (node.get("app_id") or "").endswith("Quillbox") and node["name"] == "Quillbox":
                 frame, inside = node["rect"], node["window_rect"]
                 return {"x": frame["x"] + inside["x"], "y": frame["y"] + inside["y"],
                         "width": inside["width"], "height": inside["height"]}

@@ -179,9 +179,9 @@ class GnomeSession(RealSession):
 
     def arrange(self, window):
         """Places the windows beside each other, as far as the screen allows."""
-        for name, x, width in ((window[0], 0, 620), ("org.quillbox.Quillbox", 640, 0)):
-            self.evaluate("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_wm_class() == "
-                          f"{json.dumps(name)}).forEach(w => {width} ? w.move_resize_frame(true, {x}, 60, {width}, 520) "
+        for name, x, width in ((window[0], 0, 620), ("Quillbox", 640, 0)):
+            self.evaluate("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_wm_class()"
+                          f".endsWith({json.dumps(name)})).forEach(w => {width} ? w.move_resize_frame(true, {x}, 60, {width}, 520) "
                           f": w.move_frame(true, {x}, 60))")
 
     def expect_idle_pointer(self):
