@@ -8,7 +8,8 @@ namespace quillbox {
 // input, timers, calls over the bus, and deferred calls.
 class QtApplication final : public QApplication {
 public:
-    using QApplication::QApplication;
+    // In a session of a language that is written from right to left, menus go that way.
+    QtApplication(int& argc, char** argv);
 
     bool notify(QObject* receiver, QEvent* event) override;
 };

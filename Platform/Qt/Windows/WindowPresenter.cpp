@@ -110,6 +110,8 @@ WindowPresenter::WindowPresenter(NSWindow& window, WindowPresenter* parent, std:
       content_(makeViewPresenter(window.contentView(), *this)),
       dragDestination_(window.weak_from_this(), *this)
 {
+    // Windows are laid out from left to right for all, and their texts speak of the left and the right list.
+    setLayoutDirection(Qt::LeftToRight);
     setAcceptDrops(true);
     setFont(ordinaryFont());
     setFocusPolicy(Qt::NoFocus);
