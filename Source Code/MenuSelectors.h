@@ -9,6 +9,7 @@ extern const Selector doNothing;
 extern const Selector openAppPreferencesWindow;
 extern const Selector openSystemSettings;
 extern const Selector openTheClickedFile;
+extern const Selector showTheClickedFile;
 extern const Selector clearRecentItemsMenu;
 
 } // namespace quillbox::selectors

@@ -1,5 +1,6 @@
 #include "NSMenuItemPlus.h"
 
+#include "MenuSelectors.h"
 #include "SlabPool.h"
 
 namespace quillbox {
@@ -15,6 +16,16 @@ std::shared_ptr<NSMenuItemPlus> NSMenuItemPlus::make(std::string title, const Se
     // each weakly, which would hold the cell for as long as the menu is open.
     auto* item = new (Allocator().allocate(1)) NSMenuItemPlus(std::move(title), action);
     return { item, release, SlabAllocator<char>() };
+}
+
+const Selector* NSMenuItemPlus::alternateAction() const
+{
+    return representedFile() ? &selectors::showTheClickedFile : nullptr;
+}
+
+const std::string* NSMenuItemPlus::representedFile() const
+{
+    return action() && pathToOpen.starts_with('/') ? &pathToOpen : nullptr;
 }
 
 } // namespace quillbox

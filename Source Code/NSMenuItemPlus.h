@@ -18,6 +18,9 @@ public:
     // memory.
     static std::shared_ptr<NSMenuItemPlus> make(std::string title, const Selector* action);
 
+    const Selector* alternateAction() const override;
+    const std::string* representedFile() const override;
+
     // As the file system's bytes.
     std::string pathToOpen;
     // Whether it is a directory, but no package.

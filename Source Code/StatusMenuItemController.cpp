@@ -10,6 +10,7 @@
 #include "NSWorkspace.h"
 #include "PathRows.h"
 #include "PreferencesWindowVC.h"
+#include "RowMenu.h"
 #include "SlabPool.h"
 #include "TopLevelRows.h"
 #include "Unicode.h"
@@ -24,6 +25,8 @@ namespace selectors {
         makeSelector<&StatusMenuItemController::openSystemSettings>("openSystemSettingsWithSender:");
     const Selector openTheClickedFile =
         makeSelector<&StatusMenuItemController::openTheClickedFile>("openTheClickedFileWithSender:");
+    const Selector showTheClickedFile =
+        makeSelector<&StatusMenuItemController::showTheClickedFile>("showTheClickedFileWithSender:");
     const Selector clearRecentItemsMenu =
         makeSelector<&StatusMenuItemController::clearRecentItemsMenu>("clearRecentItemsMenuWithSender:");
 } // namespace selectors
@@ -31,6 +34,23 @@ namespace selectors {
 namespace {
 
     constexpr double kAlertWidth = 600; // in points
+
+    // Tells the user, and returns true, if the row's picked file could not be reached and is still missing.
+    bool isMissing(const NSMenuItemPlus& row)
+    {
+        if (!row.isArbitraryPathInaccessible || FileManager::defaultManager().fileExists(row.pathToOpen))
+            return false;
+        NSAlert alert;
+        alert.setMessageText("The application \"Quillbox\" could not find this file:\n\n"
+                             + unicode::displayText(row.pathToOpen) + "\n");
+        alert.setInformativeText(
+            "The file existed before.  It may have been deleted, or it might be on an unmounted volume.");
+        NSRect frame = alert.windowFrame();
+        frame.size.width = kAlertWidth;
+        alert.setWindowFrame(frame);
+        alert.runModal();
+        return true;
+    }
 
     void logError(int line, std::string_view function, std::string_view message)
     {
@@ -130,9 +150,18 @@ void StatusMenuItemController::menuDidClose(NSMenu& menu)
     menuNeedsUpdateCount() = 0;
     if (menu.supermenu())
         return;
+    rowMenu_.reset();
     statusItem_->menu()->removeAllItems();
     Debug::pruneDynamicMenuItems();
     SlabPool::trimHeapAfterMany();
+}
+
+std::shared_ptr<NSMenu> StatusMenuItemController::menuForItem(const std::shared_ptr<NSMenuItem>& item)
+{
+    if (!item->representedFile())
+        return nullptr;
+    rowMenu_ = std::make_shared<RowMenu>(item);
+    return RowMenu::menu(rowMenu_);
 }
 
 RowOwner StatusMenuItemController::owner()
@@ -234,19 +263,15 @@ void StatusMenuItemController::openTheClickedFile(NSMenuItemPlus* sender)
     QB_CHECK(sender);
     if (sender->pathToOpen.empty())
         logError(__LINE__, "openTheClickedFile(sender:)", "This function was executed with an empty sender.pathToOpen");
-    if (sender->isArbitraryPathInaccessible && !FileManager::defaultManager().fileExists(sender->pathToOpen)) {
-        NSAlert alert;
-        alert.setMessageText("The application \"Quillbox\" could not find this file:\n\n"
-                             + unicode::displayText(sender->pathToOpen) + "\n");
-        alert.setInformativeText(
-            "The file existed before.  It may have been deleted, or it might be on an unmounted volume.");
-        NSRect frame = alert.windowFrame();
-        frame.size.width = kAlertWidth;
-        alert.setWindowFrame(frame);
-        alert.runModal();
-        return;
-    }
-    NSWorkspace::sharedWorkspace().open(URL::fileURLWithPath(sender->pathToOpen));
+    if (!isMissing(*sender))
+        NSWorkspace::sharedWorkspace().open(URL::fileURLWithPath(sender->pathToOpen));
+}
+
+void StatusMenuItemController::showTheClickedFile(NSMenuItemPlus* sender)
+{
+    QB_CHECK(sender);
+    if (!isMissing(*sender))
+        NSWorkspace::sharedWorkspace().activateFileViewer(URL::fileURLWithPath(sender->pathToOpen));
 }
 
 void StatusMenuItemController::clearRecentItemsMenu(NSMenuItemPlus* sender)

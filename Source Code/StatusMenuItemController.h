@@ -16,6 +16,8 @@
 
 namespace quillbox {
 
+class RowMenu;
+
 // Owns the status item and builds its menu. It is the delegate of every dynamic menu, which it fills when the menu is
 // about to open and empties when the top-level menu has closed, and the target of every item's action. One exists for
 // the life of the process; menus and items refer to it weakly. Problems never stop it: they become disabled rows and
@@ -63,12 +65,15 @@ public:
     void openAppPreferencesWindow(NSObject* sender);
     void openSystemSettings(NSObject* sender);
     void openTheClickedFile(NSMenuItemPlus* sender);
+    // Shows the file in the file manager.
+    void showTheClickedFile(NSMenuItemPlus* sender);
     void clearRecentItemsMenu(NSMenuItemPlus* sender);
 
     // The menu delegate.
     void menuNeedsUpdate(NSMenu& menu) override;
     void menuWillOpen(NSMenu& menu) override;
     void menuDidClose(NSMenu& menu) override;
+    std::shared_ptr<NSMenu> menuForItem(const std::shared_ptr<NSMenuItem>& item) override;
 
     // Returns the paths of the applications and of the documents used since the given moment, each list within its
     // limit.
@@ -82,6 +87,8 @@ private:
     void fillRecentItemsMenu(NSMenuDynamic& menu);
 
     std::shared_ptr<NSStatusItem> statusItem_;
+    // Serves the menu of what can be done with a row that was opened last; null when the menu is closed.
+    std::shared_ptr<RowMenu> rowMenu_;
 };
 
 // The number of calls of menuNeedsUpdate since a menu last opened or closed. Only the first one builds a menu.

@@ -9,6 +9,7 @@ from running_quillbox import record, write_settings
 
 SEPARATOR = None  # stands for a row without a title
 DEFAULT_MENU = ["Quillbox Preferences...", SEPARATOR, "System Settings", SEPARATOR, "Applications"]
+OTHER_READER = "Another Reader"  # is not among the applications, but opens texts and directories
 READER = "1st & only Reader"  # sorts before every installed application
 
 # The picked directory. A name that ends in "/" is a directory; the rest is what its row must show, in menu order.
@@ -72,8 +73,16 @@ def build_world(desktop, more_records=()):
     reader = desktop.root / "reader"
     reader.write_text(f'#!/bin/sh\nprintf "%s\\n" "$@" > {marker}.part && mv {marker}.part {marker}\n')
     reader.chmod(0o755)
+    other = desktop.root / "other"
+    other.write_text(reader.read_text().replace('"$@"', 'other "$@"'))
+    other.chmod(0o755)
     applications = desktop.root / "local/share/applications"
     applications.mkdir(parents=True)
+    (applications / "walk-other.desktop").write_text(
+        f"[Desktop Entry]\nType=Application\nName={OTHER_READER}\nNoDisplay=true\nExec={other} %f\n"
+        "MimeType=text/plain;inode/directory;\n")
+    (applications / "mimeinfo.cache").write_text(
+        "[MIME Cache]\ntext/plain=walk-other.desktop;walk-reader.desktop;\ninode/directory=walk-other.desktop;\n")
     (applications / "walk-reader.desktop").write_text(
         f"[Desktop Entry]\nType=Application\nName={READER}\nIcon=accessories-text-editor\n"
         f"Exec={reader} %f\nMimeType=text/plain;\n")

@@ -68,6 +68,24 @@ class DesktopError(Exception):
     """Says what was waited for, and what was there instead."""
 
 
+# A file manager of which only the bus's side is there.
+FILE_MANAGER = '''
+import sys
+from gi.repository import Gio, GLib
+node = Gio.DBusNodeInfo.new_for_xml(
+    "<node><interface name='org.freedesktop.FileManager1'><method name='ShowItems'>"
+    "<arg type='as' direction='in'/><arg type='s' direction='in'/></method></interface></node>")
+def called(connection, sender, path, interface, method, arguments, invocation):
+    with open(sys.argv[1], "a") as shown:
+        print(*arguments.unpack()[0], file=shown)
+    invocation.return_value(None)
+def acquired(connection, name):
+    connection.register_object("/org/freedesktop/FileManager1", node.interfaces[0], called, None, None)
+Gio.bus_own_name(Gio.BusType.SESSION, "org.freedesktop.FileManager1", 0, acquired, None, None)
+GLib.MainLoop().run()
+'''
+
+
 def wait_for(what, condition, seconds=20):
     """Calls `condition` until it returns a true value, and returns that. Raises DesktopError with `what` after the
     deadline."""
@@ -213,6 +231,13 @@ class VirtualDesktop:
             raise DesktopError(f"{' '.join(command)}: exit code {done.returncode}: "
                                f"{done.stderr.decode(errors='replace').strip()}")
         return done.stdout
+
+    def start_file_manager(self):
+        """Starts what shows files when it is asked over the bus. Returns the file to which it writes what to show."""
+        shown = self.root / "shown"
+        self.start(["python3", "-c", FILE_MANAGER, str(shown)])
+        self.wait_for_name("org.freedesktop.FileManager1")
+        return shown
 
     def wait_for_name(self, name):
         self.output("gdbus", "wait", "--session", "--timeout", "20", name)

@@ -2,6 +2,8 @@
 
 #include "NSGeometry.h"
 
+#include <string>
+
 namespace quillbox {
 
 class NSAlert;
@@ -27,6 +29,9 @@ public:
 
     // Returns the part that shows the application's windows. It lives as long as the desktop.
     virtual WindowDisplay& windows() = 0;
+
+    // Puts the text on the clipboard, from which other programs paste it.
+    virtual void copyText(const std::string& text) = 0;
 
     // Brings the application's windows in front of those of other programs.
     virtual void activate() = 0;

@@ -46,6 +46,20 @@ bool MenuTracking::openSubmenu(std::size_t level, const std::shared_ptr<NSMenuIt
     return true;
 }
 
+bool MenuTracking::openMenuForItem(std::size_t level, const std::shared_ptr<NSMenuItem>& item)
+{
+    const auto delegate = isOpen() ? levels_.front()->delegate() : nullptr;
+    if (!delegate || level >= levels_.size() || item->menu() != levels_[level].get())
+        return false;
+    std::shared_ptr<NSMenu> menu = delegate->menuForItem(item);
+    if (!menu)
+        return false;
+    closeToLevelCount(level + 1);
+    tellAboutToOpen(*menu);
+    levels_.push_back(std::move(menu));
+    return true;
+}
+
 void MenuTracking::closeToLevelCount(std::size_t count)
 {
     while (levels_.size() > count) {
@@ -56,15 +70,17 @@ void MenuTracking::closeToLevelCount(std::size_t count)
     }
 }
 
-bool MenuTracking::choose(std::shared_ptr<NSMenuItem> item)
+bool MenuTracking::choose(std::shared_ptr<NSMenuItem> item, Choice choice)
 {
-    if (!item->action())
+    const bool isAlternate = choice == Choice::alternate && item->alternateAction();
+    const Selector* action = isAlternate ? item->alternateAction() : item->action();
+    if (!action)
         return false;
     const std::shared_ptr<NSObject> target = item->target();
     if (onTakeOffScreen)
         onTakeOffScreen();
     closeAll();
-    NSApplication::shared().sendAction(item->action(), target, item);
+    NSApplication::shared().sendAction(action, target, item);
     return true;
 }
 

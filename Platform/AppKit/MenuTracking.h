@@ -34,13 +34,19 @@ public:
     // that submenu is open already. Returns false, and does nothing, if the item has no submenu or is not in that menu.
     bool openSubmenu(std::size_t level, const std::shared_ptr<NSMenuItem>& item);
 
+    // Opens the menu of what can be done with `item`, a row of the menu at `level`, as the level after it, and closes
+    // deeper levels first. Returns false, and opens nothing, if the delegate of the menu at the top has no such menu.
+    bool openMenuForItem(std::size_t level, const std::shared_ptr<NSMenuItem>& item);
+
     // Closes every level past the first `count`, deepest first; 0 closes all.
     void closeToLevelCount(std::size_t count);
     void closeAll() { closeToLevelCount(0); }
 
     // The user chose `item`. Takes the menus off the screen, closes them, and then sends the item's action; the item is
-    // kept alive until the action has ended. Returns false, and does nothing, if the item has no action.
-    bool choose(std::shared_ptr<NSMenuItem> item);
+    // kept alive until the action has ended. Returns false, and does nothing, if the item has no action. With
+    // Choice::alternate, which is what Control asks for, the alternate action is sent if the item has one.
+    enum class Choice { ordinary, alternate };
+    bool choose(std::shared_ptr<NSMenuItem> item, Choice choice = Choice::ordinary);
 
     // Set by whoever shows the menu. It is called before a choice closes the menus.
     std::function<void()> onTakeOffScreen;

@@ -15,6 +15,9 @@ public:
     virtual void menuNeedsUpdate(NSMenu& menu) = 0;
     virtual void menuWillOpen(NSMenu& menu) = 0;
     virtual void menuDidClose(NSMenu& menu) = 0;
+    // Returns a menu of what can be done with `item`, or null if there is none. The delegate of the menu at the top is
+    // asked for the rows of all levels.
+    virtual std::shared_ptr<NSMenu> menuForItem(const std::shared_ptr<NSMenuItem>& /*item*/) { return nullptr; }
 };
 
 // A list of items, shown when a status item or an item's submenu is opened. It owns its items.

@@ -42,6 +42,10 @@ public:
     std::shared_ptr<NSObject> target() const { return target_.lock(); }
     void setTarget(std::weak_ptr<NSObject> target) { target_ = std::move(target); }
     bool isEnabled() const { return action_ || submenu_; }
+    // What choosing the row does while Control is held; null if that makes no difference. It has the same target.
+    virtual const Selector* alternateAction() const { return nullptr; }
+    // Returns the path of the file that the row stands for, as the file system's bytes; null if it stands for none.
+    virtual const std::string* representedFile() const { return nullptr; }
 
     const std::shared_ptr<NSMenu>& submenu() const { return submenu_; }
     // A menu may be the submenu of only one item.

@@ -13,6 +13,10 @@ namespace {
         std::optional<NSImage> systemImage(std::string_view) override { return std::nullopt; }
         bool open(const URL&) override { return false; }
         bool launchApplication(const std::string&) override { return false; }
+        Result<std::vector<Application>> applications(const URL&) override { return std::vector<Application>(); }
+        bool open(const URL&, const Application&) override { return false; }
+        bool activateFileViewer(const URL&) override { return false; }
+        std::string fileBehind(const std::string& path) override { return path; }
     };
 
 } // namespace

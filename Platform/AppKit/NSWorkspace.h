@@ -2,11 +2,13 @@
 
 #include "DirectoryListing.h"
 #include "NSImage.h"
+#include "Result.h"
 #include "URL.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillbox {
 
@@ -31,6 +33,24 @@ public:
     // manager. Returns whether the request could be handed over.
     virtual bool open(const URL& url) = 0;
     virtual bool launchApplication(const std::string& withBundleIdentifier) = 0;
+
+    // An application that can open a file. The identifier has a meaning for the workspace only.
+    struct Application {
+        std::string identifier;
+        std::string name;
+        NSImage icon;
+    };
+    // Returns the applications that can open what is at the URL, the user's usual one first. Nothing is told to the
+    // user if they can't be found out.
+    virtual Result<std::vector<Application>> applications(const URL& toOpen) = 0;
+    // Opens a document with one of these applications.
+    virtual bool open(const URL& url, const Application& withApplication) = 0;
+    // Shows the directory that contains the file in the file manager, with the file selected.
+    virtual bool activateFileViewer(const URL& selecting) = 0;
+    // Returns the file that the user knows, if the package at that path was made by the workspace to stand for it;
+    // otherwise the path itself.
+    virtual std::string fileBehind(const std::string& path) = 0;
+
     // Whether a directory is there whose name makes it a package.
     bool isFilePackage(const std::string& atPath);
 

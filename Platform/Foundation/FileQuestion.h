@@ -26,7 +26,9 @@ struct FileQuestion {
         beginning, // the most bytes to read
         canonicalPath, // see canonicalPath()
         movedFile, // where the file of the bookmark in `bytes` is, in a search around the path
-        defaultApplication, // the desktop entry that opens the content type in `bytes`; the path has no meaning
+        // The desktop entry that opens the content type in `bytes`, or with 1 all that can, each ended by a NUL. The
+        // path has no meaning.
+        defaultApplication,
     };
 
     Kind kind {};

@@ -3,6 +3,7 @@
 #include "StatusItemPresenter.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QPixmapCache>
 #include <QWidget>
 
@@ -85,6 +86,11 @@ void QtDesktop::runModal(const NSAlert& alert)
 NSRect QtDesktop::naturalFrame(const NSAlert& alert)
 {
     return AlertPresenter::naturalFrame(alert);
+}
+
+void QtDesktop::copyText(const std::string& text)
+{
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
 }
 
 void QtDesktop::activate()

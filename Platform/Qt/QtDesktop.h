@@ -46,6 +46,7 @@ public:
     void runModal(const NSAlert& alert) override;
     NSRect naturalFrame(const NSAlert& alert) override;
     WindowDisplay& windows() override { return windows_; }
+    void copyText(const std::string& text) override;
     void activate() override;
     int run() override;
     void stop() override;

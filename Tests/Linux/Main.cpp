@@ -23,6 +23,7 @@ static void installDefaultApplications(const quillbox::TemporaryDirectory& home)
     home.writeFile("config/mimeapps.list",
                    "[Default Applications]\ntext/plain=viewer.desktop\napplication/x-desktop=viewer.desktop\n"
                    "inode/directory=files.desktop\n");
+    home.writeFile("system/applications/mimeinfo.cache", "[MIME Cache]\ntext/plain=files.desktop;viewer.desktop;\n");
     home.makeDirectory("data/applications");
 }
 

@@ -53,6 +53,45 @@ namespace {
         EXPECT_EQ(world.desktop.shownWindows.calls.back(), "show Quillbox Preferences");
     }
 
+    TEST_F(Actions, OfTheMenuOfARow)
+    {
+        const std::string file = world.files.writeFile("a b.txt");
+        world.configure(
+            { std::make_shared<MainMenuItem>(Type::arbitraryPath, "file", file),
+              std::make_shared<MainMenuItem>(Type::arbitraryPath, "package", world.files.makeDirectory("A.app")),
+              std::make_shared<MainMenuItem>(Type::arbitraryPath, "lost", "/lost/file"),
+              item(Type::fixedAppPreferences) });
+        world.workspace.known = { { "reader", "Reader", {} } };
+        FakeUser user = world.user();
+        EXPECT_EQ(user.open().openItemMenu("file").sees(),
+                  "Open (openTheRowWithSender:)\nOpen With >\n---\n"
+                  "Show in File Manager (showTheRowWithSender:)\nCopy Path (copyThePathWithSender:)\n");
+        user.choose("Open");
+        user.open().openItemMenu("file").openSubmenu("Open With").choose("Reader");
+        EXPECT_EQ(world.workspace.opened, (std::vector { file, file + " with reader" }));
+        user.open().openItemMenu("file").choose("Show in File Manager");
+        user.open().choose("file", MenuTracking::Choice::alternate);
+        EXPECT_EQ(world.workspace.shown, (std::vector { file, file }));
+        user.open().openItemMenu("file").choose("Copy Path");
+        EXPECT_EQ(world.desktop.clipboard, file);
+
+        world.workspace.known.clear();
+        EXPECT_EQ(user.open().openItemMenu("file").openSubmenu("Open With").sees(), "No Application Found -\n");
+        user.close();
+        EXPECT_FALSE(user.open().openItemMenu("package").row("Open With"));
+        user.close();
+        user.open().openItemMenu("lost").choose("Show in File Manager");
+        EXPECT_EQ(world.desktop.alerts.size(), 1U);
+        EXPECT_FALSE(user.open().tracking().openMenuForItem(0, user.row("Quillbox Preferences...")));
+    }
+
+    TEST_F(Actions, APathThatIsNoTextIsCopiedAsAURL)
+    {
+        world.configure({ std::make_shared<MainMenuItem>(Type::arbitraryPath, "odd", world.files.writeFile("\xff")) });
+        world.user().open().openItemMenu("odd").choose("Copy Path");
+        EXPECT_EQ(world.desktop.clipboard, "file://" + world.files.path("%FF"));
+    }
+
 } // namespace
 
 } // namespace quillbox

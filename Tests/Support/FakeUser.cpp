@@ -34,12 +34,20 @@ FakeUser& FakeUser::openSubmenu(std::string_view title)
     return *this;
 }
 
-void FakeUser::choose(std::string_view title)
+FakeUser& FakeUser::openItemMenu(std::string_view title)
+{
+    const NSApplication::EventScope event;
+    const auto item = row(title);
+    EXPECT_TRUE(item && tracking_.openMenuForItem(tracking_.levelCount() - 1, item)) << title;
+    return *this;
+}
+
+void FakeUser::choose(std::string_view title, MenuTracking::Choice choice)
 {
     const NSApplication::EventScope event;
     const auto item = row(title);
     ASSERT_TRUE(item) << "no row \"" << title << "\" in\n" << sees();
-    EXPECT_TRUE(tracking_.choose(item)) << title;
+    EXPECT_TRUE(tracking_.choose(item, choice)) << title;
 }
 
 std::string FakeUser::sees() const

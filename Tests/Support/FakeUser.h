@@ -16,7 +16,9 @@ public:
     FakeUser& open();
     // The row of that title in the deepest open menu; fails the test where there is none.
     FakeUser& openSubmenu(std::string_view title);
-    void choose(std::string_view title);
+    // The menu of what can be done with that row.
+    FakeUser& openItemMenu(std::string_view title);
+    void choose(std::string_view title, MenuTracking::Choice choice = MenuTracking::Choice::ordinary);
     void close() { tracking_.closeAll(); }
     void closeDeepest() { tracking_.closeToLevelCount(tracking_.levelCount() - 1); }
 

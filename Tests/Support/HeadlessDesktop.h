@@ -22,6 +22,7 @@ public:
     void runModal(const NSAlert& alert) override;
     NSRect naturalFrame(const NSAlert&) override { return kNaturalAlertFrame; }
     WindowDisplay& windows() override { return shownWindows; }
+    void copyText(const std::string& text) override { clipboard = text; }
     void activate() override { ++activations; }
     int run() override { return 0; }
     void stop() override { isStopped = true; }
@@ -34,6 +35,7 @@ public:
     // Runs while an alert is up.
     std::function<void()> duringAlert;
     HeadlessWindows shownWindows;
+    std::string clipboard;
     int activations = 0;
     bool isStopped = false;
 

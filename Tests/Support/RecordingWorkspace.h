@@ -28,7 +28,22 @@ public:
         return true;
     }
 
+    Result<std::vector<Application>> applications(const URL&) override { return known; }
+    bool open(const URL& url, const Application& withApplication) override
+    {
+        opened.push_back(url.path() + " with " + withApplication.identifier);
+        return true;
+    }
+    bool activateFileViewer(const URL& selecting) override
+    {
+        shown.push_back(selecting.path());
+        return true;
+    }
+    std::string fileBehind(const std::string& path) override { return path; }
+
+    std::vector<Application> known;
     std::vector<std::string> opened;
+    std::vector<std::string> shown;
     std::vector<std::string> launched;
 
 private:

@@ -137,6 +137,11 @@ void ApplicationLauncher::setSearchPaths(LibrarySearchPaths* paths)
 
 Result<void> ApplicationLauncher::startEntry(const std::string& entryPath)
 {
+    return openFile({}, entryPath);
+}
+
+Result<void> ApplicationLauncher::openFile(const std::string& path, const std::string& entryPath)
+{
     launches_->prepare();
     if (Result<void> answers = answersInTime(entryPath); !answers)
         return answers;
@@ -145,7 +150,7 @@ Result<void> ApplicationLauncher::startEntry(const std::string& entryPath)
         return Error { 0, access(entryPath.c_str(), F_OK) == 0 ? "the program it starts isn't installed" : "it is gone",
                        entryPath };
     }
-    return launches_->launch(std::move(info), {});
+    return launches_->launch(std::move(info), path);
 }
 
 Result<void> ApplicationLauncher::startProgram(const std::string& path)
@@ -170,6 +175,19 @@ Result<void> ApplicationLauncher::openFile(const std::string& path)
     if (!info)
         return info.error();
     return launches_->launch(AppInfo(G_DESKTOP_APP_INFO(info->release())), path);
+}
+
+Result<std::vector<std::string>> ApplicationLauncher::entriesFor(const std::string& path) const
+{
+    launches_->prepare();
+    return handlerEntries(path, launches_->environment);
+}
+
+std::string ApplicationLauncher::takeActivationToken()
+{
+    // The program that gets it tells the desktop when it is ready.
+    launches_->isTokenTaken = !launches_->activationToken.empty();
+    return std::exchange(launches_->activationToken, {});
 }
 
 Result<void> ApplicationLauncher::Launches::launch(AppInfo info, const std::string& file)

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace quillbox {
 
@@ -36,6 +37,12 @@ public:
     Result<void> startProgram(const std::string& path);
     // Opens a file with the user's default application for its type, or a directory with the file manager.
     Result<void> openFile(const std::string& path);
+    // Opens it with the application of that desktop entry.
+    Result<void> openFile(const std::string& path, const std::string& entryPath);
+    // Returns the desktop entries of the applications that can open it, the usual one first.
+    Result<std::vector<std::string>> entriesFor(const std::string& path) const;
+    // Returns the activation token for a request that starts no program, and uses it up.
+    std::string takeActivationToken();
 
 private:
     struct Launches;

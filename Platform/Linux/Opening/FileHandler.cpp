@@ -1,6 +1,7 @@
 #include "FileHandler.h"
 
 #include "BundleState.h"
+#include "DefaultApplicationAnswer.h"
 #include "DesktopEntry.h"
 #include "DesktopEntryScan.h"
 #include "FileContents.h"
@@ -50,6 +51,15 @@ namespace {
                            [](const Error& error) { return error.code == ETIMEDOUT; })
             || std::any_of(files.begin(), files.end(),
                            [](const DesktopEntryFile& file) { return !answersInTime(file.path); });
+    }
+
+    Result<std::string> handlersFromHelper(const std::string& type, const std::string& path)
+    {
+        FileAnswer answer =
+            Installed<MountInquiry>::current()->askHelper({ FileQuestion::Kind::defaultApplication, "/", 1, type });
+        if (answer.error != 0)
+            return Error::fromErrno(answer.error, "couldn't find out which applications open it", path);
+        return std::move(answer.bytes);
     }
 
     Result<GLibObject<GAppInfo>> handlerFromHelper(const std::string& type, const std::string& path)
@@ -107,6 +117,23 @@ Result<GLibObject<GAppInfo>> defaultHandler(const std::string& path, const XdgEn
     if (!info)
         return Error { 0, kNoHandler, path };
     return info;
+}
+
+Result<std::vector<std::string>> handlerEntries(const std::string& path, const XdgEnvironment& environment)
+{
+    const Result<struct stat> status = statusOfPath(path);
+    if (!status)
+        return status.error();
+    const GLibText type = contentType(path, *status);
+    const Result<std::string> joined = isAnyApplicationOutOfReach(environment)
+        ? handlersFromHelper(type.get(), path)
+        : Result<std::string>(entriesOfHandlers(type.get()));
+    if (!joined)
+        return joined.error();
+    std::vector<std::string> entries;
+    for (std::size_t begin = 0; begin < joined->size(); begin += entries.back().size() + 1)
+        entries.emplace_back(joined->c_str() + begin);
+    return entries;
 }
 
 } // namespace quillbox

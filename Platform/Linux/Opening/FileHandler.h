@@ -7,6 +7,7 @@
 #include <gio/gio.h>
 
 #include <string>
+#include <vector>
 
 namespace quillbox {
 
@@ -21,5 +22,9 @@ Result<GLibObject<GAppInfo>> defaultHandler(const std::string& path, const XdgEn
 // Fails with ETIMEDOUT if the entry, or a program that GIO looks for when it reads the entry, is on a mount that does
 // not answer. A missing program is no error.
 Result<void> answersInTime(const std::string& entryPath);
+
+// Returns the desktop entries of all applications that can open what is at the path, the default one first. The same
+// bounds apply.
+Result<std::vector<std::string>> handlerEntries(const std::string& path, const XdgEnvironment& environment);
 
 } // namespace quillbox

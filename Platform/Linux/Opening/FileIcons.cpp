@@ -164,6 +164,22 @@ private:
     std::shared_ptr<const Lookup> lookup_;
 };
 
+// The icon that a desktop entry names, which is read when it is painted.
+class FileIcons::EntrySource final : public ImageSource {
+public:
+    EntrySource(std::string entryPath, std::shared_ptr<const Lookup> lookup)
+        : entryPath_(std::move(entryPath)),
+          lookup_(std::move(lookup))
+    {
+    }
+    ImageContent content() const override { return imageOfEntry(entryPath_, lookup_->languages); }
+    std::string name() const override { return "icon of " + entryPath_; }
+
+private:
+    std::string entryPath_;
+    std::shared_ptr<const Lookup> lookup_;
+};
+
 FileIcons::FileIcons(EntryOfPackage entryOfPackage, std::vector<std::string> languages)
     : lookup_(std::make_shared<Lookup>(Lookup { std::move(entryOfPackage), std::move(languages) })),
       plainFile_(known("icon of a file", imageOfFileNamed("file"))),
@@ -204,6 +220,11 @@ FileIcons::Source FileIcons::source(std::string_view path, EntryKind kind)
         break;
     }
     return std::make_shared<PathSource>(path, lookup_);
+}
+
+FileIcons::Source FileIcons::sourceOfEntry(const std::string& entryPath) const
+{
+    return std::make_shared<EntrySource>(entryPath, lookup_);
 }
 
 FileIcons::Source FileIcons::fileSource(std::string_view path)

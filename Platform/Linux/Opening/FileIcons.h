@@ -28,6 +28,8 @@ public:
     FileIcons(EntryOfPackage entryOfPackage, std::vector<std::string> languages);
 
     Source source(std::string_view path, EntryKind kind);
+    // The icon of an application, by its desktop entry.
+    Source sourceOfEntry(const std::string& entryPath) const;
     // Must be called when desktop entries have changed. Only the icons of packages are forgotten.
     void dropPackages() { packages_.clear(); }
 
@@ -42,6 +44,7 @@ private:
     using Table = std::unordered_map<std::string, Source, Hash, std::equal_to<>>;
 
     class PathSource;
+    class EntrySource;
 
     const Source* placeSource(std::string_view path) const;
     Source fileSource(std::string_view path);

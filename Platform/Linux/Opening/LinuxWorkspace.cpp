@@ -3,6 +3,7 @@
 #include "ApplicationBundles.h"
 #include "Bundle.h"
 #include "CanonicalPath.h"
+#include "DesktopEntry.h"
 #include "LaunchTrust.h"
 #include "PathStatus.h"
 #include "Unicode.h"
@@ -52,6 +53,16 @@ namespace {
         NSImage image(std::make_shared<KnownImageSource>(name, std::move(content)), { row.size, row.size });
         image.setTemplate(row.name.ends_with("Template"));
         return image;
+    }
+
+    // Returns the path with its directory in canonical form. A link at its end is not followed.
+    Result<std::string> pathInCanonicalDirectory(const std::string& path)
+    {
+        const std::string name(path::lastPathComponent(path));
+        if (name == "/" || name == "." || name == "..")
+            return canonicalPath(path);
+        Result<std::string> directory = canonicalPath(std::string(path::deletingLastPathComponent(path)));
+        return directory ? path::appending(*directory, name) : directory;
     }
 
 } // namespace
@@ -114,6 +125,51 @@ Result<void> LinuxWorkspace::startAppDir(const std::string& path)
     if (file && isAccessible(*file, X_OK) && !mayBeStarted(*file))
         return launcher_.openFile(path);
     return launcher_.startProgram(program);
+}
+
+Result<std::vector<NSWorkspace::Application>> LinuxWorkspace::applications(const URL& toOpen)
+{
+    const Result<std::string> path = canonicalPath(toOpen.path());
+    if (!path)
+        return path.error();
+    const Result<std::vector<std::string>> entries = launcher_.entriesFor(*path);
+    if (!entries)
+        return entries.error();
+    std::vector<Application> result;
+    for (const std::string& entryPath : *entries) {
+        const auto entry = DesktopEntry::read(entryPath, bundles_.environment().languages);
+        if (entry && *entry)
+            result.push_back({ entryPath, (*entry)->name, { icons_.sourceOfEntry(entryPath), kFileIconSize } });
+    }
+    return result;
+}
+
+bool LinuxWorkspace::open(const URL& url, const Application& withApplication)
+{
+    const Result<std::string> path = canonicalPath(url.path());
+    return path ? finish(url.path(), *path, launcher_.openFile(*path, withApplication.identifier))
+                : tell(url.path(), path.error());
+}
+
+bool LinuxWorkspace::activateFileViewer(const URL& selecting)
+{
+    const Result<std::string> file = pathInCanonicalDirectory(fileBehind(selecting.path()));
+    const Result<struct stat> status =
+        file ? statusOfPath(*file, LastLink::notFollowed) : Result<struct stat>(file.error());
+    if (!status)
+        return tell(selecting.path(), status.error());
+    const std::string token = launcher_.takeActivationToken();
+    fileViewer_.show(*file, token, [this, token, directory = std::string(path::deletingLastPathComponent(*file))] {
+        launcher_.setActivationToken(token);
+        tell(directory, launcher_.openFile(directory));
+    });
+    return true;
+}
+
+std::string LinuxWorkspace::fileBehind(const std::string& path)
+{
+    const InstalledBundle* bundle = bundles_.bundleAt(path);
+    return bundle ? bundle->entryPath : path;
 }
 
 bool LinuxWorkspace::launchApplication(const std::string& withBundleIdentifier)

@@ -2,6 +2,7 @@
 
 #include "ApplicationLauncher.h"
 #include "FileIcons.h"
+#include "FileViewer.h"
 #include "NSWorkspace.h"
 
 #include <functional>
@@ -35,6 +36,15 @@ public:
     // "com.apple.systempreferences" is the desktop's settings program.
     bool launchApplication(const std::string& withBundleIdentifier) override;
 
+    // The identifier of an application is the path of its desktop entry.
+    Result<std::vector<Application>> applications(const URL& toOpen) override;
+    bool open(const URL& url, const Application& withApplication) override;
+    // Asks the file manager over the bus. If there is none that shows files, or it does not answer, the directory is
+    // opened; the user is told of a failure then.
+    bool activateFileViewer(const URL& selecting) override;
+    // Returns the desktop entry of a bundle of ours.
+    std::string fileBehind(const std::string& path) override;
+
     // Called with each path after it was opened: the canonical path of a file or a bundle, or the path of the desktop
     // entry for an application that was launched by its id.
     std::function<void(const std::string& path)> onOpened;
@@ -60,6 +70,7 @@ private:
     FailureCallback onFailure_;
     ApplicationLauncher launcher_;
     FileIcons icons_;
+    FileViewer fileViewer_;
     unsigned iconsGeneration_ = 0;
     std::unordered_map<std::string, NSImage> systemImages_;
 };

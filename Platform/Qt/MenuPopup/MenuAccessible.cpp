@@ -11,6 +11,13 @@ namespace quillbox {
 
 namespace {
 
+    // The action that opens the menu of what can be done with a row. The toolkit's own name for showing a menu is that
+    // of opening the row's submenu.
+    QString itemMenuAction()
+    {
+        return QStringLiteral("ShowContextMenu");
+    }
+
     class RowAccessible final : public QAccessibleInterface, public QAccessibleActionInterface {
     public:
         RowAccessible(MenuPopup& popup, std::size_t row) : popup_(popup), row_(row) { }
@@ -80,6 +87,8 @@ namespace {
             QStringList names { pressAction(), setFocusAction() };
             if (item().hasSubmenu())
                 names.insert(1, showMenuAction());
+            if (popup_.hasItemMenu(row_))
+                names.append(itemMenuAction());
             return names;
         }
 
@@ -89,8 +98,15 @@ namespace {
                 return;
             const RowRequest request = name == pressAction() ? RowRequest::choose
                 : name == showMenuAction()                   ? RowRequest::openSubmenu
+                : name == itemMenuAction()                   ? RowRequest::openItemMenu
                                                              : RowRequest::select;
             popup_.request(row_, request);
+        }
+
+        QString localizedActionName(const QString& name) const override
+        {
+            return name == itemMenuAction() ? QStringLiteral("Show Context Menu")
+                                            : QAccessibleActionInterface::localizedActionName(name);
         }
 
         QStringList keyBindingsForAction(const QString&) const override { return {}; }

@@ -24,13 +24,20 @@ bool MenuKeyboard::pressed(const QKeyEvent& event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Select:
-        activateSelected();
+        activateSelected(choiceFor(event.modifiers()));
         return true;
     case Qt::Key_Space:
         // A name may contain spaces.
         if (!typed_.isEmpty())
             return type(event);
-        activateSelected();
+        activateSelected(choiceFor(event.modifiers()));
+        return true;
+    case Qt::Key_Menu:
+        openItemMenu();
+        return true;
+    case Qt::Key_F10:
+        if (event.modifiers() & Qt::ShiftModifier)
+            openItemMenu();
         return true;
     default:
         return walk(event.key()) || enterOrLeave(event.key()) || type(event);
@@ -133,23 +140,41 @@ void MenuKeyboard::openSelected()
     levels_.openSubmenu(level, *row);
     if (levels_.openRow(level) != row)
         return;
-    MenuPopup& submenu = levels_.popup(level + 1);
-    for (std::size_t first = 0; first < submenu.rowCount(); ++first)
-        if (submenu.isSelectable(first)) {
-            submenu.bringIntoSight(first);
-            levels_.select(level + 1, first);
+    selectFirstOf(level + 1);
+}
+
+void MenuKeyboard::openItemMenu()
+{
+    typed_.clear();
+    const std::size_t level = levels_.activeLevel();
+    const std::optional<std::size_t> row = levels_.popup(level).selection();
+    if (!row)
+        return;
+    levels_.popup(level).bringIntoSight(*row);
+    // Below the row, where the pointer would be if it had asked: the row itself stays visible.
+    if (levels_.openItemMenu(level, *row, levels_.popup(level).rowRect(*row)))
+        selectFirstOf(level + 1);
+}
+
+void MenuKeyboard::selectFirstOf(std::size_t level)
+{
+    MenuPopup& popup = levels_.popup(level);
+    for (std::size_t first = 0; first < popup.rowCount(); ++first)
+        if (popup.isSelectable(first)) {
+            popup.bringIntoSight(first);
+            levels_.select(level, first);
             return;
         }
 }
 
-void MenuKeyboard::activateSelected()
+void MenuKeyboard::activateSelected(MenuTracking::Choice choice)
 {
     const std::size_t level = levels_.activeLevel();
     const std::optional<std::size_t> row = levels_.popup(level).selection();
     if (!row)
         return;
     if (levels_.popup(level).item(*row)->action())
-        levels_.activate(level, *row);
+        levels_.activate(level, *row, choice);
     else
         openSelected();
 }

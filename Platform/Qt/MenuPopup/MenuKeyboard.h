@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Clock.h"
+#include "MenuTracking.h"
 
 #include <QString>
 
@@ -24,9 +25,11 @@ public:
 
     // Returns true if the key has a meaning for the menu. The menu may be closed after the call.
     bool pressed(const QKeyEvent& event);
-    // These do what Return and Right do with the highlighted row. The menu may be closed after the first of them.
-    void activateSelected();
+    // These do what Return, Right and the Menu key do with the highlighted row. The menu may be closed after the first
+    // of them.
+    void activateSelected(MenuTracking::Choice choice);
     void openSelected();
+    void openItemMenu();
     // Does what Home does.
     void selectFirst() { selectNear(0, 1); }
     // Must be called when the menu has closed.
@@ -36,6 +39,7 @@ private:
     bool walk(int key);
     bool enterOrLeave(int key);
     void step(int direction);
+    void selectFirstOf(std::size_t level);
     void selectNear(std::size_t row, int direction);
     void selectRow(std::size_t row);
     bool type(const QKeyEvent& event);

@@ -101,7 +101,7 @@ void MenuLevels::openSubmenu(std::size_t level, std::size_t row)
     MenuPopup& parent = popup(level);
     parent.select(row);
     updateFocus();
-    auto child = spare_ ? std::move(spare_) : std::make_unique<MenuPopup>(events_, available_);
+    auto child = takeSpare();
     child->setMenu(submenu);
     // Submenus go away from the levels above while there is room, so that those stay visible.
     const Qt::LayoutDirection onward = parent.fixedEdge() == Qt::RightEdge ? Qt::RightToLeft : Qt::LeftToRight;
@@ -114,7 +114,28 @@ void MenuLevels::openSubmenu(std::size_t level, std::size_t row)
     show(std::move(child), geometry, geometry.x() < parent.x() ? Qt::RightEdge : Qt::LeftEdge);
 }
 
-bool MenuLevels::activate(std::size_t level, std::size_t row)
+bool MenuLevels::openItemMenu(std::size_t level, std::size_t row, QRect anchor)
+{
+    if (!popup(level).hasItemMenu(row))
+        return false;
+    const std::shared_ptr<NSMenuItem> item = popup(level).item(row);
+    closeToCount(level + 1);
+    if (!tracking_.openMenuForItem(level, item))
+        return false;
+    itemMenuLevel_ = level + 1;
+    MenuPopup& parent = popup(level);
+    parent.select(row);
+    parent.setOpenRow(row);
+    auto child = takeSpare();
+    child->setMenu(tracking_.menu(level + 1));
+    const Qt::LayoutDirection direction = child->layoutDirection();
+    const QRect geometry = placeBesideAnchor(child->wantedSize(), anchor, available_, direction);
+    child->setName(QString::fromStdString(tracking_.menu(level + 1)->title()));
+    show(std::move(child), geometry, direction == Qt::RightToLeft ? Qt::RightEdge : Qt::LeftEdge);
+    return true;
+}
+
+bool MenuLevels::activate(std::size_t level, std::size_t row, MenuTracking::Choice choice)
 {
     if (!popup(level).isSelectable(row))
         return false;
@@ -125,7 +146,7 @@ bool MenuLevels::activate(std::size_t level, std::size_t row)
         return false;
     }
     // The action may open the menu again or run an alert, so no state of this object is used after it.
-    return tracking_.choose(item);
+    return tracking_.choose(item, choice);
 }
 
 std::optional<std::size_t> MenuLevels::levelAt(QPoint global) const
@@ -167,6 +188,11 @@ void MenuLevels::show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge
         spareTimer_ = Clock::current().after(kUntilSpare, [this] { makeSpare(); });
 }
 
+std::unique_ptr<MenuPopup> MenuLevels::takeSpare()
+{
+    return spare_ ? std::move(spare_) : std::make_unique<MenuPopup>(events_, available_);
+}
+
 void MenuLevels::makeSpare()
 {
     if (spare_)
@@ -191,6 +217,8 @@ void MenuLevels::takeOffScreen(std::size_t count)
         MenuPopup::retire(std::move(popup));
     }
     activeLevel_ = count > 0 ? std::min(activeLevel_, count - 1) : 0;
+    if (itemMenuLevel_ && count <= *itemMenuLevel_)
+        itemMenuLevel_.reset();
     if (count > 0) {
         MenuPopup& last = *popups_.back();
         if (const std::optional<std::size_t> row = last.openRow()) {

@@ -16,6 +16,12 @@
 
 namespace quillbox {
 
+// What a click or a key with these modifiers asks for.
+inline MenuTracking::Choice choiceFor(Qt::KeyboardModifiers modifiers)
+{
+    return modifiers & Qt::ControlModifier ? MenuTracking::Choice::alternate : MenuTracking::Choice::ordinary;
+}
+
 // The open menu on the screen: one popup for each level of a MenuTracking, which tells the delegates. It places the
 // popups, highlights rows, and opens, closes and chooses; MenuPointer and MenuKeyboard decide when. Levels count from
 // 0, the menu at the top.
@@ -34,9 +40,16 @@ public:
     void closeToCount(std::size_t count);
     // Opens the submenu of that row. Nothing happens if it has none or its submenu is open already.
     void openSubmenu(std::size_t level, std::size_t row);
+    // Opens the menu of what can be done with that row as the level after it, beside `anchor` (global). Returns false
+    // if there is no such menu.
+    bool openItemMenu(std::size_t level, std::size_t row, QRect anchor);
+    // Whether the level is behind an open menu of what can be done with a row. The pointer then does nothing on it but
+    // close that menu.
+    bool isBehindItemMenu(std::size_t level) const { return itemMenuLevel_ && level < *itemMenuLevel_; }
+    void closeItemMenu() { closeToCount(itemMenuLevel_.value_or(count())); }
     // Does what a click or Return does: sends the row's action after all menus have left the screen, or opens the
     // submenu of a row without an action. Nothing happens for other rows. Returns true if an action was sent.
-    bool activate(std::size_t level, std::size_t row);
+    bool activate(std::size_t level, std::size_t row, MenuTracking::Choice choice);
 
     bool isOpen() const { return !popups_.empty(); }
     std::size_t count() const { return popups_.size(); }
@@ -67,6 +80,7 @@ public:
 
 private:
     void show(std::unique_ptr<MenuPopup> popup, QRect geometry, Qt::Edge fixedEdge);
+    std::unique_ptr<MenuPopup> takeSpare();
     void makeSpare();
     void takeOffScreen(std::size_t count);
     void updateFocus();
@@ -90,6 +104,8 @@ private:
     QPointer<QWindow> owner_;
     QRect available_;
     std::size_t activeLevel_ = 0;
+    // The level of the menu of what can be done with a row, if one is open.
+    std::optional<std::size_t> itemMenuLevel_;
     // What assistive technologies were told last.
     Focus focus_;
 };

@@ -48,13 +48,16 @@ void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
     if (position == position_)
         return;
     position_ = position;
-    if (buttons == Qt::NoButton)
+    const bool isFar = (position - start_).manhattanLength() >= QApplication::startDragDistance();
+    if (buttons == Qt::NoButton) {
         isDragging_ = isPressed_ = false;
-    else if (!isPressed_ && (position - start_).manhattanLength() >= QApplication::startDragDistance())
+        itemMenuPress_.reset();
+    } else if (!isPressed_ && !itemMenuPress_ && isFar) {
         isDragging_ = true;
+    }
 
     const std::optional<std::size_t> level = levels_.levelAt(position);
-    if (!level) {
+    if (!level || levels_.isBehindItemMenu(*level)) {
         // Rows that lead to an open submenu stay highlighted.
         hoverTimer_.reset();
         edgeTimer_.reset();
@@ -86,15 +89,23 @@ void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
     hover(*level, row);
 }
 
-void MenuPointer::pressed(QPoint position)
+void MenuPointer::pressed(QPoint position, Qt::MouseButton button)
 {
     position_ = position;
     isPressed_ = true;
     const std::optional<std::size_t> level = levels_.levelAt(position);
     if (!level)
         return;
+    if (levels_.isBehindItemMenu(*level)) {
+        // As with every such menu, a press beside it only closes it, and its release has no meaning.
+        isPressed_ = false;
+        levels_.closeItemMenu();
+        return;
+    }
     const std::optional<std::size_t> row = levels_.popup(*level).rowAt(position);
     hover(*level, row);
+    if (button == Qt::RightButton && row && openItemMenu(*level, *row))
+        return;
     // As in every menu, a row that can only be opened opens on the press.
     if (row && levels_.popup(*level).isSelectable(*row) && !levels_.popup(*level).item(*row)->action()) {
         cancelPending();
@@ -102,9 +113,27 @@ void MenuPointer::pressed(QPoint position)
     }
 }
 
-void MenuPointer::released(QPoint position)
+bool MenuPointer::openItemMenu(std::size_t level, std::size_t row)
+{
+    if (!levels_.popup(level).hasItemMenu(row))
+        return false;
+    cancelPending();
+    explain(level, std::nullopt);
+    if (!levels_.openItemMenu(level, row, QRect(position_, QSize(1, 1))))
+        return false;
+    isPressed_ = false;
+    itemMenuPress_ = position_;
+    return true;
+}
+
+void MenuPointer::released(QPoint position, Qt::KeyboardModifiers modifiers)
 {
     position_ = position;
+    if (itemMenuPress_) {
+        // A click has opened the menu of what can be done with a row; a drag goes on to one of its rows.
+        isPressed_ = (position - *itemMenuPress_).manhattanLength() >= QApplication::startDragDistance();
+        itemMenuPress_.reset();
+    }
     const bool isOfThisMenu = isPressed_ || isDragging_;
     const bool endsDragFromInside = isDragging_ && hasDraggedIn_;
     isPressed_ = isDragging_ = false;
@@ -112,6 +141,8 @@ void MenuPointer::released(QPoint position)
     if (!isOfThisMenu)
         return;
     const std::optional<std::size_t> level = levels_.levelAt(position);
+    if (level && levels_.isBehindItemMenu(*level))
+        return;
     if (!level) {
         if (endsDragFromInside && !levels_.anchor().contains(position))
             levels_.closeToCount(0);
@@ -121,7 +152,7 @@ void MenuPointer::released(QPoint position)
     if (!row)
         return;
     cancelPending();
-    levels_.activate(*level, *row);
+    levels_.activate(*level, *row, choiceFor(modifiers));
 }
 
 void MenuPointer::wheelTurned(QPoint position, double pixels)

@@ -24,8 +24,9 @@ public:
 
     void moved(QPoint position, Qt::MouseButtons buttons);
     // The press must be inside the menus; the caller handles presses outside.
-    void pressed(QPoint position);
-    void released(QPoint position);
+    void pressed(QPoint position, Qt::MouseButton button);
+    // Control asks for the row's alternate action.
+    void released(QPoint position, Qt::KeyboardModifiers modifiers);
     void wheelTurned(QPoint position, double pixels);
     // Must be called when the keyboard takes over: cancels what the pointer was about to do.
     void cancelPending();
@@ -35,6 +36,7 @@ public:
     void explain(std::size_t level, std::optional<std::size_t> row);
 
 private:
+    bool openItemMenu(std::size_t level, std::size_t row);
     void hover(std::size_t level, std::optional<std::size_t> row);
     void follow(std::size_t level, std::optional<std::size_t> row);
     bool isOnTheWayToSubmenu(std::size_t level) const;
@@ -58,6 +60,8 @@ private:
     // menus.
     bool isDragging_ = false;
     bool hasDraggedIn_ = false;
+    // Where the press was that opened the menu of what can be done with a row, until its release.
+    std::optional<QPoint> itemMenuPress_;
     double wheelRest_ = 0;
     int edgeDirection_ = 0;
     std::size_t edgeLevel_ = 0;

@@ -262,14 +262,14 @@ void MenuPopup::mousePressEvent(QMouseEvent* event)
 {
     if (!events_)
         return;
-    events_->pointerPressed(event->globalPosition().toPoint());
+    events_->pointerPressed(event->globalPosition().toPoint(), event->button());
 }
 
 void MenuPopup::mouseReleaseEvent(QMouseEvent* event)
 {
     if (!events_)
         return;
-    events_->pointerReleased(event->globalPosition().toPoint());
+    events_->pointerReleased(event->globalPosition().toPoint(), event->modifiers());
 }
 
 void MenuPopup::wheelEvent(QWheelEvent* event)

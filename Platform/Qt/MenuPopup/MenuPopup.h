@@ -15,7 +15,7 @@ namespace quillbox {
 class MenuPopup;
 
 // What an assistive technology may ask for.
-enum class RowRequest { select, choose, openSubmenu };
+enum class RowRequest { select, choose, openSubmenu, openItemMenu };
 
 // Gets the events of all open popups. The display may send an event to another popup than the one it is for: it sends
 // all to the popup that was opened last. Positions are in global logical pixels.
@@ -23,8 +23,8 @@ class MenuPopupEvents {
 public:
     virtual ~MenuPopupEvents() = default;
     virtual void pointerMoved(QPoint position, Qt::MouseButtons buttons) = 0;
-    virtual void pointerPressed(QPoint position) = 0;
-    virtual void pointerReleased(QPoint position) = 0;
+    virtual void pointerPressed(QPoint position, Qt::MouseButton button) = 0;
+    virtual void pointerReleased(QPoint position, Qt::KeyboardModifiers modifiers) = 0;
     // `pixels` is the distance to scroll, downwards if positive.
     virtual void wheelTurned(QPoint position, double pixels) = 0;
     virtual void keyPressed(QKeyEvent& event) = 0;
@@ -70,6 +70,8 @@ public:
     const std::shared_ptr<NSMenuItem>& item(std::size_t row) const { return menu_->itemArray()[row]; }
     std::size_t rowCount() const { return layout_.rowCount(); }
     bool isSelectable(std::size_t row) const;
+    // Whether the row stands for a file, so that there is a menu of what can be done with it.
+    bool hasItemMenu(std::size_t row) const { return isSelectable(row) && item(row)->representedFile(); }
     const MenuLayout& rows() const { return layout_; }
 
     Zone zoneAt(QPoint global) const;

@@ -80,17 +80,20 @@ public:
         pointer_->moved(position, buttons);
     }
 
-    void pointerPressed(QPoint position) override
+    void pointerPressed(QPoint position, Qt::MouseButton button) override
     {
         if (levels.levelAt(position)) {
-            pointer_->pressed(position);
+            pointer_->pressed(position, button);
             return;
         }
         pressThatClosed_ = Press { position, Clock::current().uptime() };
         levels.closeToCount(0);
     }
 
-    void pointerReleased(QPoint position) override { pointer_->released(position); }
+    void pointerReleased(QPoint position, Qt::KeyboardModifiers modifiers) override
+    {
+        pointer_->released(position, modifiers);
+    }
 
     void wheelTurned(QPoint position, double pixels) override { pointer_->wheelTurned(position, pixels); }
 
@@ -111,9 +114,11 @@ public:
         popup.bringIntoSight(row);
         levels.select(*level, row);
         if (request == RowRequest::choose)
-            keyboard_->activateSelected();
+            keyboard_->activateSelected(MenuTracking::Choice::ordinary);
         else if (request == RowRequest::openSubmenu)
             keyboard_->openSelected();
+        else if (request == RowRequest::openItemMenu)
+            keyboard_->openItemMenu();
     }
 
     void wasHidden(MenuPopup& popup) override

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -178,6 +179,38 @@ namespace {
         EXPECT_THAT(told(open(tree.files().makeDirectory("Foreign.app"))),
                     ElementsAre("files", tree.path("Foreign.app")));
         EXPECT_THAT(messages, IsEmpty());
+    }
+
+    TEST_F(LinuxWorkspaceTest, AFileOpensWithEveryApplicationOfItsType)
+    {
+        makeWorkspace();
+        const std::string file = tree.files().writeFile("notes.txt", "text");
+        const auto known = workspace->applications(URL::fileURLWithPath(file));
+        ASSERT_TRUE(known) << known.error().description();
+        ASSERT_GE(known->size(), 2U);
+        EXPECT_EQ((*known)[0].name, "viewer") << "the default one comes first";
+        const auto other = std::find_if(known->begin(), known->end(),
+                                        [](const auto& application) { return application.name == "files"; });
+        ASSERT_NE(other, known->end());
+        EXPECT_THAT(told(workspace->open(URL::fileURLWithPath(file), *other)), ElementsAre("files", file));
+        EXPECT_THAT(opened, ElementsAre(file));
+        EXPECT_FALSE(workspace->applications(URL::fileURLWithPath(tree.path("gone"))));
+    }
+
+    TEST_F(LinuxWorkspaceTest, WithoutAFileManagerOnTheBusTheDirectoryIsShown)
+    {
+        EXPECT_THAT(told(openBundle(writeTeller("teller"))), ElementsAre(""));
+        const auto show = [&](const std::string& path) {
+            return told(workspace->activateFileViewer(URL::fileURLWithPath(path)));
+        };
+        tree.files().writeFile("far/notes.txt");
+        tree.files().makeLink("near", tree.path("far"));
+        tree.files().makeLink("far/link", "/nowhere");
+        EXPECT_THAT(show(tree.path("near/notes.txt")), ElementsAre("files", tree.path("far")));
+        EXPECT_THAT(show(tree.path("far/link")), ElementsAre("files", tree.path("far")));
+        EXPECT_THAT(show(bundle), ElementsAre("files", tree.path("system/applications")));
+        EXPECT_FALSE(workspace->activateFileViewer(URL::fileURLWithPath(tree.path("gone"))));
+        EXPECT_THAT(messages, ElementsAre(HasSubstr("“gone”")));
     }
 
     TEST_F(LinuxWorkspaceTest, AppDirsTrustedEntriesAndTheSettingsProgramStart)

@@ -33,13 +33,33 @@ public:
         if (world_.duringAction)
             world_.duringAction();
     }
+    void show(NSMenuItem* item) { world_.log.push_back("showed " + *item->representedFile()); }
+    std::shared_ptr<NSMenu> menuForItem(const std::shared_ptr<NSMenuItem>& item) override
+    {
+        auto menu = world_.menu("of " + item->title());
+        menu->setItemArray(world_.rows("Open, Copy"));
+        return menu;
+    }
     static const Selector kChoose;
+    static const Selector kShow;
 
 private:
     MenuWorld& world_;
 };
 
 constexpr Selector MenuWorld::Recorder::kChoose = makeSelector<&MenuWorld::Recorder::choose>("chooseWithSender:");
+
+constexpr Selector MenuWorld::Recorder::kShow = makeSelector<&MenuWorld::Recorder::show>("showWithSender:");
+
+class MenuWorld::FileRow final : public NSMenuItem {
+public:
+    explicit FileRow(const std::string& title) : NSMenuItem(title, &Recorder::kChoose), path_("/files/" + title) { }
+    const Selector* alternateAction() const override { return &Recorder::kShow; }
+    const std::string* representedFile() const override { return &path_; }
+
+private:
+    std::string path_;
+};
 
 MenuWorld::MenuWorld(Contents rowsByTitle, AssistiveTechnology listener)
     : contents(std::move(rowsByTitle)),
@@ -74,7 +94,8 @@ std::shared_ptr<NSMenuItem> MenuWorld::row(std::string text)
     const bool hasAction = !text.ends_with("//");
     const bool hasSubmenu = text.ends_with('/');
     text.resize(text.find_last_not_of('/') + 1);
-    auto item = std::make_shared<NSMenuItem>(text, hasAction ? &Recorder::kChoose : nullptr);
+    auto item = text.front() == '@' ? std::make_shared<FileRow>(text.substr(1))
+                                    : std::make_shared<NSMenuItem>(text, hasAction ? &Recorder::kChoose : nullptr);
     item->setTarget(recorder_);
     if (hasSubmenu)
         item->setSubmenu(menu(text));

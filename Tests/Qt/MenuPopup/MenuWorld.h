@@ -17,7 +17,8 @@ namespace quillbox {
 // A menu tree with a delegate and a target that write down what they are told, and the presenter that shows
 // it, with a clock moved by hand. The rows of each menu come, whenever it is updated, from what the test says for its
 // title: "alpha, Papers/, Recent//, -, (off), n*30" is a row with an action; one with an action and a submenu; one
-// that can be opened only; a separator; one that can't be used; and rows from n0 to n29.
+// that can be opened only; a separator; one that can't be used; and rows from n0 to n29. "@notes" is a row of a
+// file, with a menu of what can be done with it.
 class MenuWorld {
 public:
     using Contents = std::map<std::string, std::string>;
@@ -56,6 +57,7 @@ public:
 
 private:
     class Recorder;
+    class FileRow;
     std::shared_ptr<NSMenuItem> row(std::string text);
 
     std::shared_ptr<Recorder> recorder_;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -12,9 +13,9 @@ namespace quillbox {
 
 namespace {
 
-    int depth(const NSMenu* menu)
+    int depth(const QWindow* window)
     {
-        return menu->supermenu() ? depth(menu->supermenu()) + 1 : 0;
+        return window ? depth(window->transientParent()) + 1 : 0;
     }
 
 } // namespace
@@ -26,7 +27,7 @@ std::vector<MenuPopup*> PopupUser::popups()
         if (auto* popup = dynamic_cast<MenuPopup*>(widget); popup && popup->isVisible())
             found.push_back(popup);
     std::sort(found.begin(), found.end(),
-              [](auto* a, auto* b) { return depth(a->menu().get()) < depth(b->menu().get()); });
+              [](auto* a, auto* b) { return depth(a->windowHandle()) < depth(b->windowHandle()); });
     return found;
 }
 
@@ -48,21 +49,22 @@ std::string PopupUser::selected()
     return titles;
 }
 
-void PopupUser::send(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons)
+void PopupUser::send(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons,
+                     Qt::KeyboardModifiers modifiers)
 {
     QWidget* receiver = QApplication::activePopupWidget();
     ASSERT_TRUE(receiver);
-    QMouseEvent event(type, receiver->mapFromGlobal(position), position, button, buttons, Qt::NoModifier);
+    QMouseEvent event(type, receiver->mapFromGlobal(position), position, button, buttons, modifiers);
     QApplication::sendEvent(receiver, &event);
 }
 
-void PopupUser::click(QPoint position)
+void PopupUser::click(QPoint position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
     moveTo(position);
-    press(position);
+    press(position, button);
     // A press outside has closed the menu, and nobody here hears of its release.
     if (QApplication::activePopupWidget())
-        release(position);
+        release(position, button, modifiers);
 }
 
 void PopupUser::wheel(QPoint position, int notches)
@@ -74,10 +76,10 @@ void PopupUser::wheel(QPoint position, int notches)
     QApplication::sendEvent(receiver, &event);
 }
 
-void PopupUser::key(int key, const QString& text)
+void PopupUser::key(int key, const QString& text, Qt::KeyboardModifiers modifiers)
 {
     ASSERT_TRUE(QApplication::activePopupWidget());
-    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
     QApplication::sendEvent(QApplication::activePopupWidget(), &event);
 }
 

@@ -23,16 +23,23 @@ public:
         send(QEvent::MouseMove, position, Qt::NoButton, buttons);
     }
     static void moveTo(const std::string& title) { moveTo(rectOf(title).center()); }
-    static void press(QPoint position) { send(QEvent::MouseButtonPress, position, Qt::LeftButton, Qt::LeftButton); }
-    static void release(QPoint position) { send(QEvent::MouseButtonRelease, position, Qt::LeftButton, Qt::NoButton); }
-    static void click(QPoint position);
+    static void press(QPoint position, Qt::MouseButton button = Qt::LeftButton)
+    {
+        send(QEvent::MouseButtonPress, position, button, button);
+    }
+    static void release(QPoint position, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {})
+    {
+        send(QEvent::MouseButtonRelease, position, button, Qt::NoButton, modifiers);
+    }
+    static void click(QPoint position, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {});
     static void click(const std::string& title) { click(rectOf(title).center()); }
     static void wheel(QPoint position, int notches);
-    static void key(int key, const QString& text = {});
+    static void key(int key, const QString& text = {}, Qt::KeyboardModifiers modifiers = {});
     static void type(const QString& text);
 
 private:
-    static void send(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons);
+    static void send(QEvent::Type type, QPoint position, Qt::MouseButton button, Qt::MouseButtons buttons,
+                     Qt::KeyboardModifiers modifiers = {});
 };
 
 } // namespace quillbox
