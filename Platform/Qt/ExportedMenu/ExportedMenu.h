@@ -32,6 +32,8 @@ public:
     // Whether a filling was put off.
     bool isFillDue() const { return isFillDue_; }
     bool isFilled() const { return isFilled_; }
+    // Must be called if there is a host that can't move a row to another place.
+    void neverMoveRows() { tree_.neverMoveRows(); }
     // Must be called when the host is gone, or before the menu is shown in another way.
     void close();
 

@@ -35,11 +35,13 @@ bool ExportedTree::setChildren(int id, std::vector<ExportedRow> rows)
 
     std::vector<int> children;
     children.reserve(rows.size());
+    bool isAsBefore = true;
     for (ExportedRow& newRow : rows) {
         const auto [begin, end] = unclaimed.equal_range(newRow.title);
         const auto same =
             std::find_if(begin, end, [&](const auto& candidate) { return row(candidate.second).looksLike(newRow); });
-        if (same != end) {
+        isAsBefore = isAsBefore && same != end && former[children.size()] == same->second;
+        if (same != end && (mayMoveRows_ || isAsBefore)) {
             children.push_back(same->second);
             unclaimed.erase(same);
         } else {

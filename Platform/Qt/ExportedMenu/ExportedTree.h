@@ -59,6 +59,8 @@ public:
     // level has changed.
     bool setChildren(int id, std::vector<ExportedRow> rows);
     void removeChildren(int id);
+    // From now on, a row keeps its id only if it and all rows above it in its level are as before.
+    void neverMoveRows() { mayMoveRows_ = false; }
 
     int commonAncestor(int id, int other) const;
     // Returns all ids, each before those below it.
@@ -75,6 +77,7 @@ private:
 
     std::unordered_map<int, Node> nodes_;
     int lastId_ = kRoot;
+    bool mayMoveRows_ = true;
 };
 
 } // namespace quillbox

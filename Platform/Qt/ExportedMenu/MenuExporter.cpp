@@ -205,6 +205,8 @@ QDBusMessage MenuExporter::getLayout(const QDBusMessage& call)
     const int depth = call.arguments().at(1).toInt();
     const QStringList names = call.arguments().at(2).toStringList();
     const LayoutRequest request { hosts_.askedForLayout(call.service(), names), names };
+    if (leavesRowsInTheirPlaces(request.host))
+        menu_.neverMoveRows();
     if (!menu_.tree().contains(parent))
         return noSuchRow(call, parent);
     return call.createReply({ revision_, QVariant::fromValue(request.layout(menu_.tree(), parent, depth)) });

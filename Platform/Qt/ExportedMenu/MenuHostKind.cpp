@@ -45,6 +45,11 @@ bool losesOneOfTwoLayouts(MenuHostKind host)
     return host == MenuHostKind::gnomeShell;
 }
 
+bool leavesRowsInTheirPlaces(MenuHostKind host)
+{
+    return host == MenuHostKind::gnomeShell;
+}
+
 bool showsBusyPointer(MenuHostKind host)
 {
     return host == MenuHostKind::gnomeShell;

@@ -14,7 +14,8 @@ enum class MenuHostKind {
     standard,
     // GNOME Shell with its AppIndicator extension. It opens no empty submenu. It decides whether a level can be
     // scrolled before the level has its rows. Whenever a layout contains `children-display`, it replaces the row and
-    // closes the row's open submenu. From a label it removes only the first mark of a mnemonic.
+    // closes the row's open submenu. A row that it knows stays where it is, even if a layout has it in another place.
+    // From a label it removes only the first mark of a mnemonic.
     gnomeShell,
 };
 
@@ -62,6 +63,9 @@ inline int levelOfPlaceholder(int id)
 // Whether a host that gets both a signal to read a level again and an answer that says the same would ask for the
 // layout twice, and never ask for the properties of the rows that only the first layout contained.
 bool losesOneOfTwoLayouts(MenuHostKind host);
+
+// Whether a row that is in another place in a layout than in the one before stays where it was on the screen.
+bool leavesRowsInTheirPlaces(MenuHostKind host);
 
 // Whether each click starts a busy pointer, which stays until a program has started or the host is told that none will.
 bool showsBusyPointer(MenuHostKind host);

@@ -270,6 +270,16 @@ TEST_F(MenuExporterTest, GnomesShellGetsPlaceholdersAndChildrenDisplayAsAPropert
     EXPECT_EQ(another.layout(0, 1), "1 my__note, 2 ---, 3 Papers, 4 Places");
 }
 
+// The shell adds and removes rows, but does not move them.
+TEST_F(MenuExporterTest, GnomesShellGetsNewRowsFromTheFirstOneThatIsInAnotherPlace)
+{
+    const QStringList names { "type", "children-display" };
+    host.layout(0, -1, names);
+    world.contents["top"] = "my_note, Papers/, -, Places//";
+    run("about top");
+    EXPECT_EQ(host.layout(0, 1, names), "1 ---, 5 ---, 6 ---, 7 ---");
+}
+
 // The shell would leave a long level no room between the rows of those above it.
 TEST_F(MenuExporterTest, GnomesShellHidesWhatLiesBesideALongLevelWhileItIsOpen)
 {
