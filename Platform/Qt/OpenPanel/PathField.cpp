@@ -20,6 +20,12 @@ PathField::PathField(QWidget* parent) : QLineEdit(parent), continuations_(new QS
     setCompleter(completer);
     completer->popup()->installEventFilter(this);
     connect(this, &QLineEdit::textEdited, this, &PathField::wasEdited);
+    // Assistive technologies and on-screen keyboards set the text without that signal. A continuation that is marked in
+    // the list comes into the field, too, but is not chosen yet.
+    connect(this, &QLineEdit::textChanged, this, [this] {
+        if (text() != knownText_ && !this->completer()->popup()->isVisible())
+            wasEdited();
+    });
     // The field has the text of a continuation that was clicked in the list only after this signal.
     connect(completer, qOverload<const QString&>(&QCompleter::activated), this, &PathField::wasEdited,
             Qt::QueuedConnection);
@@ -30,7 +36,8 @@ void PathField::setDirectory(const std::string& directory)
     directory_ = directory;
     isEdited_ = false;
     continued_.reset();
-    setText(typedText(directory));
+    knownText_ = typedText(directory);
+    setText(knownText_);
 }
 
 std::string PathField::path() const
@@ -40,6 +47,7 @@ std::string PathField::path() const
 
 void PathField::type(const QString& text)
 {
+    knownText_ = text;
     setText(text);
     wasEdited();
 }
@@ -53,6 +61,7 @@ void PathField::setShowsHidden(bool shows)
 void PathField::wasEdited()
 {
     isEdited_ = true;
+    knownText_ = text();
     lookForContinuations();
     onEdited();
 }

@@ -42,6 +42,8 @@ private:
     void continueTyping();
 
     std::string directory_;
+    // What was shown or typed last.
+    QString knownText_;
     bool isEdited_ = false;
     bool showsHidden_ = false;
     QStringListModel* continuations_;

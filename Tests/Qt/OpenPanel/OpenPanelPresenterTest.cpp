@@ -228,6 +228,15 @@ TEST_F(OpenPanel, TakesATypedPath)
     EXPECT_THAT(chosen(), ElementsAre("odd\xff\xfe.txt"));
 }
 
+TEST_F(OpenPanel, TakesAPathThatAssistiveTechnologyPutsIntoTheField)
+{
+    begin();
+    field("Path").setText("Folder");
+    confirm().click();
+    EXPECT_EQ(answer(), NSOpenPanel::OK);
+    EXPECT_THAT(chosen(), ElementsAre("Folder"));
+}
+
 TEST_F(OpenPanel, WithoutDirectoriesTheConfirmButtonOpensThem)
 {
     panel->setCanChooseDirectories(false);
