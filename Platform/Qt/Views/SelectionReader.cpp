@@ -28,8 +28,11 @@ namespace {
         {
             const auto begin = Time::now();
             end_ = begin + longestSilence;
+            const auto now = serverTime();
+            if (!now)
+                return std::nullopt;
             xcb_convert_selection(&connection_, receiver_, atomOf(&connection_, selection), atomOf(&connection_, type),
-                                  property_, XCB_CURRENT_TIME);
+                                  property_, *now);
             const auto answer = waitFor(XCB_SELECTION_NOTIFY);
             if (!answer || reinterpret_cast<const xcb_selection_notify_event_t&>(*answer).property == XCB_ATOM_NONE)
                 return std::nullopt;
@@ -53,6 +56,18 @@ namespace {
         }
 
     private:
+        // A program that is asked with no time at all may look for the data of the drag that goes on, while the drop
+        // has ended that drag already: Qt's programs do.
+        std::optional<xcb_timestamp_t> serverTime()
+        {
+            xcb_change_property(&connection_, XCB_PROP_MODE_APPEND, receiver_, property_, XCB_ATOM_STRING, 8, 0,
+                                nullptr);
+            const auto event = waitFor(XCB_PROPERTY_NOTIFY);
+            if (!event)
+                return std::nullopt;
+            return reinterpret_cast<const xcb_property_notify_event_t&>(*event).time;
+        }
+
         // Appends the contents of the property, deletes the property and returns its type.
         xcb_atom_t take(std::string& data)
         {
