@@ -1,11 +1,10 @@
 """A person with Quillbox's preferences window on a virtual desktop: what can be seen in it, and what hands do."""
 
-import re
-
 from running_quillbox import RunningQuillbox
 from virtual_desktop import DesktopError, wait_for
 
 TABLE, SUGGESTIONS = "TentativeMenuItemsTable", "SuggestedMenuItemsTable"
+WINDOW, PANEL = "Quillbox Preferences", "Quillbox"
 
 
 class PreferencesUser(RunningQuillbox):
@@ -18,23 +17,20 @@ class PreferencesUser(RunningQuillbox):
 
     def open(self):
         """From the menu, by clicks; returns once the window has drawn itself."""
+        self.choose_preferences()
+        self.wait_until_placed()
+
+    def choose_preferences(self):
         self.desktop.click(*self.icon)
         top = self.expect_level(0, "the menu", lambda rows: rows)
         self.desktop.click(*top[0].middle)
-        self.wait_until_placed()
 
     def wait_until_placed(self):
         """Until the program knows where the window manager has put its window."""
         def placed():
-            found = self.desktop.output("xdotool", "search", "--onlyvisible", "--name", "^Quillbox Preferences$",
-                                        check=False).split()
             shown = self.windows()
-            if not found or not shown:
-                return False
-            told = self.desktop.output("xwininfo", "-id", found[0].decode(), check=False).decode()
-            place = [round(int(number) / self.scale) for number in re.findall(r"Absolute upper-left [XY]: +(-?\d+)", told)]
             # The window manager places windows on odd pixels too.
-            return all(abs(one - other / self.scale) <= 1 for one, other in zip(place, (shown[0][0].x, shown[0][0].y)))
+            return shown and self.desktop.is_in_place(WINDOW, (shown[0][0].x, shown[0][0].y), self.scale)
         wait_for("the window in its place", placed)
 
     def wait_until_closed(self):
@@ -99,10 +95,9 @@ class PreferencesUser(RunningQuillbox):
     def pick(self, name, above):
         """Adds a file of the home directory by the panel that the suggestion brings, with the keyboard."""
         self.drag_suggestion("[Any File/Directory]", above)
-        wait_for("the panel", lambda: self.desktop.output("xdotool", "search", "--onlyvisible", "--name", "^Quillbox$",
-                                                          check=False))
+        wait_for("the panel", lambda: self.desktop.windows_titled(PANEL))
         self.picture("panel")
-        self.desktop.output("xdotool", "type", "--delay", "20", name)
+        self.desktop.type_text(name)
         self.desktop.press_key("ctrl+Return")
 
     def drag_to_trash(self, title):
@@ -136,9 +131,8 @@ class PreferencesUser(RunningQuillbox):
 
     def wait_for_windows(self, count):
         """As many of Quillbox's windows, for the program and on the screen."""
-        on_screen = ["xdotool", "search", "--onlyvisible", "--name", "^Quillbox Preferences$"]
         wait_for(f"{count} windows", lambda: len(self.windows()) == count
-                 and len(self.desktop.output(*on_screen, check=False).split()) == count)
+                 and len(self.desktop.windows_titled(WINDOW)) == count)
 
     def selected_tab(self):
         """The name of the tab whose contents show."""

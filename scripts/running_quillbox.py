@@ -52,7 +52,7 @@ def record(kind, title="", path=b""):
 def write_settings(desktop, records):
     """Writes settings with this list of items into the desktop's home directory. Returns their path."""
     settings = desktop.home / ".config/quillbox/defaults.plist"
-    settings.parent.mkdir()
+    settings.parent.mkdir(exist_ok=True)
     settings.write_bytes(plistlib.dumps({
         "MenuSaveVersion": 2,
         "UserPickedMenuItems": plistlib.dumps(records, fmt=plistlib.FMT_BINARY),
@@ -113,6 +113,10 @@ class RunningQuillbox:
             if not view[8]:
                 windows[-1].append(View(view[2], view[3] or "",
                                         *(round(float(view[i]) * self.scale) for i in range(4, 8)), depth))
+        offsets = self.desktop.offsets_of_windows([views[0] for views in windows])
+        for views, (x, y) in zip(windows, offsets):
+            for view in views:
+                view.x, view.y = view.x + x, view.y + y
         return windows
 
     def view(self, kind, name=None, window=-1):

@@ -17,51 +17,10 @@ from collections import Counter
 from contextlib import contextmanager
 from pathlib import Path
 
+from panel_settings import LXQT_PANEL_SETTINGS, PANEL_HEIGHT, PANEL_SETTINGS
+
 POLL = 0.02
 WIDTH, HEIGHT = 1280, 800
-PANEL_HEIGHT = 32
-
-PANEL_SETTINGS = f"""<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
-      <property name="icon-size" type="uint" value="16"/>
-      <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-      </property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray">
-      <property name="square-icons" type="bool" value="true"/>
-    </property>
-  </property>
-</channel>
-"""
-
-
-LXQT_PANEL_SETTINGS = f"""[General]
-__userfile__=true
-panels=panel1
-
-[panel1]
-plugins=statusnotifier
-position=Top
-panelSize={PANEL_HEIGHT}
-iconSize=22
-alignment=-1
-width=100
-width-percent=true
-
-[statusnotifier]
-type=statusnotifier
-"""
 
 
 class DesktopError(Exception):
@@ -213,10 +172,11 @@ class VirtualDesktop:
 
     def start_accessibility(self):
         """Starts the bus on which assistive technologies talk to programs, so that this process can become one."""
-        del self.environment["NO_AT_BRIDGE"]
+        self.environment.pop("NO_AT_BRIDGE", None)
         self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
         self.wait_for_name("org.a11y.Bus")
-        os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        os.environ.update({name: self.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")
+                           if name in self.environment})
 
     # --- programs ---------------------------------------------------------------------------------------------
 
@@ -294,6 +254,27 @@ class VirtualDesktop:
         """Returns the place on the screen that Quillbox takes for (0, 0)."""
         return 0, 0
 
+    def windows_titled(self, title):
+        """Returns the places on the screen, as (x, y), of the contents of all visible windows with that title."""
+        found = self.output("xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$", check=False)
+        told = [self.output("xwininfo", "-id", window, check=False).decode() for window in found.decode().split()]
+        return [tuple(map(int, place)) for text in told
+                if len(place := re.findall(r"Absolute upper-left [XY]: +(-?\d+)", text)) == 2]
+
+    def is_in_place(self, title, place, tolerance):
+        """Whether the window with that title is visible and its contents are there, give or take some pixels."""
+        return any(abs(x - place[0]) <= tolerance and abs(y - place[1]) <= tolerance
+                   for x, y in self.windows_titled(title))
+
+    def offsets_of_windows(self, contents):
+        """Returns for each of Quillbox's windows (x, y): what has to be added to the places that it tells of its views
+        to have those on the screen. `contents` are its windows' topmost views."""
+        return [(0, 0)] * len(contents)
+
+    def put_window(self, title, x, y):
+        """Waits for the window with that title, which asks for that place itself."""
+        wait_for(f"the window \"{title}\"", lambda: self.windows_titled(title))
+
     def first_on_panel(self):
         """Returns the middle of the first thing on the panel that is not background, or None if the panel is empty."""
         data = self.pixels(PANEL_HEIGHT)
@@ -323,16 +304,30 @@ class VirtualDesktop:
         self.move_pointer(x, y)
         self.output("xdotool", "click", str(button))
 
+    def press_button(self):
+        self.output("xdotool", "mousedown", "1", "sleep", "0.1")
+
+    def release_button(self):
+        self.output("xdotool", "mouseup", "1")
+
+    def nudge_pointer(self, distance):
+        """Moves the pointer a little to the right, and pauses as a hand would."""
+        self.output("xdotool", "mousemove_relative", "--", str(distance), "0", "sleep", "0.2")
+
     def drag(self, start, end, before_release=lambda: None):
         """Drags with the first button from one point to the other, and pauses before the release as a user would."""
         self.move_pointer(*start)
-        self.output("xdotool", "mousedown", "1", "sleep", "0.1")
+        self.press_button()
         self.move_pointer(*end)
         # The programs exchange messages during a drag; the last one tells where it would be dropped.
-        self.output("xdotool", "mousemove_relative", "--", "1", "0", "sleep", "0.2", "mousemove_relative", "--", "-1", "0",
-                    "sleep", "0.2")
+        self.nudge_pointer(1)
+        self.nudge_pointer(-1)
         before_release()
-        self.output("xdotool", "mouseup", "1")
+        self.release_button()
+
+    def close_window_while_dragging(self):
+        """Closes the active window by a key while a button is held."""
+        self.press_key("alt+F4")
 
     @contextmanager
     def holding(self, key):
@@ -343,7 +338,19 @@ class VirtualDesktop:
             self.output("xdotool", "keyup", key)
 
     def press_key(self, name):
+        """`name` is that of a key, after those of modifiers that are held: "ctrl+shift+z"."""
         self.output("xdotool", "key", name)
+
+    def type_text(self, text):
+        self.output("xdotool", "type", "--delay", "20", text)
+
+    def copy_file(self, path):
+        """Puts the file into the clipboard, as a file manager does."""
+        addresses = self.root / "copied"
+        addresses.write_text(path.as_uri() + "\r\n")
+        clipboard = ["xclip", "-selection", "clipboard", "-t", "text/uri-list"]
+        self.start([*clipboard, "-quiet", str(addresses)])
+        wait_for("the copied file", lambda: path.name.encode() in self.output(*clipboard, "-o", check=False))
 
 
 def descendants(ancestor):

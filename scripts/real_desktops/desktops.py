@@ -10,8 +10,8 @@ from .menus import PopupMenu, ShellMenu
 from .x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession
 
 # The packages that the walk itself needs; a fresh Debian has none of them.
-TOOLS = ["dbus", "xvfb", "xdotool", "x11-utils", "imagemagick", "libglib2.0-bin", "python3", "python3-gi",
-         "at-spi2-core", "gir1.2-atspi-2.0", "adwaita-icon-theme", "librsvg2-common", "fonts-dejavu-core",
+TOOLS = ["dbus", "xvfb", "xdotool", "x11-utils", "imagemagick", "libglib2.0-bin", "xclip", "python3", "python3-gi",
+         "gir1.2-gtk-3.0", "at-spi2-core", "gir1.2-atspi-2.0", "adwaita-icon-theme", "librsvg2-common", "fonts-dejavu-core",
          "shared-mime-info", "dconf-gsettings-backend"]
 
 

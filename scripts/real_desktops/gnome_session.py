@@ -3,6 +3,7 @@ this uses the shell's own evaluation of JavaScript."""
 
 import json
 import time
+from contextlib import contextmanager
 from dataclasses import dataclass, field
 
 from running_quillbox import Row
@@ -67,12 +68,16 @@ ICON = """(() => {
     return null;
 })()"""
 
-WINDOWS = """global.get_window_actors().filter(a => a.visible).map(a => a.meta_window).map(w => {
-    const frame = w.get_frame_rect();
-    return [w.get_wm_class() || '', w.get_title() || '', frame.x, frame.y, frame.width, frame.height];
-})"""
+# The oldest first.
+WINDOWS = """global.get_window_actors().filter(a => a.visible).map(a => a.meta_window)
+    .sort((a, b) => a.get_stable_sequence() - b.get_stable_sequence()).map(w => {
+        const frame = w.get_frame_rect();
+        return [w.get_wm_class() || '', w.get_title() || '', frame.x, frame.y, frame.width, frame.height];
+    })"""
+STANDING_WINDOWS = WINDOWS.replace("a.visible", "a.visible && a.scale_x == 1 && a.scale_y == 1")
 
-KEYS = {"Escape": 0xff1b, "Return": 0xff0d}
+KEYS = {"Escape": 0xff1b, "Return": 0xff0d, "Tab": 0xff09, "Delete": 0xffff, "Up": 0xff52, "Down": 0xff54,
+        "space": 0x20, "F2": 0xffbf, "F4": 0xffc1, "ctrl": 0xffe3, "shift": 0xffe1, "alt": 0xffe9}
 
 
 @dataclass
@@ -173,9 +178,29 @@ class GnomeSession(RealSession):
         """(class, title, x, y, width, height) of each window, frames without their shadows."""
         return [tuple(window) for window in self.evaluate(WINDOWS)]
 
-    def place_of_window(self, window, content):
-        # A Wayland program does not know where its windows are. The shell draws no frames around them.
-        return window[2], window[3] + window[5] - content.height
+    def windows_titled(self, title):
+        # Until a window has its place and its size, the shell draws it smaller.
+        return [tuple(window[2:4]) for window in self.evaluate(STANDING_WINDOWS) if window[1] == title]
+
+    def is_in_place(self, title, place, tolerance):
+        return bool(self.windows_titled(title))  # Places come from the shell.
+
+    def offsets_of_windows(self, contents):
+        # A Wayland program does not know where its windows are. The frame that the program draws is as wide at the
+        # bottom as at the sides.
+        frames = [window[2:] for window in self.evaluate(WINDOWS) if window[1] == "Quillbox Preferences"]
+        if len(frames) != len(contents):
+            return super().offsets_of_windows(contents)
+        offsets = []
+        for (x, y, width, height), content in zip(frames, contents):
+            border = (width - content.width) // 2
+            offsets.append((x + border - content.x, y + height - border - content.height - content.y))
+        return offsets
+
+    def put_window(self, title, x, y):
+        super().put_window(title, x, y)
+        self.evaluate("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_title() == "
+                      f"{json.dumps(title)}).forEach(w => w.move_frame(true, {x}, {y}))")
 
     def arrange(self, window):
         """Places the windows beside each other, as far as the screen allows."""
@@ -213,22 +238,47 @@ class GnomeSession(RealSession):
         self.evaluate(f"for (let i = 0; i < {steps}; ++i) "
                       "qb.pointer.notify_discrete_scroll(qb.now(), imports.gi.Clutter.ScrollDirection.DOWN, 0); 1")
 
-    def drag(self, start, end, before_release=lambda: None):
-        self.move_pointer(*start)
+    def press_button(self):
         self.press(1, True)
         time.sleep(0.3)
-        self.move_pointer(start[0] + 10, start[1] + 6)
+        self.move_pointer(self.pointer[0] + 10, self.pointer[1] + 6)
         time.sleep(0.3)
-        self.move_pointer(*end)
-        time.sleep(0.3)
-        self.move_pointer(end[0] + 1, end[1])
-        time.sleep(0.3)
-        before_release()
+
+    def release_button(self):
         self.press(1, False)
 
+    def nudge_pointer(self, distance):
+        time.sleep(0.3)
+        self.move_pointer(self.pointer[0] + distance, self.pointer[1])
+        time.sleep(0.3)
+
+    def close_window_while_dragging(self):
+        """The shell passes on no keys while something is dragged, so the window is closed as from the overview."""
+        self.evaluate("global.display.get_focus_window().delete(global.get_current_time())")
+
+    def press_keyval(self, value, is_down):
+        self.evaluate(f"qb.keyboard.notify_keyval(qb.now(), {value}, {int(is_down)}); 1")
+
     def press_key(self, name):
-        for is_down in (1, 0):
-            self.evaluate(f"qb.keyboard.notify_keyval(qb.now(), {KEYS[name]}, {is_down}); 1")
+        *modifiers, key = name.split("+")
+        values = [KEYS[word] if word in KEYS else ord(word) for word in (*modifiers, key)]
+        for value in values:
+            self.press_keyval(value, True)
+        for value in reversed(values):
+            self.press_keyval(value, False)
+
+    def type_text(self, text):
+        for letter in text:
+            self.press_keyval(ord(letter), True)
+            self.press_keyval(ord(letter), False)
+
+    @contextmanager
+    def holding(self, key):
+        self.press_keyval(KEYS[key], True)
+        try:
+            yield
+        finally:
+            self.press_keyval(KEYS[key], False)
 
     # --- the menu -----------------------------------------------------------------------------------------------
 

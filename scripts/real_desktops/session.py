@@ -27,10 +27,6 @@ class RealSession(VirtualDesktop):
         """(class, title, x, y, width, height) of each window, frames without their shadows."""
         raise NotImplementedError
 
-    def place_of_window(self, window, content):
-        """Returns the point on the screen that is (0, 0) when Quillbox says where the views of `window` are."""
-        return 0, 0
-
     def pixels_of(self, x, y, width, height):
         """Returns the pixels of that part of the screen, three bytes each, row by row."""
         picture = self.root / "pixels.png"

@@ -1,6 +1,7 @@
 """The walk through Quillbox's menu on a real desktop: it does what a user would, and notes how each feature fared."""
 
 import os
+import re
 import time
 from dataclasses import dataclass, field
 from datetime import datetime, timezone
@@ -11,6 +12,8 @@ from menu_world import CHOSEN, DEFAULT_MENU, LEVELS, build_world, same_titles, t
 from running_quillbox import RunningQuillbox, record
 from virtual_desktop import DesktopError, wait_for
 
+from .preferences import TRIALS, try_window
+
 MANY = "Many files"
 MANY_COUNT = 10_000
 RECENT = "Recent"
@@ -18,7 +21,7 @@ USED = ["letter of yesterday.txt", "report.txt"]
 
 # In the order of the walk; the columns of the table.
 FEATURES = ["icon", "left click", "right click", "three levels", "odd titles", "recent items", "10,000 entries",
-            "choosing", "second opening", "panel restarted", "preferences", "drag from the file manager"]
+            "choosing", "second opening", "panel restarted", "preferences", "drag from the file manager", *TRIALS]
 
 
 @dataclass
@@ -41,10 +44,12 @@ def expect_titles(seen, wanted, what):
 
 
 class DesktopWalk:
-    """`menu_class` is the class that opens and reads the menu on this desktop."""
+    """`menu_class` is the class that opens and reads the menu on this desktop. Of the features, only those whose names
+    begin with a match of the regular expression `only` are tried."""
 
-    def __init__(self, desktop, program, output, menu_class):
-        self.desktop, self.output = desktop, Path(output)
+    def __init__(self, desktop, program, output, menu_class, only=""):
+        self.desktop, self.program, self.output = desktop, program, Path(output)
+        self.menu_class, self.only = menu_class, only
         self.results = Results()
         self.step = 0
         self.world = build_world(desktop, [record("arbitraryPath", MANY, os.fsencode(self.make_many())),
@@ -91,9 +96,18 @@ class DesktopWalk:
                               ("choosing", self.choose), ("second opening", self.open_again),
                               ("panel restarted", self.restart_panel), ("preferences", self.preferences),
                               ("drag from the file manager", self.drag)):
+            if not re.match(self.only, feature):
+                continue
             with self.seeing(feature):
                 self.results.cells[feature] = step() or "yes"
             self.menu.close()
+        self.quillbox.process.terminate()
+        self.quillbox.process.wait(10)
+        for number, feature in enumerate(TRIALS):
+            if not re.match(self.only, feature):
+                continue
+            with self.seeing(feature):
+                try_window(feature, self.desktop, self.program, self.output / f"window-{number + 1}", self.menu_class)
         return self.results
 
     def wanted_menu(self):
@@ -185,12 +199,12 @@ class DesktopWalk:
         """Drags a directory from the file manager into the list of the menu's items."""
         if not self.quillbox.windows():
             self.quillbox.desktop.activate_action("preferences")
+            wait_for("the preferences window", lambda: self.window("Quillbox Preferences"))
         folder = self.desktop.home / "Dragged from"
         folder.mkdir()
         source = self.desktop.first_in_file_manager(folder, lambda: (folder / "Carried").mkdir(), self.picture)
         table = self.quillbox.view("TentativeMenuItemsTable", window=0)
-        left, top = self.desktop.place_of_window(self.window("Quillbox Preferences"), self.quillbox.windows()[0][0])
-        target = left + table.x + table.width // 2, top + table.y + table.height - 12
+        target = table.x + table.width // 2, table.y + table.height - 12
         self.desktop.drag(source, target, lambda: self.picture("dragging"))
         wait_for("the dragged directory among the items", lambda: any(
             view.name == "Carried" for views in self.quillbox.windows()[:1] for view in views), 5)

@@ -3,7 +3,8 @@ that takes text.
 
     /usr/bin/python3 drag_source.py [--move | --silent] WIDTHxHEIGHT+X+Y FILE...
 
-With --move it offers nothing but moving; with --silent it never gives its data. Prints a line for the end of each drag
+With --move it offers nothing but moving; with --silent it never gives its data. On X it gives nothing to who asks
+without a time. Prints a line for the end of each drag
 ("dragged: copy") and for each text that arrives ("received: ...").
 """
 
@@ -27,7 +28,13 @@ def main():
     width, height, x, y = (int(number) for number in re.findall(r"\d+", sys.argv[1]))
     uris = [Path(name).as_uri() for name in sys.argv[2:]]
 
-    def give(_widget, _context, data, _info, _time):
+    is_x11 = "X11" in type(Gdk.Display.get_default()).__name__
+
+    def give(_widget, _context, data, _info, time):
+        # As in Qt's programs, only the time tells which drag is meant.
+        if is_x11 and not time:
+            say("asked without a time")
+            return
         if option == "--silent":
             say("asked")
             signal.pause()
