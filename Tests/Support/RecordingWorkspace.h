@@ -14,6 +14,7 @@ class RecordingWorkspace final : public NSWorkspace {
 public:
     NSImage icon(std::string_view forFile, EntryKind) override
     {
+        ++iconsAsked;
         return image("icon of " + std::string(forFile.substr(forFile.rfind('/') + 1)));
     }
     std::optional<NSImage> systemImage(std::string_view name) override { return image(std::string(name)); }
@@ -45,6 +46,7 @@ public:
     std::vector<std::string> opened;
     std::vector<std::string> shown;
     std::vector<std::string> launched;
+    int iconsAsked = 0;
 
 private:
     const Installed<NSWorkspace> installed_ { *this };

@@ -5,6 +5,7 @@
 #include "MenuLevels.h"
 #include "MenuPointer.h"
 #include "MenuText.h"
+#include "MenuWarmUp.h"
 
 #include <QCursor>
 #include <QScreen>
@@ -58,6 +59,7 @@ public:
     {
         if (isSameClick(anchor))
             return false;
+        warmUp.end();
         levels.closeToCount(0);
         if (!levels.open(menu, anchor, reserve, owner))
             return false;
@@ -128,6 +130,7 @@ public:
     }
 
     MenuLevels levels;
+    MenuWarmUp warmUp { *this };
 
 private:
     std::optional<std::size_t> levelOf(const MenuPopup& popup) const
@@ -160,6 +163,11 @@ private:
 MenuPresenter::MenuPresenter(AssistiveTechnology listener) : session_(std::make_unique<Session>(*this, listener)) { }
 
 MenuPresenter::~MenuPresenter() = default;
+
+void MenuPresenter::warmUp()
+{
+    session_->warmUp.begin();
+}
 
 bool MenuPresenter::popUp(std::shared_ptr<NSMenu> menu, QRect anchor, std::shared_ptr<NSMenu> reserve, QWindow* owner)
 {

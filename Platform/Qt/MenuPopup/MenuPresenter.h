@@ -25,6 +25,9 @@ public:
     MenuPresenter(const MenuPresenter&) = delete;
     MenuPresenter& operator=(const MenuPresenter&) = delete;
 
+    // Must be called once an icon is on the screen that opens the menu: see MenuWarmUp. Further calls have no effect.
+    void warmUp();
+
     // Opens `menu` beside `anchor`, on the side that has room. The anchor is in global logical pixels: the icon's
     // rectangle, or an empty rectangle at the pointer. If the menu is still empty after it was updated, `reserve`
     // (which may be null) is opened in its place. `owner` is our window that contains the anchor, or null if a panel

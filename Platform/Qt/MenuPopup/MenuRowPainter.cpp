@@ -15,9 +15,6 @@ namespace quillbox {
 
 namespace {
 
-    // The side of the icons in rows, in points. Every row has room for an icon, whether it shows one or not.
-    constexpr int kIconSide = 16;
-
     // The number of characters in the text for which a style is measured.
     constexpr qsizetype kSampleLength = 100;
 

@@ -19,6 +19,9 @@ namespace quillbox {
 // It keeps nothing of the rows.
 class MenuRowPainter {
 public:
+    // The side of the icons in rows, in points. Every row has room for an icon, whether it shows one or not.
+    static constexpr int kIconSide = 16;
+
     explicit MenuRowPainter(const QWidget& popup);
 
     // Does not look at the titles or images of ordinary rows.

@@ -179,6 +179,8 @@ void StatusItemPresenter::State::hostsChanged()
     else if (exporter && drawing == MenuDrawing::byHost)
         exporter->fill();
     if (host != Host::none) {
+        if (drawing == MenuDrawing::byUs)
+            menus.warmUp();
         grace.reset();
         strip.reset();
         openMenuIfDue();
@@ -208,6 +210,7 @@ void StatusItemPresenter::State::showStrip()
         strip->onClick = [this](Qt::MouseButton button, QRect rect) { clicked(button, rect); };
     }
     strip->show();
+    menus.warmUp();
 }
 
 // In sessions whose hosts draw menus, popups of ours need a parent window; the strip is the only one there is.

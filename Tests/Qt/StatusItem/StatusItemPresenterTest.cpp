@@ -21,6 +21,9 @@ class StatusItemPresenterTest : public testing::Test {
 protected:
     StatusItemPresenterTest()
     {
+        // What is pending later is the presenter's own.
+        world.presenter.warmUp();
+        world.rest();
         item.setMenu(world.top);
         letDraw(MenuDrawing::byUs);
     }
