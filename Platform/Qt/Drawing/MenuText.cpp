@@ -26,17 +26,6 @@ namespace {
         }
     }
 
-    // Returns the text with case folded, compatibility variants and composed characters decomposed, and accents
-    // removed.
-    QString folded(const QString& text)
-    {
-        QString result;
-        for (const QChar character : text.normalized(QString::NormalizationForm_KD).toCaseFolded())
-            if (!character.isMark())
-                result.append(character);
-        return result;
-    }
-
 } // namespace
 
 QString shownOnOneLine(const std::string& title)
@@ -79,7 +68,16 @@ QString toolTipMarkup(const QString& text)
     return QStringLiteral("<p style='white-space:pre-wrap'>") + broken.toHtmlEscaped() + QStringLiteral("</p>");
 }
 
-TitlePrefix::TitlePrefix(const QString& typed) : folded_(folded(typed)) { }
+QString foldedForSearch(const QString& text)
+{
+    QString result;
+    for (const QChar character : text.normalized(QString::NormalizationForm_KD).toCaseFolded())
+        if (!character.isMark())
+            result.append(character);
+    return result;
+}
+
+TitlePrefix::TitlePrefix(const QString& typed) : folded_(foldedForSearch(typed)) { }
 
 bool TitlePrefix::matches(const NSMenuItem& item) const
 {
@@ -99,7 +97,7 @@ bool TitlePrefix::matches(const NSMenuItem& item) const
         QString::fromUtf8(title.data(),
                           static_cast<qsizetype>(std::min(
                               title.size(), static_cast<std::size_t>(folded_.size()) * kBytesPerTypedCharacter)));
-    return !folded_.isEmpty() && folded(beginning).startsWith(folded_);
+    return !folded_.isEmpty() && foldedForSearch(beginning).startsWith(folded_);
 }
 
 } // namespace quillbox

@@ -22,6 +22,10 @@ QStringList shownLines(const NSMenuItem& item);
 // wrapped.
 QString toolTipMarkup(const QString& text);
 
+// Returns the text with case folded, compatibility variants and composed characters decomposed, and accents removed.
+// Texts that are the same after that count as equal when the user looks for a title.
+QString foldedForSearch(const QString& text);
+
 // Tells whether titles begin with what was typed; case and accents are ignored. One is made for each search, and most
 // titles take only a few steps.
 class TitlePrefix {

@@ -2,6 +2,7 @@
 
 #include "MenuPopup.h"
 #include "MenuText.h"
+#include "NarrowingLine.h"
 
 #include <QGuiApplication>
 
@@ -155,32 +156,49 @@ void MenuAccessibleRows::clear()
 
 MenuAccessible::MenuAccessible(MenuPopup& popup) : QAccessibleWidget(&popup, QAccessible::PopupMenu), popup_(popup) { }
 
+// The line in which text is typed comes before the rows.
+int MenuAccessible::firstRow() const
+{
+    return popup_.line() ? 1 : 0;
+}
+
 int MenuAccessible::childCount() const
 {
-    return static_cast<int>(popup_.rowCount());
+    return firstRow() + static_cast<int>(popup_.rowCount());
 }
 
 QAccessibleInterface* MenuAccessible::child(int index) const
 {
-    const auto row = static_cast<std::size_t>(index);
-    return index >= 0 && row < popup_.rowCount() ? popup_.accessibleRows().at(row) : nullptr;
+    if (index >= 0 && index < firstRow())
+        return QAccessible::queryAccessibleInterface(popup_.line());
+    const auto row = static_cast<std::size_t>(index - firstRow());
+    return index >= firstRow() && row < popup_.rowCount() ? popup_.accessibleRows().at(row) : nullptr;
 }
 
 int MenuAccessible::indexOfChild(const QAccessibleInterface* child) const
 {
+    if (child && firstRow() > 0 && child->object() == popup_.line())
+        return 0;
     const auto* row = dynamic_cast<const RowAccessible*>(child);
-    return row && row->window() == window() ? static_cast<int>(row->row()) : -1;
+    return row && row->window() == window() ? firstRow() + static_cast<int>(row->row()) : -1;
 }
 
 QAccessibleInterface* MenuAccessible::childAt(int x, int y) const
 {
+    const QWidget* line = popup_.line();
+    if (line && line->rect().contains(line->mapFromGlobal(QPoint(x, y))))
+        return child(0);
     const std::optional<std::size_t> row = popup_.rowAt({ x, y });
     return row ? popup_.accessibleRows().at(*row) : nullptr;
 }
 
 QAccessibleInterface* MenuAccessible::focusChild() const
 {
-    return popup_.takesKeys() && popup_.selection() ? popup_.accessibleRows().at(*popup_.selection()) : nullptr;
+    if (!popup_.takesKeys())
+        return nullptr;
+    if (popup_.selection())
+        return popup_.accessibleRows().at(*popup_.selection());
+    return firstRow() > 0 ? child(0) : nullptr;
 }
 
 QString MenuAccessible::text(QAccessible::Text kind) const

@@ -50,6 +50,8 @@ public:
     QString text(QAccessible::Text kind) const override;
 
 private:
+    int firstRow() const;
+
     MenuPopup& popup_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "MenuLevels.h"
 #include "MenuText.h"
+#include "NarrowingLine.h"
 
 #include <QKeyEvent>
 
@@ -15,11 +16,11 @@ namespace {
     constexpr std::chrono::milliseconds kTypingPause { 1000 };
 } // namespace
 
-bool MenuKeyboard::pressed(const QKeyEvent& event)
+bool MenuKeyboard::pressed(QKeyEvent& event)
 {
     switch (event.key()) {
     case Qt::Key_Escape:
-        levels_.closeToCount(levels_.count() - 1);
+        leave();
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -28,7 +29,7 @@ bool MenuKeyboard::pressed(const QKeyEvent& event)
         return true;
     case Qt::Key_Space:
         // A name may contain spaces.
-        if (!typed_.isEmpty())
+        if (!typed_.isEmpty() || levels_.popup(levels_.activeLevel()).line())
             return type(event);
         activateSelected(choiceFor(event.modifiers()));
         return true;
@@ -40,13 +41,15 @@ bool MenuKeyboard::pressed(const QKeyEvent& event)
             openItemMenu();
         return true;
     default:
-        return walk(event.key()) || enterOrLeave(event.key()) || type(event);
+        return walk(event.key()) || enterOrLeave(event.key()) || beginsNarrowing(event) || type(event);
     }
 }
 
 bool MenuKeyboard::walk(int key)
 {
     const MenuPopup& popup = levels_.popup(levels_.activeLevel());
+    if (popup.rowCount() == 0)
+        return false;
     const std::size_t last = popup.rowCount() - 1;
     const std::size_t here = popup.selection().value_or(0);
     switch (key) {
@@ -90,6 +93,32 @@ bool MenuKeyboard::enterOrLeave(int key)
         // If the last submenu has no selection, because the pointer opened it, it is closed before the level that has
         // one.
         levels_.closeToCount(levels_.count() - 1);
+    return true;
+}
+
+// Shows all rows of a narrowed level, or closes the last level.
+void MenuKeyboard::leave()
+{
+    const std::size_t last = levels_.count() - 1;
+    if (levels_.activeLevel() == last && levels_.popup(last).line())
+        levels_.endNarrowing(last);
+    else
+        levels_.closeToCount(last);
+}
+
+bool MenuKeyboard::beginsNarrowing(const QKeyEvent& event)
+{
+    const std::size_t level = levels_.activeLevel();
+    const MenuPopup& popup = levels_.popup(level);
+    const bool isSlash = event.text() == QStringLiteral("/");
+    const bool isFind = event.key() == Qt::Key_F && event.modifiers() == Qt::ControlModifier;
+    if ((!isSlash && !isFind) || levels_.isInItemMenu(level) || (isSlash && popup.line()))
+        return false;
+    // A title that has been typed so far may go on with a slash.
+    if (isSlash && !typed_.isEmpty() && findTitle(typed_ + event.text(), popup.selection().value_or(0)))
+        return false;
+    typed_.clear();
+    levels_.beginNarrowing(level);
     return true;
 }
 
@@ -179,8 +208,15 @@ void MenuKeyboard::activateSelected(MenuTracking::Choice choice)
         openSelected();
 }
 
-bool MenuKeyboard::type(const QKeyEvent& event)
+bool MenuKeyboard::type(QKeyEvent& event)
 {
+    const std::size_t level = levels_.activeLevel();
+    if (NarrowingLine* line = levels_.popup(level).line()) {
+        if (event.key() != Qt::Key_Backspace || !line->text().isEmpty())
+            return line->type(event);
+        levels_.endNarrowing(level);
+        return true;
+    }
     const QString text = event.text();
     if (text.isEmpty() || !text.front().isPrint()
         || (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)))
@@ -188,27 +224,30 @@ bool MenuKeyboard::type(const QKeyEvent& event)
     typed_ += text;
     typedTimer_ = Clock::current().after(kTypingPause, [this] { typed_.clear(); });
 
-    const MenuPopup& popup = levels_.popup(levels_.activeLevel());
-    const std::size_t count = popup.rowCount();
+    const MenuPopup& popup = levels_.popup(level);
     const std::size_t here = popup.selection().value_or(0);
-    const auto find = [&](const QString& name, std::size_t from) -> std::optional<std::size_t> {
-        const TitlePrefix prefix(name);
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t row = (from + i) % count;
-            if (prefix.matches(*popup.item(row)) && popup.isSelectable(row))
-                return row;
-        }
-        return std::nullopt;
-    };
     // The first letter of a name looks for the next such row; further letters may still mean the present one.
     const bool isNewName = typed_.size() == text.size();
-    std::optional<std::size_t> row = find(typed_, isNewName && popup.selection() ? here + 1 : here);
+    std::optional<std::size_t> row = findTitle(typed_, isNewName && popup.selection() ? here + 1 : here);
     // The same letter again and again steps through the rows that begin with it.
     if (!row && typed_.size() > 1 && typed_.count(typed_.front()) == typed_.size())
-        row = find(typed_.left(1), here + 1);
+        row = findTitle(typed_.left(1), here + 1);
     if (row)
         selectRow(*row);
     return true;
+}
+
+std::optional<std::size_t> MenuKeyboard::findTitle(const QString& name, std::size_t from) const
+{
+    const MenuPopup& popup = levels_.popup(levels_.activeLevel());
+    const std::size_t count = popup.rowCount();
+    const TitlePrefix prefix(name);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t row = (from + i) % count;
+        if (prefix.matches(*popup.item(row)) && popup.isSelectable(row))
+            return row;
+    }
+    return std::nullopt;
 }
 
 std::optional<std::size_t> MenuKeyboard::selectableFrom(std::size_t row, int direction) const

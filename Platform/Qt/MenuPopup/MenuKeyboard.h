@@ -15,16 +15,16 @@ namespace quillbox {
 
 class MenuLevels;
 
-// What the keyboard does with an open menu: it moves through rows, opens and closes submenus, chooses, and finds rows
-// by the beginning of their titles. One is made for each opening of a menu. The pause that ends a typed name is
-// measured by the installed clock.
+// What the keyboard does with an open menu: it moves through rows, opens and closes submenus, chooses, finds rows
+// by the beginning of their titles, and narrows a level. One is made for each opening of a menu. The pause that ends a
+// typed name is measured by the installed clock.
 class MenuKeyboard {
 public:
     // `levels` must outlive this object.
     explicit MenuKeyboard(MenuLevels& levels) : levels_(levels) { }
 
     // Returns true if the key has a meaning for the menu. The menu may be closed after the call.
-    bool pressed(const QKeyEvent& event);
+    bool pressed(QKeyEvent& event);
     // These do what Return, Right and the Menu key do with the highlighted row. The menu may be closed after the first
     // of them.
     void activateSelected(MenuTracking::Choice choice);
@@ -42,7 +42,11 @@ private:
     void selectFirstOf(std::size_t level);
     void selectNear(std::size_t row, int direction);
     void selectRow(std::size_t row);
-    bool type(const QKeyEvent& event);
+    void leave();
+    bool beginsNarrowing(const QKeyEvent& event);
+    bool type(QKeyEvent& event);
+    // Returns the next selectable row whose title begins with `name`, from `from` on and around.
+    std::optional<std::size_t> findTitle(const QString& name, std::size_t from) const;
     // Returns the first selectable row from `row` on, in steps of `direction` (1 or -1), without wrapping around.
     std::optional<std::size_t> selectableFrom(std::size_t row, int direction) const;
 

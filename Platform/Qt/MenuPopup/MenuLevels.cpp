@@ -2,6 +2,7 @@
 
 #include "MenuPlacement.h"
 #include "MenuText.h"
+#include "NarrowingLine.h"
 #include "WorkArea.h"
 
 #include <QGuiApplication>
@@ -133,6 +134,30 @@ bool MenuLevels::openItemMenu(std::size_t level, std::size_t row, QRect anchor)
     child->setName(QString::fromStdString(tracking_.menu(level + 1)->title()));
     show(std::move(child), geometry, direction == Qt::RightToLeft ? Qt::RightEdge : Qt::LeftEdge);
     return true;
+}
+
+void MenuLevels::beginNarrowing(std::size_t level)
+{
+    closeToCount(level + 1);
+    popup(level).beginNarrowing();
+}
+
+void MenuLevels::narrow(std::size_t level)
+{
+    closeToCount(level + 1);
+    popup(level).narrow();
+    // The same number of a row stands for another row now.
+    focus_ = {};
+    const bool isNarrowed = !popup(level).line()->text().isEmpty();
+    select(level, isNarrowed ? std::optional<std::size_t>(0) : std::nullopt);
+}
+
+void MenuLevels::endNarrowing(std::size_t level)
+{
+    closeToCount(level + 1);
+    const std::optional<std::size_t> row = popup(level).endNarrowing();
+    focus_ = {};
+    select(level, row);
 }
 
 bool MenuLevels::activate(std::size_t level, std::size_t row, MenuTracking::Choice choice)

@@ -46,7 +46,13 @@ public:
     // Whether the level is behind an open menu of what can be done with a row. The pointer then does nothing on it but
     // close that menu.
     bool isBehindItemMenu(std::size_t level) const { return itemMenuLevel_ && level < *itemMenuLevel_; }
+    bool isInItemMenu(std::size_t level) const { return itemMenuLevel_ && level >= *itemMenuLevel_; }
     void closeItemMenu() { closeToCount(itemMenuLevel_.value_or(count())); }
+    // Narrow a level; see MenuPopup. Deeper levels close.
+    void beginNarrowing(std::size_t level);
+    // Shows the rows for what is typed and highlights the first.
+    void narrow(std::size_t level);
+    void endNarrowing(std::size_t level);
     // Does what a click or Return does: sends the row's action after all menus have left the screen, or opens the
     // submenu of a row without an action. Nothing happens for other rows. Returns true if an action was sent.
     bool activate(std::size_t level, std::size_t row, MenuTracking::Choice choice);

@@ -1,6 +1,8 @@
 #include "MenuPopup.h"
 
 #include "MenuText.h"
+#include "NarrowingLine.h"
+#include "ScrollMarks.h"
 
 #include <QApplication>
 #include <QBackingStore>
@@ -21,11 +23,6 @@ namespace {
     // The share of the widest popup's width for which pixels are made in advance. The toolkit uses them for popups of
     // at least half that width.
     constexpr double kExpectedPart = 0.75;
-    // A mark at the side shows the scroll position in a long list; these are its measures in logical pixels.
-    constexpr int kMarkWidth = 3;
-    constexpr int kShortestMark = 12;
-    // The mark's colour is a mixture of the text's and the background's; this is the share of the text's.
-    constexpr double kMarkShare = 0.4;
     // How far one notch of a wheel scrolls.
     constexpr int kRowsPerNotch = 3;
     constexpr double kAngleOfNotch = 120;
@@ -73,7 +70,14 @@ void MenuPopup::makeWindow()
 void MenuPopup::setMenu(std::shared_ptr<NSMenu> menu)
 {
     menu_ = std::move(menu);
-    layout_ = MenuLayout(menu_->numberOfItems(), [this](std::size_t row) { return painter_.heightOf(*item(row)); });
+    showRows(std::nullopt);
+}
+
+void MenuPopup::showRows(std::optional<TitleSearch::Rows> rows)
+{
+    shown_ = std::move(rows);
+    layout_ = MenuLayout(shown_ ? shown_->size() : menu_->numberOfItems(),
+                         [this](std::size_t row) { return painter_.heightOf(*item(row)); });
 }
 
 QSize MenuPopup::wantedSize() const
@@ -119,7 +123,7 @@ MenuPopup::Zone MenuPopup::zoneAt(QPoint global) const
         return Zone::outside;
     if (rowsRect().contains(local))
         return Zone::rows;
-    if (!isScrolling_)
+    if (!isScrolling_ || (line_ && line_->geometry().contains(local)))
         return Zone::frame;
     return local.y() < rowsRect().top() ? Zone::upperScroller : Zone::lowerScroller;
 }
@@ -166,6 +170,52 @@ bool MenuPopup::scrollBy(int pixels)
     return true;
 }
 
+void MenuPopup::beginNarrowing()
+{
+    if (line_) {
+        line_->selectAll();
+        return;
+    }
+    line_ = std::make_unique<NarrowingLine>(*this, *menu_, [this](QKeyEvent& event) { keyPressEvent(&event); });
+    connect(line_.get(), &QLineEdit::textChanged, this, [this] {
+        if (events_)
+            events_->narrowingTextChanged(*this);
+    });
+    placeOfAll_ = geometry();
+    const int wanted = std::min(height() + margins().line, available_.height());
+    setGeometry(x(), std::min(y(), available_.y() + available_.height() - wanted), width(), wanted);
+    layOutRows();
+    line_->show();
+    line_->setFocus();
+    update();
+}
+
+void MenuPopup::narrow()
+{
+    selection_.reset();
+    accessibleRows_.clear();
+    showRows(line_ ? line_->rows() : std::nullopt);
+    layOutRows();
+    growToVisibleRows();
+    update();
+}
+
+std::optional<std::size_t> MenuPopup::endNarrowing()
+{
+    std::optional<std::size_t> chosen = selection_;
+    if (chosen && shown_)
+        chosen = (*shown_)[*chosen];
+    setFocus();
+    line_->hide();
+    // The key that leads here may have come through the line.
+    line_.release()->deleteLater();
+    setGeometry(x(), placeOfAll_.y(), width(), placeOfAll_.height());
+    narrow();
+    if (chosen)
+        bringIntoSight(*chosen);
+    return chosen;
+}
+
 QString MenuPopup::tipOf(std::size_t row) const
 {
     const NSMenuItem& shown = *item(row);
@@ -182,9 +232,8 @@ void MenuPopup::request(std::size_t row, RowRequest request)
     QMetaObject::invokeMethod(
         this,
         [this, row, request] {
-            if (!events_)
-                return;
-            events_->rowRequested(*this, row, request);
+            if (events_)
+                events_->rowRequested(*this, row, request);
         },
         Qt::QueuedConnection);
 }
@@ -212,11 +261,13 @@ void MenuPopup::paintEvent(QPaintEvent* event)
         if (rect.intersects(event->rect()))
             painter_.paint(painter, rect, *item(visible.row), visible.row == selection_, mayBeCut);
     }
-    painter.setClipping(false);
-    if (isScrolling_) {
-        paintScrollers(painter);
-        paintPositionMark(painter);
+    if (rowCount() == 0) {
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+        painter.drawText(rowsRect(), Qt::AlignHCenter | Qt::AlignTop, QStringLiteral("No Match"));
     }
+    painter.setClipping(false);
+    if (isScrolling_)
+        paintScrollMarks(painter, *this, rowsRect(), margins().scroller, layout_);
     QStyleOptionFrame frame;
     frame.initFrom(this);
     frame.lineWidth = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
@@ -225,9 +276,17 @@ void MenuPopup::paintEvent(QPaintEvent* event)
 
 void MenuPopup::resizeEvent(QResizeEvent*)
 {
-    const int room = height() - 2 * margins().vertical;
+    layOutRows();
+}
+
+void MenuPopup::layOutRows()
+{
+    const Margins around = margins();
+    const int room = height() - 2 * around.vertical - around.line;
     isScrolling_ = layout_.heightOfRows(room + 1) > room;
     layout_.setViewportHeight(rowsRect().height());
+    if (line_)
+        line_->setGeometry(around.horizontal, around.vertical, width() - 2 * around.horizontal, around.line);
 }
 
 void MenuPopup::changeEvent(QEvent* event)
@@ -296,14 +355,15 @@ MenuPopup::Margins MenuPopup::margins() const
     const int frame = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this);
     return { frame + style()->pixelMetric(QStyle::PM_MenuHMargin, nullptr, this),
              frame + style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this),
-             style()->pixelMetric(QStyle::PM_MenuScrollerHeight, nullptr, this) };
+             style()->pixelMetric(QStyle::PM_MenuScrollerHeight, nullptr, this),
+             line_ ? line_->sizeHint().height() : 0 };
 }
 
 QRect MenuPopup::rowsRect() const
 {
     const Margins around = margins();
     const int edge = around.vertical + (isScrolling_ ? around.scroller : 0);
-    return rect().adjusted(around.horizontal, edge, -around.horizontal, -edge);
+    return rect().adjusted(around.horizontal, edge + around.line, -around.horizontal, -edge);
 }
 
 QRect MenuPopup::localRect(const MenuLayout::VisibleRow& row) const
@@ -335,44 +395,6 @@ void MenuPopup::growToVisibleRows()
     const int x = fixedEdge_ == Qt::LeftEdge ? pos().x() : pos().x() + width() - wanted;
     const int last = available_.x() + available_.width() - wanted;
     setGeometry(std::clamp(x, available_.x(), last), pos().y(), wanted, height());
-}
-
-void MenuPopup::paintScrollers(QPainter& painter) const
-{
-    const Margins around = margins();
-    QStyleOptionMenuItem scroller;
-    scroller.initFrom(this);
-    scroller.menuItemType = QStyleOptionMenuItem::Scroller;
-    scroller.menuRect = rect();
-    const auto paint = [&](int top, bool isActive, QStyle::State arrow) {
-        scroller.rect = QRect(around.horizontal, top, width() - 2 * around.horizontal, around.scroller);
-        scroller.state = arrow | (isActive ? QStyle::State_Enabled : QStyle::State_None);
-        if (isActive)
-            style()->drawControl(QStyle::CE_MenuScroller, &scroller, &painter, this);
-    };
-    paint(around.vertical, layout_.canScrollUp(), QStyle::State_None);
-    paint(height() - around.vertical - around.scroller, layout_.canScrollDown(), QStyle::State_DownArrow);
-}
-
-void MenuPopup::paintPositionMark(QPainter& painter) const
-{
-    const QRect rows = rowsRect();
-    const MenuLayout::Extent extent = layout_.extent();
-    const int length = std::max(kShortestMark, static_cast<int>((extent.end - extent.begin) * rows.height()));
-    // The fraction of the scrollable distance that has been scrolled.
-    const double hidden = 1 - (extent.end - extent.begin);
-    const double progress = hidden > 0 ? extent.begin / hidden : 0;
-    const int top = rows.top() + static_cast<int>(progress * (rows.height() - length));
-    const QRect mark(rows.right() - kMarkWidth - 1, top, kMarkWidth, length);
-
-    // Transparency and smooth edges are avoided, because the toolkit would paint them with threads that it keeps for a
-    // while.
-    const QColor text = palette().color(QPalette::Text);
-    const QColor base = palette().color(QPalette::Base);
-    const auto mixed = [](int one, int other) { return static_cast<int>(one * kMarkShare + other * (1 - kMarkShare)); };
-    painter.fillRect(
-        QStyle::visualRect(layoutDirection(), rows, mark),
-        QColor(mixed(text.red(), base.red()), mixed(text.green(), base.green()), mixed(text.blue(), base.blue())));
 }
 
 } // namespace quillbox

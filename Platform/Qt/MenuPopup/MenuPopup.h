@@ -4,6 +4,7 @@
 #include "MenuLayout.h"
 #include "MenuRowPainter.h"
 #include "NSMenu.h"
+#include "TitleSearch.h"
 
 #include <QWidget>
 
@@ -13,6 +14,7 @@
 namespace quillbox {
 
 class MenuPopup;
+class NarrowingLine;
 
 // What an assistive technology may ask for.
 enum class RowRequest { select, choose, openSubmenu, openItemMenu };
@@ -29,13 +31,15 @@ public:
     virtual void wheelTurned(QPoint position, double pixels) = 0;
     virtual void keyPressed(QKeyEvent& event) = 0;
     virtual void rowRequested(MenuPopup& popup, std::size_t row, RowRequest request) = 0;
+    // The text by which the popup is to be narrowed has changed.
+    virtual void narrowingTextChanged(MenuPopup& popup) = 0;
     // The display took the popup off the screen by itself.
     virtual void wasHidden(MenuPopup& popup) = 0;
 };
 
 // One level of an open menu on the screen. It draws the visible rows of an NSMenu and looks at no others. It passes
 // what the user does to its MenuPopupEvents and makes no decisions. It keeps the menu alive until it is retired. Rows
-// are indexes into the menu's items.
+// count what it shows: all of the menu's items, unless it is narrowed to some.
 class MenuPopup final : public QWidget {
 public:
     // The part of the popup in which the pointer is.
@@ -67,7 +71,10 @@ public:
     void setName(QString name) { name_ = std::move(name); }
 
     const std::shared_ptr<NSMenu>& menu() const { return menu_; }
-    const std::shared_ptr<NSMenuItem>& item(std::size_t row) const { return menu_->itemArray()[row]; }
+    const std::shared_ptr<NSMenuItem>& item(std::size_t row) const
+    {
+        return menu_->itemArray()[shown_ ? (*shown_)[row] : row];
+    }
     std::size_t rowCount() const { return layout_.rowCount(); }
     bool isSelectable(std::size_t row) const;
     // Whether the row stands for a file, so that there is a menu of what can be done with it.
@@ -92,6 +99,16 @@ public:
     bool bringIntoSight(std::size_t row);
     bool scrollBy(int pixels);
     int ordinaryRowHeight() const { return painter_.ordinaryHeight(); }
+
+    // Narrowing: a line at the top in which text is typed, and the rows that contain it, the best ones first.
+    // Shows the line, or selects its text.
+    void beginNarrowing();
+    // The line, or null.
+    NarrowingLine* line() const { return line_.get(); }
+    // Shows the rows for the line's text. No row is highlighted then.
+    void narrow();
+    // Shows all rows again, in the place that they had. Returns the row that was highlighted, to be highlighted again.
+    std::optional<std::size_t> endNarrowing();
 
     // Returns the text of a row's tool tip: its own, and its title if that is cut off. Empty if there is none.
     QString tipOf(std::size_t row) const;
@@ -119,8 +136,12 @@ private:
         int horizontal = 0;
         int vertical = 0;
         int scroller = 0;
+        // The height of the line in which text is typed; 0 if there is none.
+        int line = 0;
     };
     void takeMenuColours();
+    void showRows(std::optional<TitleSearch::Rows> rows);
+    void layOutRows();
     Margins margins() const;
     // Returns the area for rows between margins and scrollers, in local coordinates.
     QRect rowsRect() const;
@@ -128,8 +149,6 @@ private:
     int widestWidth() const;
     int widthFor(int widestRow) const;
     void growToVisibleRows();
-    void paintScrollers(QPainter& painter) const;
-    void paintPositionMark(QPainter& painter) const;
 
     std::shared_ptr<NSMenu> menu_;
     MenuPopupEvents* events_;
@@ -143,6 +162,11 @@ private:
     MenuAccessibleRows accessibleRows_ { *this };
     Qt::Edge fixedEdge_ = Qt::LeftEdge;
     bool isScrolling_ = false;
+    std::unique_ptr<NarrowingLine> line_;
+    // The items that are shown, while the popup is narrowed.
+    std::optional<TitleSearch::Rows> shown_;
+    // Where the popup was before the line was shown.
+    QRect placeOfAll_;
 };
 
 } // namespace quillbox

@@ -123,6 +123,15 @@ public:
             keyboard_->openItemMenu();
     }
 
+    void narrowingTextChanged(MenuPopup& popup) override
+    {
+        if (const std::optional<std::size_t> level = levelOf(popup)) {
+            pointer_->cancelPending();
+            pointer_->explain(*level, std::nullopt);
+            levels.narrow(*level);
+        }
+    }
+
     void wasHidden(MenuPopup& popup) override
     {
         if (const std::optional<std::size_t> level = levelOf(popup))
