@@ -9,7 +9,8 @@ namespace quillbox {
 
 void RecentUses::addFile(const std::string& pathOrUrl, double when)
 {
-    if (!(when > 0))
+    // No file system has a path with a NUL byte.
+    if (!(when > 0) || pathOrUrl.find('\0') != std::string::npos)
         return;
     if (!pathOrUrl.starts_with('/')) {
         if (const Result<URL> url = URL::fromString(pathOrUrl); url && url->path().starts_with('/'))
