@@ -77,7 +77,7 @@ namespace {
         std::shared_ptr<NSMenu> menu = std::make_shared<NSMenu>();
         SessionBus itemBus;
         BusClient host;
-        MenuExporter exporter { itemBus.connection(), kPath, menu, nullptr };
+        MenuExporter exporter { itemBus.connection(), kPath, menu, nullptr, {} };
         int idOfDirectory = 0;
     };
 

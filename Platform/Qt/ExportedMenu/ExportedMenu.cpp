@@ -119,6 +119,14 @@ bool ExportedMenu::joinsAnother(int id, Announcement by) const
     return index && (open_[*index].announcedBy & static_cast<unsigned>(by)) == 0;
 }
 
+int ExportedMenu::renew(int id)
+{
+    OpenLevel& level = open_.at(*openIndex(id));
+    level.id = tree_.renew(id);
+    level.announcedBy = 0;
+    return level.id;
+}
+
 bool ExportedMenu::joinsOpening(int id, Announcement by)
 {
     if (!joinsAnother(id, by))

@@ -50,6 +50,9 @@ public:
     std::vector<int> besideOpenLevels(std::size_t roomForRows) const;
     // Whether the level of that row is open and was announced in the other way, so that this announcement adds nothing.
     bool joinsAnother(int id, Announcement by) const;
+    bool isOpen(int id) const { return openIndex(id).has_value(); }
+    // Replaces the row of an open level, which stays open and counts as not announced yet. Returns the new row's id.
+    int renew(int id);
     // Whether an announcement of that row would show a level.
     bool canOpen(int id) const;
     // The host has closed this level. The model's menus stay open for kClickWait, because a click may follow.

@@ -64,6 +64,19 @@ void ExportedTree::removeChildren(int id)
         remove(child);
 }
 
+int ExportedTree::renew(int id)
+{
+    Node node = std::move(nodes_.at(id));
+    nodes_.erase(id);
+    const int newId = ++lastId_;
+    std::vector<int>& siblings = nodes_.at(node.parent).children;
+    std::replace(siblings.begin(), siblings.end(), id, newId);
+    for (const int child : node.children)
+        nodes_.at(child).parent = newId;
+    nodes_[newId] = std::move(node);
+    return newId;
+}
+
 void ExportedTree::remove(int id)
 {
     removeChildren(id);

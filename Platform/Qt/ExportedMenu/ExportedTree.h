@@ -59,6 +59,8 @@ public:
     // level has changed.
     bool setChildren(int id, std::vector<ExportedRow> rows);
     void removeChildren(int id);
+    // Replaces a row by one with the same contents and level. Returns its id.
+    int renew(int id);
     // From now on, a row keeps its id only if it and all rows above it in its level are as before.
     void neverMoveRows() { mayMoveRows_ = false; }
 

@@ -123,13 +123,17 @@ namespace {
 } // namespace
 
 MenuExporter::MenuExporter(QDBusConnection connection, QString path, std::shared_ptr<NSMenu> menu,
-                           std::shared_ptr<NSMenu> reserve)
+                           std::shared_ptr<NSMenu> reserve, const QString& desktops)
     : connection_(std::move(connection)),
       path_(std::move(path)),
-      menu_(std::move(menu), std::move(reserve))
+      menu_(std::move(menu), std::move(reserve)),
+      hosts_(desktops)
 {
     registerDBusMenuTypes();
-    menu_.onLayoutChanged = [this](int id) { tellLayoutUpdated(id); };
+    menu_.onLayoutChanged = [this](int id) {
+        if (id != replaced_)
+            tellLayoutUpdated(id);
+    };
     connection_.registerVirtualObject(path_, this);
 }
 
@@ -163,6 +167,17 @@ void MenuExporter::tellLayoutUpdated(int id)
     QDBusMessage updated = QDBusMessage::createSignal(path_, kInterface, QStringLiteral("LayoutUpdated"));
     updated.setArguments({ ++revision_, id });
     connection_.send(updated);
+}
+
+void MenuExporter::openBehindNewRow(int id)
+{
+    replaced_ = id;
+    menu_.announce({ id }, Announcement::aboutToShow);
+    replaced_.reset();
+    if (!menu_.isOpen(id))
+        return;
+    newRow_ = menu_.renew(id);
+    tellLayoutUpdated(menu_.tree().parent(*newRow_));
 }
 
 QVariantMap MenuExporter::propertiesFor(MenuHostKind host, int id) const
@@ -209,6 +224,10 @@ QDBusMessage MenuExporter::getLayout(const QDBusMessage& call)
         menu_.neverMoveRows();
     if (!menu_.tree().contains(parent))
         return noSuchRow(call, parent);
+    if (!menu_.tree().children(parent).empty())
+        givenLevels_.insert(parent);
+    if (newRow_ && menu_.tree().contains(*newRow_) && menu_.tree().parent(*newRow_) == parent)
+        afterAnswer_.emplace_back([this, id = *std::exchange(newRow_, {})] { tellLayoutUpdated(id); });
     return call.createReply({ revision_, QVariant::fromValue(request.layout(menu_.tree(), parent, depth)) });
 }
 
@@ -294,8 +313,13 @@ QDBusMessage MenuExporter::aboutToShow(const QDBusMessage& call)
         return call.createReply(menu_.announce({ id }, Announcement::aboutToShow));
     if (!menu_.canOpen(id))
         return call.createReply(false);
-    const bool isNews =
-        !losesOneOfTwoLayouts(hosts_.kind(call.service())) || !menu_.joinsAnother(id, Announcement::aboutToShow);
+    const MenuHostKind host = hosts_.kind(call.service());
+    const bool joins = menu_.joinsAnother(id, Announcement::aboutToShow);
+    if (placesEmptyLevels(host) && !joins && !givenLevels_.contains(id)) {
+        afterAnswer_.emplace_back([this, id] { openBehindNewRow(id); });
+        return call.createReply(false);
+    }
+    const bool isNews = !joins || !(losesOneOfTwoLayouts(host) || placesEmptyLevels(host));
     afterAnswer_.emplace_back([this, id] { menu_.announce({ id }, Announcement::aboutToShow); });
     return call.createReply(isNews);
 }

@@ -23,9 +23,9 @@ namespace quillbox {
 // The host gets its answer before a directory is listed; the action of a chosen row runs from the event loop.
 class MenuExporter final : public QDBusVirtualObject {
 public:
-    // `reserve` is shown in place of `menu` while that is empty; see ExportedMenu.
+    // `reserve` is shown in place of `menu` while that is empty; see ExportedMenu. For `desktops` see MenuHosts.
     MenuExporter(QDBusConnection connection, QString path, std::shared_ptr<NSMenu> menu,
-                 std::shared_ptr<NSMenu> reserve);
+                 std::shared_ptr<NSMenu> reserve, const QString& desktops);
     ~MenuExporter() override;
 
     // Must be called when a host has appeared, so that its first question finds the rows.
@@ -59,6 +59,9 @@ private:
     void tellLayoutUpdated(int id);
     // Makes room for the deepest level in hosts that show all levels in one column.
     void hideBesideOpenLevels();
+    // Opens a level that the host shows empty and in a wrong place, and replaces its row, which ends that. The host
+    // opens the new row's level when the pointer moves on.
+    void openBehindNewRow(int id);
     QVariantMap propertiesFor(MenuHostKind host, int id) const;
     // Returns false if no row has the id.
     bool takeEvent(int id, const QString& event);
@@ -78,6 +81,12 @@ private:
     // Counts the layouts that hosts were told of.
     uint revision_ = 1;
     bool isKnown_ = false;
+    // The rows whose levels the host has been given.
+    std::set<int> givenLevels_;
+    // The row in place of which the host gets a new one.
+    std::optional<int> replaced_;
+    // The new row, until the host knows it and can be given its level.
+    std::optional<int> newRow_;
     // The rows that hosts with one column were told to hide.
     std::set<int> hidden_;
     std::function<void()> willPerform_;

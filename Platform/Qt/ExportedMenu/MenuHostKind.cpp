@@ -18,6 +18,12 @@ namespace {
 
 } // namespace
 
+MenuHosts::MenuHosts(const QString& desktops)
+    : usual_(desktops.split(u':').contains(QLatin1String("KDE"), Qt::CaseInsensitive) ? MenuHostKind::plasma
+                                                                                      : MenuHostKind::standard)
+{
+}
+
 MenuHostKind MenuHosts::askedForLayout(const QString& connection, const QStringList& propertyNames)
 {
     if (propertyNames == QStringList { QStringLiteral("type"), QStringLiteral("children-display") })
@@ -27,7 +33,7 @@ MenuHostKind MenuHosts::askedForLayout(const QString& connection, const QStringL
 
 MenuHostKind MenuHosts::kind(const QString& connection) const
 {
-    return gnomeShells_.contains(connection) ? MenuHostKind::gnomeShell : MenuHostKind::standard;
+    return gnomeShells_.contains(connection) ? MenuHostKind::gnomeShell : usual_;
 }
 
 bool leavesChildrenDisplayToProperties(MenuHostKind host)
@@ -48,6 +54,11 @@ bool losesOneOfTwoLayouts(MenuHostKind host)
 bool leavesRowsInTheirPlaces(MenuHostKind host)
 {
     return host == MenuHostKind::gnomeShell;
+}
+
+bool placesEmptyLevels(MenuHostKind host)
+{
+    return host == MenuHostKind::plasma;
 }
 
 bool showsBusyPointer(MenuHostKind host)
@@ -75,7 +86,7 @@ QString placeholderLabel()
 QString escapedLabel(QString title, MenuHostKind host)
 {
     const QString mark = QStringLiteral("_");
-    if (host == MenuHostKind::standard)
+    if (host != MenuHostKind::gnomeShell)
         return title.replace(mark, QStringLiteral("__"));
     // The shell removes the first underscore that is followed by another character.
     for (qsizetype i = 0; i + 1 < title.size(); ++i) {

@@ -17,12 +17,19 @@ enum class MenuHostKind {
     // closes the row's open submenu. A row that it knows stays where it is, even if a layout has it in another place.
     // From a label it removes only the first mark of a mnemonic.
     gnomeShell,
+    // Plasma's panel on Wayland. It gives a submenu its place before it asks for the rows, and leaves the submenu there
+    // when they come.
+    plasma,
 };
 
-// Recognises hosts by what they ask. The property names in a GetLayout call tell what its caller is; other calls of the
-// host come from the same connection.
+// Recognises hosts. GNOME Shell is recognised by what it asks: the property names in a GetLayout call tell what its
+// caller is; other calls of the host come from the same connection. Plasma's panel asks like others, and is the host of
+// its session.
 class MenuHosts {
 public:
+    // `desktops` is the value of XDG_CURRENT_DESKTOP, a colon-separated list.
+    explicit MenuHosts(const QString& desktops);
+
     // The connections of hosts that unfold levels in one column.
     const QSet<QString>& withOneColumn() const { return gnomeShells_; }
 
@@ -31,6 +38,7 @@ public:
     MenuHostKind kind(const QString& connection) const;
 
 private:
+    MenuHostKind usual_;
     QSet<QString> gnomeShells_;
 };
 
@@ -66,6 +74,10 @@ bool losesOneOfTwoLayouts(MenuHostKind host);
 
 // Whether a row that is in another place in a layout than in the one before stays where it was on the screen.
 bool leavesRowsInTheirPlaces(MenuHostKind host);
+
+// Whether a submenu that is still empty when it opens is shown in a wrong place, even off the screen. Such a host gets
+// a new row in place of the one under the pointer, whose level has its rows before it opens.
+bool placesEmptyLevels(MenuHostKind host);
 
 // Whether each click starts a busy pointer, which stays until a program has started or the host is told that none will.
 bool showsBusyPointer(MenuHostKind host);

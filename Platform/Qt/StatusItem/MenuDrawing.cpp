@@ -5,15 +5,24 @@
 
 namespace quillbox {
 
-bool waitsForSecondClick(const QString& desktops)
+namespace {
+
+    bool isAmong(const char* desktop, const QString& desktops)
+    {
+        return desktops.split(u':').contains(QLatin1String(desktop), Qt::CaseInsensitive);
+    }
+
+} // namespace
+
+bool opensMenuUnlessActivated(const QString& desktops)
 {
-    return desktops.split(u':').contains(QLatin1String("GNOME"), Qt::CaseInsensitive);
+    return isAmong("GNOME", desktops) || isAmong("KDE", desktops);
 }
 
 MenuDrawing menuDrawing(const QString& platform, const QString& sessionType, const QString& desktops)
 {
     const bool isByHost = platform.startsWith(QLatin1String("wayland")) || sessionType == QLatin1String("wayland")
-        || waitsForSecondClick(desktops);
+        || isAmong("GNOME", desktops);
     return isByHost ? MenuDrawing::byHost : MenuDrawing::byUs;
 }
 

@@ -13,8 +13,8 @@ enum class MenuDrawing { byUs, byHost };
 MenuDrawing menuDrawing(const QString& platform, const QString& sessionType, const QString& desktops);
 MenuDrawing menuDrawingOfSession();
 
-// Whether the desktop's host, if an item can be activated, waits after each click for a second one. On such desktops
-// the item must offer no activation.
-bool waitsForSecondClick(const QString& desktops);
+// Whether the desktop's host opens the menu on a click, at once, only if the item can't be activated: GNOME's shell
+// would wait for a second click, and Plasma opens the menu after an error. There the item must offer no activation.
+bool opensMenuUnlessActivated(const QString& desktops);
 
 } // namespace quillbox

@@ -121,6 +121,7 @@ StatusItemPresenter::State::State(NSStatusItem& shownItem, MenuPresenter& presen
 void StatusItemPresenter::State::showOnBus()
 {
     const bool isByHost = drawing == MenuDrawing::byHost;
+    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
     const std::shared_ptr<NSMenu> exported = isByHost && item.menu() ? item.menu() : shortMenu;
     notifierItem = std::make_unique<StatusNotifierItem>(bus.connection(), icon, exported ? kMenuPath : kNoMenu,
                                                         exported ? drawing : MenuDrawing::byUs);
@@ -133,7 +134,7 @@ void StatusItemPresenter::State::showOnBus()
             clickedPlace = atPoint(pointOfClick(point));
             openShortMenu(*clickedPlace);
         };
-    } else if (!waitsForSecondClick(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
+    } else if (!opensMenuUnlessActivated(desktops)) {
         // Some hosts report a click and open nothing, whatever the item says about clicks.
         notifierItem->onActivate = [this](QPoint) { openAtStrip(); };
     }
@@ -144,7 +145,7 @@ void StatusItemPresenter::State::showOnBus()
             && heldToken.hold(call, bus.connection());
     };
     if (exported) {
-        exporter = std::make_unique<MenuExporter>(bus.connection(), kMenuPath, exported, shortMenu);
+        exporter = std::make_unique<MenuExporter>(bus.connection(), kMenuPath, exported, shortMenu, desktops);
         exporter->setOtherWay([this] { return menus.isOpen(); }, [this] { menus.close(); });
         exporter->setChoiceHandlers([this] { heldToken.clickCame(); }, [this] { heldToken.actionEnded(); });
     }

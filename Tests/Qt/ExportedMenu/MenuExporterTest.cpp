@@ -46,7 +46,7 @@ protected:
                         { "Letters", "dear" },
                         { "Places", "home, root" } } };
     SessionBus itemBus;
-    MenuExporter exporter { itemBus.connection(), kPath, world.top, nullptr };
+    MenuExporter exporter { itemBus.connection(), kPath, world.top, nullptr, {} };
     MenuHost host { itemBus.connection().baseService(), kPath };
 };
 
@@ -270,6 +270,33 @@ TEST_F(MenuExporterTest, GnomesShellGetsPlaceholdersAndChildrenDisplayAsAPropert
     EXPECT_EQ(another.layout(0, 1), "1 my__note, 2 ---, 3 Papers, 4 Places");
 }
 
+TEST_F(MenuExporterTest, PlasmaOpensALevelThatIsFullBehindANewRow)
+{
+    MenuExporter forPlasma(itemBus.connection(), "/Plasma", world.top, nullptr, "KDE");
+    MenuHost plasma(itemBus.connection().baseService(), "/Plasma");
+    const auto runOnPlasma = [&](const std::string& script) {
+        return plasma.run(script, [this] { return world.takeLog(); });
+    };
+    forPlasma.fill();
+    world.log.clear();
+    const std::string beginning = R"(get top: 1 my__note, 2 ---, 3 Papers, 4 Places r1
+about top: false; update top, open top
+opened top:
+about Papers: false; r2 below 0; update Papers, open Papers
+get top: 1 my__note, 2 ---, 9 Papers, 4 Places r2; r3 below 9
+get Papers: 5 Open Papers, 6 ---, 7 a, 8 Letters r3
+about Papers: false
+opened Papers:
+about Letters: false; r4 below 9; update Letters, open Letters
+)";
+    EXPECT_EQ(runOnPlasma(beginning), beginning);
+    const std::string again =
+        R"(about Places: false; r5 below 0; close Letters, close Papers, update Places, open Places
+about Papers: true; r6 below 9; close Places, update Papers, open Papers
+)";
+    EXPECT_EQ(runOnPlasma(again), again);
+}
+
 // The shell adds and removes rows, but does not move them.
 TEST_F(MenuExporterTest, GnomesShellGetsNewRowsFromTheFirstOneThatIsInAnotherPlace)
 {
@@ -359,7 +386,7 @@ TEST_F(MenuExporterTest, TheShortMenuStandsInForAnEmptyOne)
     world.contents["top"] = "";
     const auto shortMenu = std::make_shared<NSMenu>("short");
     shortMenu->setItemArray(world.rows("Quit"));
-    const MenuExporter other(itemBus.connection(), "/Other", world.top, shortMenu);
+    const MenuExporter other(itemBus.connection(), "/Other", world.top, shortMenu, {});
     MenuHost otherHost(itemBus.connection().baseService(), "/Other");
     const auto log = [this] { return world.takeLog(); };
     EXPECT_EQ(otherHost.run("get top\nabout top\nclicked Quit", log),

@@ -238,6 +238,8 @@ TEST(MenuDrawing, FollowsFromTheSessionAlone)
     for (const auto& test : cases)
         EXPECT_EQ(menuDrawing(test.platform, test.sessionType, test.desktops), test.drawing)
             << test.platform << ' ' << test.sessionType << ' ' << test.desktops;
+    EXPECT_TRUE(opensMenuUnlessActivated("KDE"));
+    EXPECT_FALSE(opensMenuUnlessActivated("LXQt"));
 }
 
 } // namespace
