@@ -123,7 +123,8 @@ namespace {
         top->setDelegate(model);
         const QDBusConnection nowhere(QStringLiteral("no bus"));
         {
-            MenuExporter exporter(nowhere, QStringLiteral("/Menu"), top, nullptr);
+            MenuExporter exporter(nowhere, QStringLiteral("/Menu"), top, nullptr,
+                                  bytes.size() % 2 == 0 ? QString() : QStringLiteral("KDE"));
             exporter.fill();
             for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
                 QDBusMessage call =
