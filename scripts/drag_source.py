@@ -1,11 +1,12 @@
 """Another program that files and text are dragged between: a window that offers files to a drag, and below it a field
-that takes text.
+that takes text and files.
 
     /usr/bin/python3 drag_source.py [--move | --silent] WIDTHxHEIGHT+X+Y FILE...
 
 With --move it offers nothing but moving; with --silent it never gives its data. On X it gives nothing to who asks
 without a time. Prints a line for the end of each drag
-("dragged: copy") and for each text that arrives ("received: ...").
+("dragged: copy") and for each text, or list of files, that arrives
+("received: ...", for files after "offered: ...").
 """
 
 import re
@@ -39,6 +40,11 @@ def main():
             say("asked")
             signal.pause()
         data.set_uris(uris)
+
+    def received(_widget, context, _x, _y, data, _info, _time):
+        if data.get_uris():
+            say(f"offered: {' '.join(sorted(context.get_actions().value_nicks))}")
+        say(f"received: {data.get_uris() or data.get_text()!r}")
     window = Gtk.Window(title="Files", decorated=False)
     window.set_default_size(width, height)
     window.move(x, y)
@@ -54,8 +60,9 @@ def main():
     texts = Gtk.EventBox()
     texts.add(Gtk.Label(label="(drop text here)"))
     texts.drag_dest_set(Gtk.DestDefaults.ALL, [], Gdk.DragAction.COPY | Gdk.DragAction.MOVE)
+    texts.drag_dest_add_uri_targets()
     texts.drag_dest_add_text_targets()
-    texts.connect("drag-data-received", lambda _w, _c, _x, _y, data, _i, _t: say(f"received: {data.get_text()!r}"))
+    texts.connect("drag-data-received", received)
     box.pack_start(files, True, True, 0)
     box.pack_start(texts, True, True, 0)
     window.add(box)

@@ -112,6 +112,10 @@ class WaylandDesktop(VirtualDesktop):
             yield (node := waiting.pop())
             waiting += node["nodes"] + node["floating_nodes"]
 
+    def put_window(self, title, x, y):
+        """Waits for the window with that title. It has the whole screen, since windows are tiled."""
+        wait_for(f"the window \"{title}\"", lambda: any(node.get("name") == title for node in self.nodes()))
+
     def tell_sway(self, question):
         return json.loads(self.output("swaymsg", "-r", "-t", question))
 

@@ -2,6 +2,7 @@
 
 #include "FileAnswers.h"
 #include "MountInquiry.h"
+#include "URL.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -20,6 +21,15 @@ Result<std::string> canonicalPath(const std::string& path)
     if (!real)
         return Error::fromErrno(errno, kWhat, path);
     return std::string(real.get());
+}
+
+Result<std::string> pathInCanonicalDirectory(const std::string& path)
+{
+    const std::string name(path::lastPathComponent(path));
+    if (name == "/" || name == "." || name == "..")
+        return canonicalPath(path);
+    Result<std::string> directory = canonicalPath(std::string(path::deletingLastPathComponent(path)));
+    return directory ? path::appending(*directory, name) : directory;
 }
 
 } // namespace quillbox

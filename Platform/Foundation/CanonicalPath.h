@@ -14,4 +14,8 @@ namespace quillbox {
 // Fails if nothing is at the path or a directory on the way can't be searched.
 Result<std::string> canonicalPath(const std::string& path);
 
+// Returns the path with its directory in that form, for what is to be shown or dragged itself: a link at the end of the
+// path is not followed, and may lead nowhere.
+Result<std::string> pathInCanonicalDirectory(const std::string& path);
+
 } // namespace quillbox

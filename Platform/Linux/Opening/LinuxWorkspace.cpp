@@ -55,16 +55,6 @@ namespace {
         return image;
     }
 
-    // Returns the path with its directory in canonical form. A link at its end is not followed.
-    Result<std::string> pathInCanonicalDirectory(const std::string& path)
-    {
-        const std::string name(path::lastPathComponent(path));
-        if (name == "/" || name == "." || name == "..")
-            return canonicalPath(path);
-        Result<std::string> directory = canonicalPath(std::string(path::deletingLastPathComponent(path)));
-        return directory ? path::appending(*directory, name) : directory;
-    }
-
 } // namespace
 
 LinuxWorkspace::LinuxWorkspace(ApplicationBundles& bundles, FailureCallback onFailure)

@@ -1,11 +1,15 @@
 #include "MenuLevels.h"
 
+#include "CanonicalPath.h"
 #include "MenuPlacement.h"
 #include "MenuText.h"
 #include "NarrowingLine.h"
+#include "NSWorkspace.h"
+#include "PathStatus.h"
 #include "WorkArea.h"
 
 #include <QGuiApplication>
+#include <QPainter>
 #include <QScreen>
 
 #include <algorithm>
@@ -38,6 +42,35 @@ namespace {
             }
         }
         return *nearest;
+    }
+
+    // The largest width and the opacity of the picture of a dragged row.
+    constexpr int kWidestPicture = 320;
+    constexpr double kPictureOpacity = 0.65;
+
+    // Takes the picture of the item's row if the row is visible.
+    void takePicture(MenuPopup& popup, const NSMenuItem& item, QPoint press, FileDrag& drag)
+    {
+        const auto& rows = popup.rows().visibleRows();
+        const auto row = std::find_if(rows.begin(), rows.end(), [&](const MenuLayout::VisibleRow& visible) {
+            return popup.item(visible.row).get() == &item;
+        });
+        if (row == rows.end())
+            return;
+        QRect rect = popup.rowRect(row->row);
+        const int width = std::min(rect.width(), kWidestPicture);
+        if (popup.layoutDirection() == Qt::RightToLeft)
+            rect.setLeft(rect.x() + rect.width() - width);
+        else
+            rect.setWidth(width);
+        const QPixmap shown = popup.grab(rect.translated(-popup.pos()));
+        drag.picture = QPixmap(shown.size());
+        drag.picture.setDevicePixelRatio(shown.devicePixelRatio());
+        drag.picture.fill(Qt::transparent);
+        QPainter painter(&drag.picture);
+        painter.setOpacity(kPictureOpacity);
+        painter.drawPixmap(0, 0, shown);
+        drag.hotSpot = QPoint(std::clamp(press.x() - rect.x(), 0, rect.width() - 1), rect.height() / 2);
     }
 
 } // namespace
@@ -158,6 +191,23 @@ void MenuLevels::endNarrowing(std::size_t level)
     const std::optional<std::size_t> row = popup(level).endNarrowing();
     focus_ = {};
     select(level, row);
+}
+
+void MenuLevels::dragOut(std::size_t level, const std::shared_ptr<NSMenuItem>& item, QPoint press)
+{
+    const Result<std::string> path =
+        pathInCanonicalDirectory(NSWorkspace::sharedWorkspace().fileBehind(*item->representedFile()));
+    if (!path || !statusOfPath(*path, LastLink::notFollowed))
+        return;
+    FileDrag drag { *path, {}, {}, {} };
+    if (level < count())
+        takePicture(popup(level), *item, press, drag);
+    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        drag.origin = popups_.front().get();
+    else
+        // An open popup holds the pointer, which the drag needs.
+        closeToCount(0);
+    runDrag(drag);
 }
 
 bool MenuLevels::activate(std::size_t level, std::size_t row, MenuTracking::Choice choice)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileDrag.h"
 #include "MenuAccessible.h"
 #include "MenuPopup.h"
 #include "MenuTracking.h"
@@ -53,6 +54,9 @@ public:
     // Shows the rows for what is typed and highlights the first.
     void narrow(std::size_t level);
     void endNarrowing(std::size_t level);
+    // Takes the menu off the screen and drags the file of a row that was pressed at `press` (global). Nothing happens
+    // if the file can't be reached.
+    void dragOut(std::size_t level, const std::shared_ptr<NSMenuItem>& item, QPoint press);
     // Does what a click or Return does: sends the row's action after all menus have left the screen, or opens the
     // submenu of a row without an action. Nothing happens for other rows. Returns true if an action was sent.
     bool activate(std::size_t level, std::size_t row, MenuTracking::Choice choice);
@@ -80,6 +84,9 @@ public:
     void pointerWasHeardOf() { grab_.pointerWasHeardOf(); }
     // A key has opened the menu.
     void awaitKeyboard() { grab_.awaitKeyboard(); }
+
+    // Runs a drag after the present event.
+    std::function<void(const FileDrag&)> runDrag;
 
     // Called when the last level has left the screen, before an action is sent.
     std::function<void()> onClosed;

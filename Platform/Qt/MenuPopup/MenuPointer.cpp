@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace quillbox {
 
@@ -52,11 +53,17 @@ void MenuPointer::moved(QPoint position, Qt::MouseButtons buttons)
     if (buttons == Qt::NoButton) {
         isDragging_ = isPressed_ = false;
         itemMenuPress_.reset();
+        pressedFile_.reset();
     } else if (!isPressed_ && !itemMenuPress_ && isFar) {
         isDragging_ = true;
     }
 
     const std::optional<std::size_t> level = levels_.levelAt(position);
+    if (!level && pressedFile_) {
+        // The menu may be closed after this, and another one open.
+        levels_.dragOut(pressedLevel_, std::exchange(pressedFile_, nullptr), press_);
+        return;
+    }
     if (!level || levels_.isBehindItemMenu(*level)) {
         // Rows that lead to an open submenu stay highlighted.
         hoverTimer_.reset();
@@ -93,6 +100,7 @@ void MenuPointer::pressed(QPoint position, Qt::MouseButton button)
 {
     position_ = position;
     isPressed_ = true;
+    pressedFile_.reset();
     const std::optional<std::size_t> level = levels_.levelAt(position);
     if (!level)
         return;
@@ -106,6 +114,11 @@ void MenuPointer::pressed(QPoint position, Qt::MouseButton button)
     hover(*level, row);
     if (button == Qt::RightButton && row && openItemMenu(*level, *row))
         return;
+    if (button == Qt::LeftButton && row && levels_.popup(*level).hasItemMenu(*row)) {
+        pressedFile_ = levels_.popup(*level).item(*row);
+        pressedLevel_ = *level;
+        press_ = position;
+    }
     // As in every menu, a row that can only be opened opens on the press.
     if (row && levels_.popup(*level).isSelectable(*row) && !levels_.popup(*level).item(*row)->action()) {
         cancelPending();
@@ -129,6 +142,7 @@ bool MenuPointer::openItemMenu(std::size_t level, std::size_t row)
 void MenuPointer::released(QPoint position, Qt::KeyboardModifiers modifiers)
 {
     position_ = position;
+    pressedFile_.reset();
     if (itemMenuPress_) {
         // A click has opened the menu of what can be done with a row; a drag goes on to one of its rows.
         isPressed_ = (position - *itemMenuPress_).manhattanLength() >= QApplication::startDragDistance();
@@ -179,6 +193,7 @@ void MenuPointer::stop()
     cancelPending();
     tipTimer_.reset();
     explained_.reset();
+    pressedFile_.reset();
     QToolTip::hideText();
 }
 

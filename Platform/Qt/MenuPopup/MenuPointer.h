@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Clock.h"
+#include "NSMenuItem.h"
 
 #include <QPoint>
 #include <Qt>
@@ -60,6 +61,10 @@ private:
     // menus.
     bool isDragging_ = false;
     bool hasDraggedIn_ = false;
+    // The row of a file on which the first button was pressed, and where.
+    std::shared_ptr<NSMenuItem> pressedFile_;
+    std::size_t pressedLevel_ = 0;
+    QPoint press_;
     // Where the press was that opened the menu of what can be done with a row, until its release.
     std::optional<QPoint> itemMenuPress_;
     double wheelRest_ = 0;

@@ -45,6 +45,7 @@ class MenuPresenter::Session final : public MenuPopupEvents {
 public:
     Session(const MenuPresenter& presenter, AssistiveTechnology listener) : levels(*this, listener)
     {
+        levels.runDrag = [&presenter](const FileDrag& drag) { presenter.runDrag(drag); };
         levels.onClosed = [this, &presenter] {
             if (pointer_)
                 pointer_->stop();

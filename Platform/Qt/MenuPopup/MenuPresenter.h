@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileDrag.h"
 #include "MenuAccessible.h"
 #include "NSMenu.h"
 
@@ -45,6 +46,9 @@ public:
     void close();
 
     static constexpr std::chrono::milliseconds kSameClick { 300 };
+
+    // Drags a row's file out of the menu after the present event; a test puts its own in its place.
+    std::function<void(const FileDrag&)> runDrag = runFileDrag;
 
     // Called each time the last level has left the screen.
     std::function<void()> onClosed;

@@ -41,9 +41,10 @@ bool offersFiles(const QMimeData& drag)
     return drag.hasFormat(QString::fromLatin1(kFileList));
 }
 
-std::vector<std::string> droppedFiles(const QMimeData& drag, unsigned long windowId)
+std::vector<std::string> droppedFiles(const QMimeData& drag, bool isOwn, unsigned long windowId)
 {
-    return addresses(isX11() ? selectedFiles("XdndSelection", windowId) : drag.data(QString::fromLatin1(kFileList)));
+    return addresses(isX11() && !isOwn ? selectedFiles("XdndSelection", windowId)
+                                       : drag.data(QString::fromLatin1(kFileList)));
 }
 
 std::vector<std::string> copiedFiles(unsigned long windowId)

@@ -56,8 +56,8 @@ void DragDestination::enter(QDragMoveEvent& event)
 void DragDestination::track(const QDropEvent& event)
 {
     const auto* own = dynamic_cast<const RowDrag*>(event.mimeData());
-    // Texts that are dragged out of our own windows are not files.
-    const bool hasFiles = !own && !event.source() && offersFiles(*event.mimeData());
+    // Texts that are dragged out of our own windows are not files. A row of the menu is one, and comes from no widget.
+    const bool hasFiles = !own && !qobject_cast<QWidget*>(event.source()) && offersFiles(*event.mimeData());
     if (tracking_ && (own ? tracking_ == own->tracking() : !isOwn_ && hasFiles == hasFiles_))
         return;
     if (tracking_)
@@ -159,7 +159,8 @@ void DragDestination::drop(QDropEvent& event)
     event.ignore();
     // The data is asked of the program that drops now, whatever was promised before.
     if (!isOwn_ && hasFiles_ && action != Qt::IgnoreAction)
-        tracking_->setPasteboard(NSPasteboard::ofFiles(droppedFiles(*event.mimeData(), widget_.winId())));
+        tracking_->setPasteboard(
+            NSPasteboard::ofFiles(droppedFiles(*event.mimeData(), event.source(), widget_.winId())));
     if (tracking_->drop())
         event.accept();
     finish();

@@ -1,4 +1,5 @@
 #include "MenuWorld.h"
+#include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,37 @@ TEST_F(ItemMenu, ControlShowsAFileAndMakesNoDifferenceElsewhere)
     User::key(Qt::Key_Down);
     User::key(Qt::Key_Return, {}, Qt::ControlModifier);
     EXPECT_TRUE(world.takeLog().ends_with("chose alpha with 0 popups"));
+}
+
+TEST(DragOut, BeginsOutsideTheMenuWhichIsClosedByThen)
+{
+    const TemporaryDirectory files;
+    MenuWorld world { { { "top", "@notes, @gone, alpha" } } };
+    world.directory = files.path();
+    std::vector<std::string> dragged;
+    world.presenter.runDrag = [&](const FileDrag& drag) {
+        EXPECT_TRUE(User::popups().empty());
+        EXPECT_FALSE(drag.picture.isNull());
+        dragged.push_back(drag.path);
+    };
+    const QPoint outside(700, 700);
+    const auto drag = [&](const std::string& from) {
+        world.open();
+        User::moveTo(from);
+        User::press(User::rectOf(from).center());
+        // Within the menu, the pointer goes from row to row as in every menu.
+        User::moveTo(User::rectOf("alpha").center(), Qt::LeftButton);
+        User::moveTo(outside, Qt::LeftButton);
+    };
+    const std::string file = files.writeFile("notes");
+    drag("notes");
+    EXPECT_EQ(dragged, std::vector { file });
+    for (const char* other : { "alpha", "gone" }) {
+        drag(other);
+        EXPECT_TRUE(world.presenter.isOpen()) << other;
+        User::release(outside);
+    }
+    EXPECT_EQ(dragged.size(), 1U);
 }
 
 } // namespace

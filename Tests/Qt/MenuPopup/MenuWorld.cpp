@@ -53,7 +53,11 @@ constexpr Selector MenuWorld::Recorder::kShow = makeSelector<&MenuWorld::Recorde
 
 class MenuWorld::FileRow final : public NSMenuItem {
 public:
-    explicit FileRow(const std::string& title) : NSMenuItem(title, &Recorder::kChoose), path_("/files/" + title) { }
+    FileRow(const std::string& title, const std::string& directory)
+        : NSMenuItem(title, &Recorder::kChoose),
+          path_(directory + "/" + title)
+    {
+    }
     const Selector* alternateAction() const override { return &Recorder::kShow; }
     const std::string* representedFile() const override { return &path_; }
 
@@ -94,7 +98,7 @@ std::shared_ptr<NSMenuItem> MenuWorld::row(std::string text)
     const bool hasAction = !text.ends_with("//");
     const bool hasSubmenu = text.ends_with('/');
     text.resize(text.find_last_not_of('/') + 1);
-    auto item = text.front() == '@' ? std::make_shared<FileRow>(text.substr(1))
+    auto item = text.front() == '@' ? std::make_shared<FileRow>(text.substr(1), directory)
                                     : std::make_shared<NSMenuItem>(text, hasAction ? &Recorder::kChoose : nullptr);
     item->setTarget(recorder_);
     if (hasSubmenu)

@@ -50,6 +50,8 @@ public:
     // Gives rows what their text does not say.
     std::function<void(NSMenu&)> afterUpdate;
     std::vector<std::string> log;
+    // The directory of files that rows stand for.
+    std::string directory = "/files";
     // Runs inside an action.
     std::function<void()> duringAction;
     std::shared_ptr<NSMenu> top;
