@@ -92,9 +92,9 @@ namespace {
         std::size_t text = 0;
         for (const auto& item : items) {
             const auto& plus = static_cast<const NSMenuItemPlus&>(*item);
-            text += plus.title().size() + plus.pathToOpen.size();
+            text += plus.title().size() + plus.pathToOpen().size();
             if (plus.submenu())
-                text += plus.submenu()->title().size() + plus.pathToOpen.size();
+                text += plus.submenu()->title().size() + plus.pathToOpen().size();
         }
         return static_cast<double>(after - before - text) / static_cast<double>(items.size());
     }

@@ -71,9 +71,9 @@ namespace {
             const auto* current = dynamic_cast<const NSMenuItemPlus*>(row.get());
             if (!current)
                 return false;
-            const bool isRepeated = previous
-                ? current->pathToOpen == previous->pathToOpen && isCanonicallyEqual(current->title(), previous->title())
-                : current->pathToOpen.empty() && current->title().empty();
+            const bool isRepeated = previous ? isCanonicallyEqual(current->title(), previous->title())
+                    && current->pathToOpen() == previous->pathToOpen()
+                                             : current->title().empty() && current->pathToOpen().empty();
             if (!isRepeated)
                 previous = current;
             return isRepeated;

@@ -23,9 +23,46 @@ const Selector* NSMenuItemPlus::alternateAction() const
     return representedFile() ? &selectors::showTheClickedFile : nullptr;
 }
 
-const std::string* NSMenuItemPlus::representedFile() const
+std::optional<std::string> NSMenuItemPlus::representedFile() const
 {
-    return action() && pathToOpen.starts_with('/') ? &pathToOpen : nullptr;
+    std::string path = pathToOpen();
+    return action() && path.starts_with('/') ? std::optional(std::move(path)) : std::nullopt;
+}
+
+std::string NSMenuItemPlus::pathToOpen() const
+{
+    if (listing_)
+        return listing_->path(index_);
+    return own_ ? own_->path : std::string();
+}
+
+void NSMenuItemPlus::setPathToOpen(std::string path)
+{
+    listing_ = nullptr;
+    own().path = std::move(path);
+}
+
+void NSMenuItemPlus::setEntryToOpen(std::shared_ptr<const DirectoryListing> listing, std::size_t index)
+{
+    listing_ = std::move(listing);
+    index_ = static_cast<std::uint32_t>(index);
+}
+
+std::shared_ptr<MainMenuItem> NSMenuItemPlus::mainMenuItem() const
+{
+    return own_ ? own_->mainMenuItem.lock() : nullptr;
+}
+
+void NSMenuItemPlus::setMainMenuItem(std::weak_ptr<MainMenuItem> item)
+{
+    own().mainMenuItem = std::move(item);
+}
+
+NSMenuItemPlus::Own& NSMenuItemPlus::own()
+{
+    if (!own_)
+        own_ = std::make_unique<Own>();
+    return *own_;
 }
 
 } // namespace quillbox

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "DirectoryListing.h"
 #include "NSMenuItem.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -9,7 +11,8 @@ namespace quillbox {
 
 class MainMenuItem;
 
-// A menu item that knows the path that it opens.
+// A menu item that knows the path that it opens. The items of a directory share its listing and know their place in it,
+// so that a long menu holds the directory's path once and each name of the file system once.
 class NSMenuItemPlus : public NSMenuItem {
 public:
     using NSMenuItem::NSMenuItem;
@@ -19,17 +22,36 @@ public:
     static std::shared_ptr<NSMenuItemPlus> make(std::string title, const Selector* action);
 
     const Selector* alternateAction() const override;
-    const std::string* representedFile() const override;
+    std::optional<std::string> representedFile() const override;
 
-    // As the file system's bytes.
-    std::string pathToOpen;
+    // Returns the path as the file system's bytes; empty if there is none.
+    std::string pathToOpen() const;
+    void setPathToOpen(std::string path);
+    // The item opens the entry with that index of `listing`.
+    void setEntryToOpen(std::shared_ptr<const DirectoryListing> listing, std::size_t index);
+
+    // The configured item. It is set only for "Clear Menu".
+    std::shared_ptr<MainMenuItem> mainMenuItem() const;
+    void setMainMenuItem(std::weak_ptr<MainMenuItem> item);
+
     // Whether it is a directory, but no package.
     bool isDirectory = false;
     // Whether it stands for a picked path whose bookmark could not be resolved. Opening it first checks that the path
     // exists.
     bool isArbitraryPathInaccessible = false;
-    // The configured item. It is set only for "Clear Menu".
-    std::weak_ptr<MainMenuItem> mainMenuItem;
+
+private:
+    // What entries of a listing don't have.
+    struct Own {
+        std::string path;
+        std::weak_ptr<MainMenuItem> mainMenuItem;
+    };
+    Own& own();
+
+    std::uint32_t index_ = 0;
+    // Null unless the item opens an entry of it.
+    std::shared_ptr<const DirectoryListing> listing_;
+    std::unique_ptr<Own> own_;
 };
 
 } // namespace quillbox

@@ -26,12 +26,15 @@ namespace {
 
     // An entry as it was found, before links are followed.
     struct Entry {
-        std::string path;
+        const std::string& path;
         URLResourceValues values;
         DirectoryListing::EntryKind kind;
         // The last component of the path, unless a title was given.
         std::string title;
         bool isTitleGiven;
+        // Null if the entry was not found in a listing.
+        std::shared_ptr<const DirectoryListing> listing;
+        std::size_t index = 0;
     };
 
     bool isTrue(const std::optional<bool>& value)
@@ -65,25 +68,27 @@ namespace {
         return path::deletingPathExtension(fileName);
     }
 
-    std::string shownTitle(Entry& entry, bool isPackage, MenuOptionFlagsDv flags)
+    // `path` and `values` are those of the end to which the entry leads.
+    std::string shownTitle(Entry& entry, const std::string& path, const URLResourceValues& values,
+                           MenuOptionFlagsDv flags)
     {
         if (!entry.isTitleGiven) {
-            if (flags.contains(menuOptionFlagsDv::prefPaneDisplayNames) && isPackage
-                && path::pathExtension(entry.path) == "prefPane")
-                return prefPaneDisplayName(entry.title, entry.path);
-            if (isTrue(entry.values.hasHiddenExtension))
+            if (flags.contains(menuOptionFlagsDv::prefPaneDisplayNames) && isTrue(values.isPackage)
+                && path::pathExtension(path) == "prefPane")
+                return prefPaneDisplayName(entry.title, path);
+            if (isTrue(values.hasHiddenExtension))
                 return path::deletingPathExtension(entry.title);
         }
         return std::move(entry.title);
     }
 
-    void attachDirectoryMenu(NSMenuItemPlus& row, const RowOwner& owner, RowOptions options)
+    void attachDirectoryMenu(NSMenuItemPlus& row, const std::string& path, const RowOwner& owner, RowOptions options)
     {
         auto submenu = std::make_shared<NSMenuDynamic>();
         submenu->setTitle(row.title());
         submenu->menuDynamicContentsType = menuDynamicContents::directoryContents;
         submenu->setDelegate(owner.menuDelegate);
-        submenu->pathForMenuItems = row.pathToOpen;
+        submenu->pathForMenuItems = path;
         submenu->optionFlagsSv = options.sv;
         submenu->optionFlagsDv = options.dv;
         row.setSubmenu(std::move(submenu));
@@ -95,22 +100,23 @@ namespace {
             && !options.sv.contains(menuOptionFlagsSv::showHiddenItems))
             return nullptr;
         NSImage icon = menuIcon(entry.path, entry.kind);
-        if (isTrue(entry.values.isAliasFile) || isTrue(entry.values.isSymbolicLink)) {
-            if (auto end = endOfLinks(entry.path)) {
-                entry.path = std::move(end->path);
-                entry.values = std::move(end->values);
-            }
-        }
-        const bool isPackage = isTrue(entry.values.isPackage);
-        auto row = NSMenuItemPlus::make(shownTitle(entry, isPackage, options.dv), &selectors::openTheClickedFile);
+        std::optional<LinkEnd> end;
+        if (isTrue(entry.values.isAliasFile) || isTrue(entry.values.isSymbolicLink))
+            end = endOfLinks(entry.path);
+        const std::string& path = end ? end->path : entry.path;
+        const URLResourceValues& values = end ? end->values : entry.values;
+        auto row = NSMenuItemPlus::make(shownTitle(entry, path, values, options.dv), &selectors::openTheClickedFile);
         row->setImage(std::move(icon));
         row->setTarget(owner.target);
-        row->pathToOpen = std::move(entry.path);
-        row->isDirectory = isTrue(entry.values.isDirectory) && !isPackage;
+        row->isDirectory = isTrue(values.isDirectory) && !isTrue(values.isPackage);
         if (options.sv.contains(menuOptionFlagsSv::showPathAsTooltip))
-            row->setToolTip(unicode::displayText(row->pathToOpen));
+            row->setToolTip(unicode::displayText(path));
         if (row->isDirectory)
-            attachDirectoryMenu(*row, owner, options);
+            attachDirectoryMenu(*row, path, owner, options);
+        if (entry.listing && !end)
+            row->setEntryToOpen(std::move(entry.listing), entry.index);
+        else
+            row->setPathToOpen(path);
         Debug::dynamicMenuItems().push_back({ row });
         return row;
     }
@@ -152,7 +158,8 @@ Made<std::shared_ptr<NSMenuItem>> pathRow(const URL& pathURL, const std::optiona
     if (!values)
         return refusedRow(path, ifMissing);
     return { entryRow({ path, std::move(*values), DirectoryListing::EntryKind::unknown,
-                        title ? *title : unicode::displayText(path::lastPathComponent(path)), title.has_value() },
+                        title ? *title : unicode::displayText(path::lastPathComponent(path)), title.has_value(),
+                        nullptr },
                       place, owner, options),
              {} };
 }
@@ -161,20 +168,22 @@ Made<std::optional<ItemList>> directoryRows(const URL& directoryURL, IfMissing i
                                             RowOptions options)
 {
     const std::string& path = directoryURL.path();
-    const auto listing = FileManager::defaultManager().contentsOfDirectory(
+    auto listed = FileManager::defaultManager().contentsOfDirectory(
         directoryURL,
         options.sv.contains(menuOptionFlagsSv::showHiddenItems) ? DirectoryEnumerationOptions::none
                                                                 : DirectoryEnumerationOptions::skipsHiddenFiles);
-    if (ifMissing == IfMissing::leaveOut && (!listing || listing->isEmpty()))
+    if (ifMissing == IfMissing::leaveOut && (!listed || listed->isEmpty()))
         return {};
-    if (!listing)
+    if (!listed)
         return unlistedRows(path);
-    if (listing->isEmpty())
+    if (listed->isEmpty())
         return { ItemList { textRow("Empty Directory") }, {} };
 
     ItemList rows;
+    const auto listing = std::make_shared<const DirectoryListing>(std::move(*listed));
     rows.reserve(listing->count());
     std::vector<RowProblem> problems;
+    std::string entryPath;
     for (std::size_t index = 0; index < listing->count(); ++index) {
         // Entries are looked at only if the listing does not tell enough.
         auto values = listing->knownResourceValues(index);
@@ -189,8 +198,9 @@ Made<std::optional<ItemList>> directoryRows(const URL& directoryURL, IfMissing i
             }
             values = std::move(*looked);
         }
+        listing->getPath(index, entryPath);
         auto row = entryRow(
-            { listing->path(index), std::move(*values), kind, unicode::displayText(listing->name(index)), false },
+            { entryPath, std::move(*values), kind, unicode::displayText(listing->name(index)), false, listing, index },
             RowPlace::inDirectory, owner, options);
         if (row)
             rows.push_back(std::move(row));
@@ -212,7 +222,7 @@ std::shared_ptr<NSMenuItemPlus> fileRow(const std::string& path, const RowOwner&
     auto row = std::make_shared<NSMenuItemPlus>(std::move(title), &selectors::openTheClickedFile);
     row->setImage(menuIcon(path, DirectoryListing::EntryKind::unknown));
     row->setTarget(owner.target);
-    row->pathToOpen = path;
+    row->setPathToOpen(path);
     if (options.sv.contains(menuOptionFlagsSv::showPathAsTooltip))
         row->setToolTip(unicode::displayText(path));
     return row;

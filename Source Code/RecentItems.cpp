@@ -58,7 +58,7 @@ namespace {
     {
         auto row = std::make_shared<NSMenuItemPlus>("Clear Menu", &selectors::clearRecentItemsMenu);
         row->setTarget(owner.target);
-        row->mainMenuItem = item;
+        row->setMainMenuItem(item);
         return row;
     }
 

@@ -38,11 +38,11 @@ namespace {
     // Tells the user, and returns true, if the row's picked file could not be reached and is still missing.
     bool isMissing(const NSMenuItemPlus& row)
     {
-        if (!row.isArbitraryPathInaccessible || FileManager::defaultManager().fileExists(row.pathToOpen))
+        if (!row.isArbitraryPathInaccessible || FileManager::defaultManager().fileExists(row.pathToOpen()))
             return false;
         NSAlert alert;
         alert.setMessageText("The application \"Quillbox\" could not find this file:\n\n"
-                             + unicode::displayText(row.pathToOpen) + "\n");
+                             + unicode::displayText(row.pathToOpen()) + "\n");
         alert.setInformativeText(
             "The file existed before.  It may have been deleted, or it might be on an unmounted volume.");
         NSRect frame = alert.windowFrame();
@@ -261,22 +261,22 @@ void StatusMenuItemController::openSystemSettings(NSObject*)
 void StatusMenuItemController::openTheClickedFile(NSMenuItemPlus* sender)
 {
     QB_CHECK(sender);
-    if (sender->pathToOpen.empty())
+    if (sender->pathToOpen().empty())
         logError(__LINE__, "openTheClickedFile(sender:)", "This function was executed with an empty sender.pathToOpen");
     if (!isMissing(*sender))
-        NSWorkspace::sharedWorkspace().open(URL::fileURLWithPath(sender->pathToOpen));
+        NSWorkspace::sharedWorkspace().open(URL::fileURLWithPath(sender->pathToOpen()));
 }
 
 void StatusMenuItemController::showTheClickedFile(NSMenuItemPlus* sender)
 {
     QB_CHECK(sender);
     if (!isMissing(*sender))
-        NSWorkspace::sharedWorkspace().activateFileViewer(URL::fileURLWithPath(sender->pathToOpen));
+        NSWorkspace::sharedWorkspace().activateFileViewer(URL::fileURLWithPath(sender->pathToOpen()));
 }
 
 void StatusMenuItemController::clearRecentItemsMenu(NSMenuItemPlus* sender)
 {
-    const std::shared_ptr<MainMenuItem> item = sender ? sender->mainMenuItem.lock() : nullptr;
+    const std::shared_ptr<MainMenuItem> item = sender ? sender->mainMenuItem() : nullptr;
     if (item)
         item->noRecentItemsOlderThan = Date::now();
     ManageDefaults::saveAllToDisk();

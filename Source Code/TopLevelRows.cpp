@@ -130,9 +130,9 @@ namespace {
         if (missingItemIcon())
             row->setImage(*missingItemIcon());
         row->setTarget(owner.target);
-        row->pathToOpen = item.unixPath.value_or("[Filename Missing]");
+        row->setPathToOpen(item.unixPath.value_or("[Filename Missing]"));
         if (item.optionFlagsSv.contains(menuOptionFlagsSv::showPathAsTooltip))
-            row->setToolTip(unicode::displayText(row->pathToOpen));
+            row->setToolTip(unicode::displayText(row->pathToOpen()));
         row->isArbitraryPathInaccessible = true;
         return row;
     }

@@ -19,9 +19,22 @@ std::shared_ptr<NSMenuItem> NSMenuItem::separatorItem()
     return item;
 }
 
+NSMenuItem::Rare& NSMenuItem::rare()
+{
+    if (!rare_)
+        rare_ = std::make_unique<Rare>();
+    return *rare_;
+}
+
+const std::string& NSMenuItem::toolTip() const
+{
+    static const std::string none;
+    return rare_ ? rare_->toolTip : none;
+}
+
 void NSMenuItem::setAttributedTitle(AttributedString title)
 {
-    attributedTitle_ = std::make_unique<AttributedString>(std::move(title));
+    rare().attributedTitle = std::move(title);
 }
 
 void NSMenuItem::setSubmenu(std::shared_ptr<NSMenu> submenu)

@@ -29,7 +29,10 @@ public:
     const std::string& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
     // Shown in place of the title if it is set. It may have several lines.
-    const AttributedString* attributedTitle() const { return attributedTitle_.get(); }
+    const AttributedString* attributedTitle() const
+    {
+        return rare_ && rare_->attributedTitle ? &*rare_->attributedTitle : nullptr;
+    }
     void setAttributedTitle(AttributedString title);
 
     // The image is empty if the row has none.
@@ -44,8 +47,9 @@ public:
     bool isEnabled() const { return action_ || submenu_; }
     // What choosing the row does while Control is held; null if that makes no difference. It has the same target.
     virtual const Selector* alternateAction() const { return nullptr; }
-    // Returns the path of the file that the row stands for, as the file system's bytes; null if it stands for none.
-    virtual const std::string* representedFile() const { return nullptr; }
+    // Returns the path of the file that the row stands for, as the file system's bytes; nothing if it stands for
+    // none.
+    virtual std::optional<std::string> representedFile() const { return std::nullopt; }
 
     const std::shared_ptr<NSMenu>& submenu() const { return submenu_; }
     // A menu may be the submenu of only one item.
@@ -53,12 +57,12 @@ public:
     bool hasSubmenu() const { return submenu_ != nullptr; }
 
     // The text is empty if the row has no tool tip.
-    const std::string& toolTip() const { return toolTip_; }
-    void setToolTip(std::string toolTip) { toolTip_ = std::move(toolTip); }
+    const std::string& toolTip() const;
+    void setToolTip(std::string toolTip) { rare().toolTip = std::move(toolTip); }
 
     // Returns nothing for a row that has no check mark.
-    const std::optional<NSControlStateValue>& state() const { return state_; }
-    void setState(NSControlStateValue state) { state_ = state; }
+    std::optional<NSControlStateValue> state() const { return rare_ ? rare_->state : std::nullopt; }
+    void setState(NSControlStateValue state) { rare().state = state; }
 
     // Returns the menu that holds this item, or null. The menu clears it when the item leaves.
     NSMenu* menu() const { return menu_; }
@@ -66,15 +70,22 @@ public:
 private:
     friend class NSMenu;
 
+    // What few rows of a long menu have.
+    struct Rare {
+        std::string toolTip;
+        std::optional<AttributedString> attributedTitle;
+        std::optional<NSControlStateValue> state;
+    };
+    Rare& rare();
+
     std::string title_;
-    std::string toolTip_;
-    std::unique_ptr<AttributedString> attributedTitle_;
+    // Null while nothing in it has been set.
+    std::unique_ptr<Rare> rare_;
     NSImage image_;
     const Selector* action_ = nullptr;
     std::weak_ptr<NSObject> target_;
     std::shared_ptr<NSMenu> submenu_;
     NSMenu* menu_ = nullptr;
-    std::optional<NSControlStateValue> state_;
     bool isSeparator_ = false;
 };
 

@@ -19,7 +19,21 @@ std::string_view DirectoryListing::name(std::size_t index) const
 
 std::string DirectoryListing::path(std::size_t index) const
 {
-    return path::appending(directoryPath_, name(index));
+    std::string path;
+    getPath(index, path);
+    return path;
+}
+
+void DirectoryListing::getPath(std::size_t index, std::string& path) const
+{
+    const std::string_view entryName = name(index);
+    path.reserve(directoryPath_.size() + 1 + entryName.size());
+    path = directoryPath_;
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    if (!path.empty() && path != "/")
+        path += '/';
+    path += entryName;
 }
 
 void DirectoryListing::append(std::string_view name, EntryKind kind)
@@ -29,6 +43,12 @@ void DirectoryListing::append(std::string_view name, EntryKind kind)
     entries_.push_back(
         Entry { static_cast<std::uint32_t>(names_.size()), static_cast<std::uint16_t>(name.size()), kind });
     names_ += name;
+}
+
+void DirectoryListing::shrinkToFit()
+{
+    names_.shrink_to_fit();
+    entries_.shrink_to_fit();
 }
 
 bool DirectoryListing::isHidden(std::string_view name) const

@@ -31,6 +31,8 @@ public:
     EntryKind kind(std::size_t index) const { return entries_[index].kind; }
     // Returns the directory's path, a slash (not doubled at the root) and the name.
     std::string path(std::size_t index) const;
+    // The same in a text that is used for one entry after another.
+    void getPath(std::size_t index, std::string& path) const;
 
     // Returns the resource values of the entry that follow from the listing alone. Nothing is returned if a look at the
     // entry could give another answer: for an unknown kind, for a possible alias file, and for every entry of a
@@ -45,6 +47,8 @@ public:
 
     // The functions below fill a listing, or pass it on to another process.
     void append(std::string_view name, EntryKind kind);
+    // Gives back the room that was kept for more entries. A listing may live as long as a menu is open.
+    void shrinkToFit();
     void setNamesToldHidden(std::unordered_set<std::string> names) { hiddenNames_ = std::move(names); }
     void setIsSearchable(bool isSearchable) { isSearchable_ = isSearchable; }
     bool isSearchable() const { return isSearchable_; }

@@ -104,6 +104,7 @@ Result<DirectoryListing> FileManager::contentsOfDirectory(const URL& directory, 
     });
     if (error != 0)
         return Error::fromErrno(error, "couldn't list", path);
+    listing.shrinkToFit();
 
     // Without the right to search it, a directory still lists its names, but none of them can be looked at.
     struct stat status { };

@@ -41,7 +41,7 @@ namespace {
         const auto items = world.items("d", MenuOptionFlagsSv(4 + 32), menuOptionFlagsDv::prefPaneDisplayNames);
         const auto item = std::dynamic_pointer_cast<NSMenuItemPlus>(items.at(0));
         EXPECT_TRUE(item->isDirectory);
-        EXPECT_EQ(item->pathToOpen, sub);
+        EXPECT_EQ(item->pathToOpen(), sub);
         EXPECT_EQ(item->toolTip(), sub);
         EXPECT_EQ(item->image().size(), (NSSize { 16, 16 }));
         const auto menu = std::dynamic_pointer_cast<NSMenuDynamic>(item->submenu());
@@ -171,7 +171,7 @@ namespace {
              { std::pair("first", world.files.path("d/../my target")), { "alias.desktop", end } }) {
             EXPECT_EQ(item(name)->title(), name);
             EXPECT_EQ(item(name)->image().source()->name(), std::string("icon of ") + name);
-            EXPECT_EQ(item(name)->pathToOpen, opens);
+            EXPECT_EQ(item(name)->pathToOpen(), opens);
             EXPECT_TRUE(item(name)->hasSubmenu()) << "as the end has";
         }
         world.files.writeFile("d/program.desktop", "[Desktop Entry]\nType=Application\nName=x\nExec=true\n");
@@ -188,14 +188,14 @@ namespace {
         const std::string tool = world.files.makeDirectory("apps/Tool.app");
         world.files.makeLink("d/Link.app", tool);
         EXPECT_EQ(item("Link.app")->title(), "Link.app");
-        EXPECT_EQ(item("Link.app")->pathToOpen, tool);
+        EXPECT_EQ(item("Link.app")->pathToOpen(), tool);
         EXPECT_FALSE(item("Link.app")->isDirectory);
     }
 
     TEST_F(Links, ThatLeadNowhereStandForThemselves)
     {
         world.files.makeLink("d/dangling", "nothing");
-        EXPECT_EQ(item("dangling")->pathToOpen, world.files.path("d/dangling"));
+        EXPECT_EQ(item("dangling")->pathToOpen(), world.files.path("d/dangling"));
         EXPECT_FALSE(item("dangling")->hasSubmenu());
     }
 

@@ -20,7 +20,7 @@ namespace {
         if (row->isArbitraryPathInaccessible || !row->submenu())
             return "missing";
         person.openSubmenu("Papers");
-        return row->pathToOpen + ": " + World::joinedTitles(person.tracking().menu(1)->itemArray());
+        return row->pathToOpen() + ": " + World::joinedTitles(person.tracking().menu(1)->itemArray());
     }
 
     // Opens the menu over a picked directory of the volume, which comes and goes meanwhile.

@@ -59,7 +59,7 @@ public:
     {
     }
     const Selector* alternateAction() const override { return &Recorder::kShow; }
-    const std::string* representedFile() const override { return &path_; }
+    std::optional<std::string> representedFile() const override { return path_; }
 
 private:
     std::string path_;
