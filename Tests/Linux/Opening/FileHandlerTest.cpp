@@ -22,6 +22,16 @@ namespace {
         return handler ? g_app_info_get_name(handler->get()) : std::to_string(handler.error().code);
     }
 
+    // What else opens the file, or the number of the error.
+    std::string entriesFor(const std::string& path, const XdgEnvironment& environment)
+    {
+        const Result<std::vector<std::string>> entries = handlerEntries(path, environment);
+        std::string names;
+        for (const std::string& entry : entries ? *entries : std::vector<std::string>())
+            names += std::filesystem::path(entry).stem().string() + " ";
+        return entries ? names : std::to_string(entries.error().code);
+    }
+
     // GIO itself looks at the program that an entry names, and would wait for as long as the mount is silent.
     TEST(FileHandler, AnApplicationOnASilentMountKeepsNobodyWaiting)
     {
@@ -51,6 +61,9 @@ namespace {
         EXPECT_EQ(handlerOf(page, environment), std::to_string(ETIMEDOUT));
         MountInquiry::beginOpening();
         EXPECT_EQ(handlerOf(text, environment), "viewer") << "whose application is not on that mount";
+        EXPECT_TRUE(entriesFor(text, environment).starts_with("viewer "));
+        MountInquiry::beginOpening();
+        EXPECT_EQ(entriesFor(page, environment), std::to_string(ETIMEDOUT));
         volume.answerAgain();
         MountInquiry::beginOpening();
         EXPECT_EQ(handlerOf(page, environment), "pages");
