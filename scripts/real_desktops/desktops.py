@@ -7,7 +7,7 @@ from pathlib import Path
 
 from .gnome_session import GnomeSession
 from .menus import PopupMenu, ShellMenu
-from .x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession
+from .x11_session import BudgieSession, CinnamonSession, MateSession, Plasma6Session, PlasmaSession, PlasmaWaylandSession
 
 # The packages that the walk itself needs; a fresh Debian has none of them.
 TOOLS = ["dbus", "xvfb", "xdotool", "x11-utils", "imagemagick", "libglib2.0-bin", "xclip", "python3", "python3-gi",
@@ -26,7 +26,8 @@ class RealDesktop:
     debian: int
     packages: list
     session: type
-    menu: type
+    # The class that reads the menu; None if the host does not tell its rows, and only the short walk can be taken.
+    menu: type | None
     # Commands that an administrator would have run before a user logs in.
     as_root: tuple = ()
 
@@ -63,6 +64,14 @@ DESKTOPS = {
         "Plasma 5.27, X11", 12, ["plasma-desktop", "plasma-workspace", "kwin-x11", "dolphin", "breeze-icon-theme",
                                  "plasma-integration", "kde-cli-tools", "dbus-x11", *TOOLS],
         PlasmaSession, PopupMenu),
+    "plasma5wayland": RealDesktop(
+        "Plasma 5.27, Wayland", 12, ["plasma-desktop", "plasma-workspace", "kwin-x11", "kwin-wayland",
+                                     "plasma-workspace-wayland", "dolphin", "breeze-icon-theme", "plasma-integration",
+                                     "kde-cli-tools", "dbus-x11", *TOOLS],
+        PlasmaWaylandSession, None,
+        # Capabilities that this process has not would keep the program from starting.
+        as_root=("setcap -r /usr/bin/kwin_wayland || true",
+                 "getcap -r /usr/lib /usr/bin | grep -iE 'kde|kf5|kwin|plasma' | cut -d' ' -f1 | xargs -r -n1 setcap -r")),
     "plasma6": RealDesktop(
         "Plasma 6.3, X11", 13, ["plasma-desktop", "plasma-workspace", "kwin-x11", "plasma-session-x11", "dolphin",
                                 "breeze-icon-theme", "plasma-integration", "kde-cli-tools", "dbus-x11", *TOOLS,

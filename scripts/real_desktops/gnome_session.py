@@ -171,6 +171,9 @@ class GnomeSession(RealSession):
         if not done:
             raise DesktopError(f"the shell took no picture {path}")
 
+    def before_icon(self):
+        wait_for("the icon of an earlier Quillbox to go", lambda: self.find_icon() is None)
+
     def find_icon(self):
         return self.evaluate(ICON)
 

@@ -196,3 +196,25 @@ class PlasmaSession(X11Session):
 
 class Plasma6Session(PlasmaSession):
     version = "6"
+
+
+class PlasmaWaylandSession(PlasmaSession):
+    """Plasma on Wayland, shown in a window of a virtual X server, whose pointer and keyboard are Plasma's."""
+
+    session = ("startplasma-wayland",)
+    # The size of that window.
+    width, height = 1024, 768
+    PANEL_HEIGHT = 44
+
+    def prepare(self):
+        super().prepare()
+        self.environment.update(XDG_SESSION_TYPE="wayland", DESKTOP_SESSION="plasmawayland", KWIN_COMPOSE="Q")
+
+    def wait_for_panel(self):
+        self.environment["WAYLAND_DISPLAY"] = "wayland-0"
+        wait_for("Plasma's status bar", lambda: self.has_name("org.kde.plasmashell"), 90)
+        super().wait_for_panel()
+
+    def panel_areas(self):
+        # X knows nothing about the windows in Plasma's window.
+        return [(0, self.height - self.PANEL_HEIGHT, self.width, self.PANEL_HEIGHT)]
