@@ -4,7 +4,7 @@ import math
 from html import escape
 
 WIDTH, HEIGHT = 720, 400
-LEFT, RIGHT, TOP, BOTTOM = 60, 190, 34, 44
+LEFT, RIGHT, TOP, BOTTOM = 78, 110, 34, 44
 COLOURS = ("#1f5fbf", "#c2410c", "#15803d", "#7e22ce", "#b91c1c", "#525252")
 
 
@@ -32,11 +32,12 @@ def growth_picture(title, unit, lines):
     for files in sorted({files for files, _ in points}):
         out.append(f'<text x="{across(files):.1f}" y="{HEIGHT - BOTTOM + 18}" text-anchor="middle">{files:,}</text>')
     out.append(f'<text x="{LEFT}" y="{HEIGHT - 8}">files in the directory</text>')
-    beside = -math.inf
+    beside = {}
     for (name, line), colour in sorted(zip(lines.items(), COLOURS), key=lambda entry: down(entry[0][1][-1][1])):
         path = " ".join(f"{across(files):.1f},{down(value):.1f}" for files, value in line)
         # Names of lines that end close together are moved apart.
-        beside = max(beside + 14, down(line[-1][1]) + 4)
+        end = line[-1][0]
+        beside[end] = max(beside.get(end, -math.inf) + 14, down(line[-1][1]) + 4)
         out.append(f'<polyline points="{path}" fill="none" stroke="{colour}" stroke-width="2"/>'
-                   f'<text x="{WIDTH - RIGHT + 8}" y="{beside:.1f}" fill="{colour}">{escape(name)}</text>')
+                   f'<text x="{across(end) + 8:.1f}" y="{beside[end]:.1f}" fill="{colour}">{escape(name)}</text>')
     return "\n".join([*out, "</svg>", ""])
