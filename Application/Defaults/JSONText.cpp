@@ -35,7 +35,7 @@ namespace {
             return *real;
         if (const auto* date = list.as<Date>()) {
             const auto seconds = static_cast<qint64>(std::floor(date->secondsSinceUnixEpoch()));
-            return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(Qt::ISODate);
+            return QDateTime::fromSecsSinceEpoch(seconds).toUTC().toString(Qt::ISODate);
         }
         if (const auto* bytes = list.as<Data>())
             return QString::fromLatin1(

@@ -2,6 +2,7 @@
 
 #include "FileQuestion.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <poll.h>

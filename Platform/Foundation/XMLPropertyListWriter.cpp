@@ -2,6 +2,7 @@
 #include "Unicode.h"
 #include "XMLPropertyList.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 

@@ -3,6 +3,7 @@
 #include "TemporaryDirectory.h"
 #include "URL.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
