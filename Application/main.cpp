@@ -104,6 +104,12 @@ namespace {
                  Bundle::main().bundleIdentifier().value_or("org.quillbox.Quillbox"), program ? *program : "quillbox" };
     }
 
+    // The switch of the short menu. The entry must live as long as it.
+    LoginItem loginItem(const AutostartEntry& entry)
+    {
+        return { [&entry] { return entry.isOn(); }, [&entry](bool isOn) { return entry.setOn(isOn); } };
+    }
+
     int setStartAtLogin(bool isOn)
     {
         const LibrarySearchPaths searchPaths;
@@ -159,10 +165,7 @@ namespace {
             QtDesktop::setActivationToken(token);
         };
         const AutostartEntry autostart = autostartEntry(searchPaths);
-        const auto shortMenu =
-            std::make_shared<ShortMenu>([&desktop] { desktop.openMenu(); },
-                                        LoginItem { [&autostart] { return autostart.isOn(); },
-                                                    [&autostart](bool isOn) { return autostart.setOn(isOn); } });
+        const auto shortMenu = std::make_shared<ShortMenu>([&desktop] { desktop.openMenu(); }, loginItem(autostart));
         desktop.setShortMenu(ShortMenu::menu(shortMenu));
         desktop.setActivationTokenHandlers(takeToken, [&workspace] { return workspace.isActivationTokenTaken(); });
         const auto startAgain = [&desktop] {

@@ -29,14 +29,14 @@ namespace {
                     if (folded.text.empty())
                         continue;
                     text += folded.text;
-                    wordBegins.push_back(!isInWord);
+                    wordBegins.push_back(isInWord ? 0 : 1);
                     wordBegins.resize(text.size());
                     isInWord = folded.isOfWord;
                     continue;
                 }
                 const bool isCapital = byte >= 'A' && byte <= 'Z';
                 text += static_cast<char>(isCapital ? byte + ('a' - 'A') : byte == kBetween ? ' ' : byte);
-                wordBegins.push_back(!isInWord);
+                wordBegins.push_back(isInWord ? 0 : 1);
                 isInWord = isCapital || (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9');
                 ++position;
             }
